@@ -1,0 +1,29 @@
+# SPDX-FileCopyrightText: The libKelGeoLocation authors
+# SPDX-License-Identifier: MIT
+
+find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+
+# kel_add_test(<folder> <class or topic> [LINK <targets>] [SOURCES <further files>])
+#
+# Builds tests/<folder>/tst_<topic>.cpp and registers it with the label <folder>. Tests run without a
+# display, in an English-free "C" locale, and with their settings in a place of their own.
+function(kel_add_test folder topic)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "LINK;SOURCES")
+    set(name tst_${topic})
+    add_executable(${name} "${PROJECT_SOURCE_DIR}/tests/${folder}/${name}.cpp" ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES
+        AUTOMOC ON
+        RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+    target_link_libraries(${name} PRIVATE kel_build_settings kel_test_support Kel::GeoLocation Qt6::Test ${arg_LINK})
+    target_compile_definitions(${name} PRIVATE
+        KEL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
+        KEL_EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples")
+    if(KEL_USE_PCH)
+        target_precompile_headers(${name} REUSE_FROM kel_test_pch)
+    endif()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        LABELS ${folder}
+        TIMEOUT 300
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;XDG_CONFIG_HOME=${PROJECT_BINARY_DIR}/tests/config/${name};XDG_DATA_HOME=${PROJECT_BINARY_DIR}/tests/data-home;ASAN_OPTIONS=detect_leaks=0;TSAN_OPTIONS=halt_on_error=1;UBSAN_OPTIONS=print_stacktrace=1")
+endfunction()
