@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: The libKelGeoLocation authors
+# SPDX-License-Identifier: MIT
+#
+# From a fresh clone to a map picture: installs what is missing, builds the release, draws every example track.
+# Usage: scripts/demo.sh [further options of kel-render]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-dependencies.sh build
+cmake --preset release -DKEL_BUILD_TESTS=OFF
+cmake --build --preset release
+
+mkdir -p out
+picture="$PWD/out/demo.png"
+build/release/bin/kel-render examples/tracks -o "$picture" --size 1600x1000 "$@"
+echo
+echo "The picture: $picture"

@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: The libKelGeoLocation authors
+# SPDX-License-Identifier: MIT
+#
+# Installs what the build needs from Debian 12, and nothing when everything is there already.
+# Usage: scripts/install-dependencies.sh [build|test]   (test adds what only the test suite needs)
+set -euo pipefail
+
+packages=(
+    g++ cmake ninja-build pkg-config ccache mold
+    qt6-base-dev libqt6svg6-dev qt6-image-formats-plugins libzip-dev
+    libgl-dev libvulkan-dev fonts-dejavu-core
+)
+if [ "${1:-build}" = test ]; then
+    # zip: none of it is needed to build; the tests make their own archives through the library.
+    packages+=(libasan8 libubsan1 libtsan2)
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    if [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)" != installed ]; then
+        missing+=("$package")
+    fi
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing from Debian: ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || { echo "Please install these packages as root: ${missing[*]}" >&2; exit 1; }
+    as_root=(sudo)
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

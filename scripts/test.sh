@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: The libKelGeoLocation authors
+# SPDX-License-Identifier: MIT
+#
+# Installs what is missing, builds everything and runs every test.
+#
+# Usage: scripts/test.sh              all stages, as CI runs them
+#        scripts/test.sh STAGE...     some of them: headers sanitizers threads build tests
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_ctime,include_file_mtime
+export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$(nproc)}"
+
+stage_install() {
+    scripts/install-dependencies.sh test
+}
+
+# The development build, with warnings as errors.
+stage_build() {
+    cmake --preset dev -DKEL_WARNINGS_AS_ERRORS=ON -DKEL_BUILD_EXAMPLES=ON
+    cmake --build --preset dev
+}
+
+# Every public header compiled on its own.
+stage_headers() {
+    cmake --build --preset dev --target all_verify_interface_header_sets
+}
+
+# The whole suite again under AddressSanitizer and UndefinedBehaviorSanitizer.
+stage_sanitizers() {
+    cmake --preset asan -DKEL_WARNINGS_AS_ERRORS=ON
+    cmake --build --preset asan
+    ctest --preset asan
+}
+
+# What runs in several threads, under ThreadSanitizer.
+stage_threads() {
+    cmake --preset tsan -DKEL_WARNINGS_AS_ERRORS=ON
+    cmake --build --preset tsan
+    ctest --preset tsan
+}
+
+# Last, so that the runner's summary ends the output.
+stage_tests() {
+    ctest --preset dev
+}
+
+stage_install
+if [ $# -eq 0 ]; then
+    set -- build headers sanitizers threads tests
+fi
+for stage in "$@"; do
+    echo "=== $stage ($(date +%T)) ==="
+    "stage_$stage"
+done

@@ -1,0 +1,5 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+// Input of the floor-order check, never compiled.
+#include <KelHigh.h>
