@@ -13,4 +13,8 @@
 #define KELGEOLOCATION_EXPORT Q_DECL_IMPORT
 #endif
 
+/// For templates with static state: every library and program must see one and the same instance,
+/// so these symbols are visible even where everything else is hidden.
+#define KELGEOLOCATION_TEMPLATE_EXPORT Q_DECL_EXPORT
+
 #endif
