@@ -19,6 +19,8 @@ function(kel_add_test folder topic)
         KEL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
         KEL_EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples")
     if(KEL_USE_PCH)
+        # Qt Test defines the folders of each test, and a macro that differs makes the shared header useless.
+        target_compile_options(${name} PRIVATE -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
         target_precompile_headers(${name} REUSE_FROM kel_test_pch)
     endif()
     add_test(NAME ${name} COMMAND ${name})
