@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELFILEHANDLER_H
+#define KELFILEHANDLER_H
+
+#include <KelCoreGlobal.h>
+
+#include <QStringList>
+
+class QFileInfo;
+
+/// Reading of whole files.
+class KELCORE_EXPORT KelFileHandler
+{
+public:
+    KelFileHandler() = delete;
+
+    /// The lines of a text file, without their ends ("\n", "\r\n" or "\r"). A line feed at the very end begins no
+    /// further line.
+    ///
+    /// The text is taken as UTF-8; a byte order mark is dropped, bytes that are no UTF-8 become U+FFFD. A file that
+    /// cannot be read, or not to its end, gives an empty list, as an empty file does.
+    [[nodiscard]] static QStringList readTextFile(const QFileInfo &fileInfo);
+};
+
+#endif

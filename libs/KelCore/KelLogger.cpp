@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelLogger.h"
+
+#include <QDebug>
+#include <QLoggingCategory>
+#include <QString>
+
+namespace
+{
+
+Q_LOGGING_CATEGORY(osmCategory, "kel.osm", QtInfoMsg)
+
+} // namespace
+
+void KelLogger::logOSM(const QString &text)
+{
+    qCInfo(osmCategory).noquote() << text;
+}

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELRATIONAL_H
+#define KELRATIONAL_H
+
+#include <KelCoreGlobal.h>
+
+#include <QString>
+
+/// A fraction of two integers as photo metadata stores numbers. It is kept as given: neither reduced nor checked, a
+/// denominator of 0 included.
+class KELCORE_EXPORT KelRational
+{
+public:
+    KelRational(int numerator, int denominator) noexcept;
+
+    [[nodiscard]] int numerator() const noexcept
+    {
+        return m_numerator;
+    }
+
+    [[nodiscard]] int denominator() const noexcept
+    {
+        return m_denominator;
+    }
+
+    /// Numerator, slash, denominator as plain integers: "5/100000".
+    [[nodiscard]] QString toString() const;
+
+private:
+    int m_numerator;
+    int m_denominator;
+};
+
+#endif
