@@ -348,37 +348,37 @@ QByteArray KelZIP::Archive::unpack(zip_file_t *entry, const QString &name)
 }
 
 KelZIP::KelZIP(const QFileInfo &file, OpenMode mode)
-    : archive(std::make_unique<Archive>(file.filePath()))
+    : m_archive(std::make_unique<Archive>(file.filePath()))
 {
     if (mode == Read)
-        archive->open();
+        m_archive->open();
     else
-        archive->reason = QStringLiteral("archives can only be read");
+        m_archive->reason = QStringLiteral("archives can only be read");
 }
 
 KelZIP::~KelZIP() = default;
 
 bool KelZIP::isOpen() const noexcept
 {
-    return archive->zip != nullptr;
+    return m_archive->zip != nullptr;
 }
 
 QStringList KelZIP::getFileNameList() const
 {
-    return archive->names;
+    return m_archive->names;
 }
 
 QByteArray KelZIP::fileContent(const QString &name) const
 {
-    return archive->content(name);
+    return m_archive->content(name);
 }
 
 void KelZIP::close()
 {
-    archive->close();
+    m_archive->close();
 }
 
 QString KelZIP::errorString() const
 {
-    return archive->reason;
+    return m_archive->reason;
 }

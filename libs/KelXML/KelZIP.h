@@ -63,7 +63,7 @@ public:
 
 private:
     class Archive;
-    std::unique_ptr<Archive> archive;
+    std::unique_ptr<Archive> m_archive;
 };
 
 #endif
