@@ -26,6 +26,8 @@ struct KelXMLStreamCursor::Document
             ++depth;
         else if (token == QXmlStreamReader::EndElement)
             --depth;
+        else if (token == QXmlStreamReader::DTD)
+            refuseSecondDocumentType();
         return token;
     }
 
@@ -34,10 +36,19 @@ struct KelXMLStreamCursor::Document
         return reader.atEnd();
     }
 
+    /// The reader lets it pass, XML and the tree do not.
+    void refuseSecondDocumentType()
+    {
+        if (hasDocumentType)
+            reader.raiseError(QStringLiteral("Multiple DTD sections are not allowed"));
+        hasDocumentType = true;
+    }
+
     QXmlStreamReader reader;
     qint64 tokens = 0;
     int depth = 0;
     bool hasRoot = false;
+    bool hasDocumentType = false;
 };
 
 KelXMLStreamCursor::KelXMLStreamCursor(QIODevice *device)
