@@ -3,10 +3,6 @@
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 
-# Qt also defines each test's source and build folder, for QFINDTESTDATA, which is not used here. With them no
-# test could share the precompiled header of another folder.
-set_property(TARGET Qt6::Test PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
-
 # kel_add_test(<folder> <class or topic> [LINK <targets>] [SOURCES <further files>])
 #
 # Builds tests/<folder>/tst_<topic>.cpp and registers it with the label <folder>. Tests run without a
