@@ -65,6 +65,11 @@ int difference(const QImage &a, const QImage &b)
     return result;
 }
 
+bool alike(const QImage &a, const QImage &b)
+{
+    return difference(a, b) <= rasterStep;
+}
+
 enum Form { Ellipse, Block, Rhombus, Cross, Star6, Star9, Star12 };
 
 void drawPath(QPainter *painter, const QPolygonF &corners)
@@ -330,7 +335,7 @@ void tst_KelGPXMarkerDrawing::drawsItsForm()
         drawReference(painter, form, rect, cut);
     });
 
-    QVERIFY2(difference(actual, expected) <= rasterStep, qPrintable(QString::number(difference(actual, expected))));
+    QVERIFY2(alike(actual, expected), qPrintable(QString::number(difference(actual, expected))));
     QCOMPARE(actual.pixelColor(60, 50), fillColor);
     QCOMPARE(actual.pixelColor(2, 2).alpha(), 0);
 }
@@ -367,7 +372,7 @@ void tst_KelGPXMarkerDrawing::crossIsCutAtWholePixels()
         const QRectF rect(60 - radiusX, 50 - radiusY, 2 * radiusX, 2 * radiusY);
         drawReference(painter, Cross, rect, cut);
     });
-    QVERIFY2(difference(actual, expected) <= rasterStep, qPrintable(QString::number(difference(actual, expected))));
+    QVERIFY2(alike(actual, expected), qPrintable(QString::number(difference(actual, expected))));
 }
 
 void tst_KelGPXMarkerDrawing::stepsDrawIntoTheirRectangle()
@@ -391,18 +396,17 @@ void tst_KelGPXMarkerDrawing::stepsDrawIntoTheirRectangle()
         });
     };
 
-    QVERIFY(difference(step([&](Marker m, QPainter *p) { m.drawRhombus(p, rect); }), reference(Rhombus)) <= rasterStep);
-    QVERIFY(difference(step([&](Marker m, QPainter *p) { m.drawBlock(p, rect); }), reference(Block)) <= rasterStep);
-    QVERIFY(difference(step([&](Marker m, QPainter *p) { m.drawX(p, rect); }), reference(Cross, QSize(16, 12))) <= rasterStep);
-    QVERIFY(difference(step([&](Marker m, QPainter *p) { m.drawStar(p, rect, 9, 0.3); }), reference(Star9)) <= rasterStep);
-    QVERIFY(difference(step([&](Marker, QPainter *p) { Marker(MarkerStar12).drawShape(p, rect); }), reference(Star12))
-            <= rasterStep);
+    QVERIFY(alike(step([&](Marker m, QPainter *p) { m.drawRhombus(p, rect); }), reference(Rhombus)));
+    QVERIFY(alike(step([&](Marker m, QPainter *p) { m.drawBlock(p, rect); }), reference(Block)));
+    QVERIFY(alike(step([&](Marker m, QPainter *p) { m.drawX(p, rect); }), reference(Cross, QSize(16, 12))));
+    QVERIFY(alike(step([&](Marker m, QPainter *p) { m.drawStar(p, rect, 9, 0.3); }), reference(Star9)));
+    QVERIFY(alike(step([&](Marker, QPainter *p) { Marker(MarkerStar12).drawShape(p, rect); }), reference(Star12)));
 
     const QImage fourRays = picture([&](QPainter *painter) {
         prepare(painter);
         painter->drawPolygon(starCorners(rect, 4, 0.25), Qt::WindingFill);
     });
-    QVERIFY(difference(step([&](Marker m, QPainter *p) { m.drawStar(p, rect, 4, 0.25); }), fourRays) <= rasterStep);
+    QVERIFY(alike(step([&](Marker m, QPainter *p) { m.drawStar(p, rect, 4, 0.25); }), fourRays));
 }
 
 void tst_KelGPXMarkerDrawing::fullPenReachesBeyondTheRadius()
@@ -611,7 +615,7 @@ void tst_KelGPXMarkerDrawing::image()
             drawReference(painter, form, rect, cut);
         },
         imageSize);
-    QVERIFY2(difference(actual, expected) <= rasterStep, qPrintable(QString::number(difference(actual, expected))));
+    QVERIFY2(alike(actual, expected), qPrintable(QString::number(difference(actual, expected))));
 }
 
 void tst_KelGPXMarkerDrawing::emptyImage()
