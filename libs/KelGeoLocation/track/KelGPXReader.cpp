@@ -1,0 +1,377 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelGPXReader.h"
+
+#include "KelGPXNames.h"
+#include <KelGPXTrack.h>
+#include <KelGPXTrackFileRegistry.h>
+#include <KelGPXTrackFileRegistryKey.h>
+#include <KelGPXTrackImpl.h>
+#include <KelGPXTrackPointImpl.h>
+#include <KelXMLStreamCursor.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <array>
+#include <utility>
+
+namespace
+{
+
+/// The fields of a coordinate tuple.
+struct Tuple
+{
+    double longitude = 0.0;
+    double latitude = 0.0;
+    int elevation = 0;
+    QDateTime timeStamp;
+};
+
+constexpr int keptDecimals = 7; // as KelGPXTrackElement::safeDouble()
+constexpr int keptWithoutPoint = 7;
+constexpr std::array<double, keptDecimals + 1> powersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+constexpr int maximumWholeDigits = 8; // with the decimals below 2^53: exact
+constexpr int maximumElevationDigits = 9; // fit into 32 bits
+constexpr int maximumTimeDigits = 18; // fit into 64 bits
+
+constexpr bool isDigit(char16_t character)
+{
+    return character >= u'0' && character <= u'9';
+}
+
+/// What "\s" matches in a regular expression without Unicode properties: blank, tab, line feed, vertical tab, form
+/// feed, carriage return.
+constexpr bool isSpace(char16_t character)
+{
+    return character == u' ' || (character >= u'\t' && character <= u'\r');
+}
+
+bool atTupleEnd(const char16_t *at, const char16_t *end)
+{
+    return at == end || isSpace(*at);
+}
+
+bool skipComma(const char16_t *&at, const char16_t *end)
+{
+    if (at == end || *at != u',')
+        return false;
+    ++at;
+    return true;
+}
+
+/// Digits with a minus before and a point among them, as KelGPXTrackElement::safeDouble() reads them; false for any
+/// other form. Both operands of the division are exact, so it rounds once, as the conversion of the text would.
+bool scanCoordinate(const char16_t *&at, const char16_t *end, double &value)
+{
+    const char16_t *p = at;
+    const bool negative = p != end && *p == u'-';
+    if (negative)
+        ++p;
+
+    quint64 mantissa = 0;
+    const char16_t *const wholeBegin = p;
+    for (; p != end && isDigit(*p); ++p)
+        mantissa = mantissa * 10 + (*p - u'0');
+    if (p == wholeBegin || p - wholeBegin > maximumWholeDigits)
+        return false;
+
+    if (p == end || *p != u'.') {
+        if (p - at > keptWithoutPoint)
+            return false;
+        value = double(mantissa);
+    } else {
+        const char16_t *const fractionBegin = ++p;
+        for (; p != end && p - fractionBegin < keptDecimals && isDigit(*p); ++p)
+            mantissa = mantissa * 10 + (*p - u'0');
+        value = double(mantissa) / powersOfTen[std::size_t(p - fractionBegin)];
+        while (p != end && isDigit(*p)) // cut off
+            ++p;
+    }
+    if (negative)
+        value = -value;
+    at = p;
+    return true;
+}
+
+/// Digits with a minus before; false for any other form.
+bool scanInteger(const char16_t *&at, const char16_t *end, int maximumDigits, qint64 &value)
+{
+    const char16_t *p = at;
+    const bool negative = p != end && *p == u'-';
+    if (negative)
+        ++p;
+    const char16_t *const begin = p;
+    value = 0;
+    for (; p != end && isDigit(*p); ++p) {
+        if (p - begin == maximumDigits)
+            return false;
+        value = value * 10 + (*p - u'0');
+    }
+    if (p == begin)
+        return false;
+    if (negative)
+        value = -value;
+    at = p;
+    return true;
+}
+
+/// A tuple of two to four plain fields; false, and `at` where it was, for anything else.
+bool scanTuple(const char16_t *&at, const char16_t *end, Tuple &tuple)
+{
+    const char16_t *p = at;
+    if (!scanCoordinate(p, end, tuple.longitude) || !skipComma(p, end) || !scanCoordinate(p, end, tuple.latitude))
+        return false;
+    if (!atTupleEnd(p, end)) {
+        qint64 elevation = 0;
+        if (!skipComma(p, end) || !scanInteger(p, end, maximumElevationDigits, elevation))
+            return false;
+        tuple.elevation = int(elevation);
+    }
+    if (!atTupleEnd(p, end)) {
+        qint64 seconds = 0;
+        if (!skipComma(p, end) || !scanInteger(p, end, maximumTimeDigits, seconds) || !atTupleEnd(p, end))
+            return false;
+        tuple.timeStamp = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+    }
+    at = p;
+    return true;
+}
+
+/// A tuple of any text.
+Tuple readTuple(QStringView text)
+{
+    std::array<QStringView, 4> fields;
+    std::size_t count = 0;
+    for (QStringView rest = text; count < fields.size();) {
+        const qsizetype comma = rest.indexOf(u',');
+        fields[count++] = comma < 0 ? rest : rest.first(comma);
+        if (comma < 0)
+            break;
+        rest = rest.sliced(comma + 1);
+    }
+
+    Tuple tuple;
+    tuple.longitude = KelGPXTrackElement::safeDouble(fields[0]);
+    tuple.latitude = KelGPXTrackElement::safeDouble(fields[1]);
+    if (count > 2)
+        tuple.elevation = fields[2].toInt();
+    // Deliberate: seconds, although KelGPXTrackPoint::toKml() writes milliseconds.
+    if (count > 3)
+        tuple.timeStamp = QDateTime::fromSecsSinceEpoch(fields[3].toLongLong(), Qt::UTC);
+    return tuple;
+}
+
+KelGPXTrackPoint toPoint(const Tuple &tuple)
+{
+    return KelGPXTrackPoint(KelGeoPosition(tuple.latitude, tuple.longitude), tuple.elevation, tuple.timeStamp,
+                            QString());
+}
+
+/// Appends the point unless it is null, see KelGPXTrackPoint::isNull().
+void appendTuple(const Tuple &tuple, QList<KelGPXTrackPoint> &points)
+{
+    if (tuple.latitude != 0.0 || tuple.longitude != 0.0)
+        points.append(toPoint(tuple));
+}
+
+/// Cut toward zero; 0, no elevation, for what does not fit.
+int toWholeMetres(double elevation)
+{
+    return elevation > -2147483649.0 && elevation < 2147483648.0 ? int(elevation) : 0;
+}
+
+} // namespace
+
+QList<KelGPXTrack> KelGPXReader::readFile(KelXMLCursor &root, const QFileInfo &file)
+{
+    QList<KelGPXTrack> tracks;
+    QList<KelGPXTrack> routes; // the invalid ones included: their number is known only when all tracks were seen
+    int counter = 0;
+    while (root.nextChild()) {
+        KelXMLCursor &child = root.child();
+        const bool isTrack = child.name() == KelGPXNames::Track;
+        if (!isTrack && child.name() != KelGPXNames::Route)
+            continue;
+        KelGPXTrack track;
+        mergeTrack(child, nullptr, track);
+        if (isTrack)
+            keepTrack(std::move(track), file, ++counter, tracks);
+        else
+            routes.append(std::move(track));
+    }
+    for (const KelGPXTrack &route : std::as_const(routes))
+        keepTrack(route, file, ++counter, tracks);
+    return tracks;
+}
+
+void KelGPXReader::keepTrack(KelGPXTrack track, const QFileInfo &file, int number, QList<KelGPXTrack> &tracks)
+{
+    if (!track.isValid())
+        return;
+    // Both arguments at once: a file name that holds "%2" stays as it is.
+    if (track.name().isEmpty())
+        track.setName(QStringLiteral("%1 %2").arg(file.baseName(), QString::number(number)));
+    tracks.append(std::move(track));
+}
+
+void KelGPXReader::mergeTrack(KelXMLCursor &element, const QDir *directory, KelGPXTrack &track)
+{
+    mergeTrack(element, directory, 0, track);
+}
+
+void KelGPXReader::mergeTrack(KelXMLCursor &element, const QDir *directory, int depth, KelGPXTrack &track)
+{
+    QString includeName;
+    while (element.nextChild()) {
+        KelXMLCursor &child = element.child();
+        const QStringView name = child.name();
+        // Deliberate: a route point is a segment made of what its extensions hold; its own position is not read.
+        if (name == KelGPXNames::TrackSegment || name == KelGPXNames::RoutePoint) {
+            track.d->addSegment(KelGPXTrackSegment(readSegment(child)));
+        } else if (name == KelGPXNames::Name) {
+            track.d->setName(child.text());
+        } else if (name == KelGPXNames::Description) {
+            track.d->setDescription(child.text());
+        } else if (name == KelGPXNames::Shape) {
+            track.d->setShape(KelGPXTrackShape(child.text()));
+        } else if (name == KelGPXNames::Enclaves) {
+            mergeEnclaves(child, depth, track);
+        } else if (name == KelGPXNames::Include && directory != nullptr && *directory != QDir(QString())) {
+            includeName = child.text();
+            mergeIncludedFile(QFileInfo(*directory, includeName), depth, track);
+        }
+    }
+    if (track.shape() == TrackShapeAuto)
+        track.setShape(track.naturalShape());
+    // Also when the file could not be read. From here on the track must not change any more: it is the key.
+    if (!includeName.isEmpty()) {
+        KelGPXTrackFileRegistry::instance().registerFile(KelGPXTrackFileRegistryKey(track, *directory),
+                                                         includeName);
+    }
+}
+
+void KelGPXReader::mergeIncludedFile(const QFileInfo &file, int depth, KelGPXTrack &track)
+{
+    QFile source(file.filePath());
+    if (!source.open(QIODevice::ReadOnly))
+        return;
+    KelXMLStreamCursor root(&source);
+    while (root.nextChild()) {
+        if (root.child().name() != KelGPXNames::Track)
+            continue;
+        // Into a copy, since nothing counts of a file that turns out to be malformed further down.
+        KelGPXTrack merged = track;
+        mergeTrack(root.child(), nullptr, depth, merged); // without directory: inclusion is one level deep
+        if (root.finish() && source.error() == QFileDevice::NoError)
+            track = merged;
+        return;
+    }
+}
+
+void KelGPXReader::mergeEnclaves(KelXMLCursor &enclaves, int depth, KelGPXTrack &track)
+{
+    if (depth == maximumEnclaveDepth)
+        return;
+    while (enclaves.nextChild()) {
+        KelGPXTrack enclave;
+        mergeTrack(enclaves.child(), nullptr, depth + 1, enclave);
+        track.d->addEnclave(enclave);
+    }
+}
+
+QList<KelGPXTrackPoint> KelGPXReader::readSegment(KelXMLCursor &segment)
+{
+    QList<KelGPXTrackPoint> points;
+    while (segment.nextChild()) {
+        KelXMLCursor &child = segment.child();
+        if (child.name() == KelGPXNames::TrackPoint)
+            points.append(readPoint(child));
+        else if (child.name() == KelGPXNames::CompressedPoints)
+            points.append(decodeTuples(child.text()));
+        else if (child.name() == KelGPXNames::Extensions)
+            points.append(readGarminRoutePoints(child));
+    }
+    return points;
+}
+
+QList<KelGPXTrackPoint> KelGPXReader::readGarminRoutePoints(KelXMLCursor &extensions)
+{
+    QList<KelGPXTrackPoint> points;
+    while (extensions.nextChild()) {
+        KelXMLCursor &extension = extensions.child();
+        if (extension.name() != KelGPXNames::GarminRoutePointExtension)
+            continue;
+        while (extension.nextChild()) {
+            if (extension.child().name() == KelGPXNames::GarminRoutePoint)
+                points.append(readPoint(extension.child()));
+        }
+        break; // only the first
+    }
+    return points;
+}
+
+KelGPXTrackPoint KelGPXReader::readPoint(KelXMLCursor &element)
+{
+    // Deliberate: a missing coordinate is 1.0 degree.
+    const double latitude = element.attributeDouble(KelGPXNames::Latitude, 1.0);
+    const double longitude = element.attributeDouble(KelGPXNames::Longitude, 1.0);
+
+    QDateTime timeStamp;
+    double elevation = 0.0;
+    QString description;
+    bool hasTime = false;
+    bool hasElevation = false;
+    bool hasDescription = false;
+    while (element.nextChild()) {
+        KelXMLCursor &child = element.child();
+        if (!hasTime && child.name() == KelGPXNames::Time) {
+            timeStamp = child.textDateTime();
+            hasTime = true;
+        } else if (!hasElevation && child.name() == KelGPXNames::Elevation) {
+            elevation = child.textDouble();
+            hasElevation = true;
+        } else if (!hasDescription && child.name() == KelGPXNames::Description) {
+            description = child.text();
+            hasDescription = true;
+        }
+    }
+    return KelGPXTrackPoint(KelGeoPosition(latitude, longitude), toWholeMetres(elevation), timeStamp, description);
+}
+
+KelGPXTrackPoint KelGPXReader::decodeTuple(QStringView tuple)
+{
+    return toPoint(readTuple(tuple));
+}
+
+QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
+{
+    QList<KelGPXTrackPoint> points;
+    bool checked = false;
+    const char16_t *at = text.utf16();
+    const char16_t *const end = at + text.size();
+    while (at != end) {
+        if (isSpace(*at)) {
+            ++at;
+            continue;
+        }
+        Tuple tuple;
+        if (!scanTuple(at, end, tuple)) {
+            // Half a surrogate pair anywhere: no regular expression matches in such a text, so it is one tuple.
+            if (!checked && !text.isValidUtf16()) {
+                points.clear();
+                appendTuple(readTuple(text), points);
+                return points;
+            }
+            checked = true;
+            const char16_t *const begin = at;
+            while (!atTupleEnd(at, end))
+                ++at;
+            tuple = readTuple(QStringView(begin, at));
+        }
+        appendTuple(tuple, points);
+    }
+    return points;
+}

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELGPXTRACK_H
+#define KELGPXTRACK_H
+
+#include <KelGPXTrackElement.h>
+#include <KelGPXTrackSegment.h>
+#include <KelGPXTrackShape.h>
+#include <KelGeoLocationGlobal.h>
+
+#include <QList>
+#include <QSharedDataPointer>
+#include <QString>
+
+class KelGPXTrackImpl;
+class QDir;
+class QDomElement;
+class QFileInfo;
+
+/// One named track: segments in order, a shape, and enclaves (tracks that lie inside it, the holes of a polygon).
+///
+/// The unit that is configured, selected, drawn and stored. A value; copies share their data until one of them is
+/// written to.
+///
+/// Directories: where a store of tracks has its files, QDir(QString()) stands for "no directory". QDir takes that
+/// for equal to the working directory, which can therefore not be a store.
+class KELGEOLOCATION_EXPORT KelGPXTrack : public KelGPXTrackElement
+{
+public:
+    /// No name, no segments, no enclaves. Deliberate: the shape is linestring, not auto.
+    KelGPXTrack();
+    /// Shape auto is replaced at once by what autoDetectShape() finds. Empty segments are kept.
+    KelGPXTrack(const QString &name, const QString &description, const QList<KelGPXTrackSegment> &segments,
+                const KelGPXTrackShape &shape);
+    /// A point with its description as the name; a point at an invalid position gives a track without segments.
+    explicit KelGPXTrack(const KelGPXTrackPoint &point);
+    /// A default track, then fromXml().
+    KelGPXTrack(const QDomElement &element, const QDir &dir);
+
+    KelGPXTrack(const KelGPXTrack &other);
+    KelGPXTrack(KelGPXTrack &&other) noexcept;
+    KelGPXTrack &operator=(const KelGPXTrack &other);
+    KelGPXTrack &operator=(KelGPXTrack &&other) noexcept;
+    ~KelGPXTrack() override;
+
+    /// From the text of a KML "coordinates" element, see KelGPXTrackSegment::decodeKml(). A text without points
+    /// gives a track without segments.
+    [[nodiscard]] static KelGPXTrack decodeKml(const QString &name, const QString &description,
+                                               const QString &coordinates, const KelGPXTrackShape &shape);
+
+    /// Unknown without a segment; point for one segment of one point; polygon when the last segment ends where the
+    /// first one begins; else linestring.
+    [[nodiscard]] static KelGPXTrackShape autoDetectShape(const QList<KelGPXTrackSegment> &segments);
+
+    [[nodiscard]] QString name() const;
+    [[nodiscard]] QString description() const;
+    [[nodiscard]] QList<KelGPXTrackSegment> segments() const;
+    [[nodiscard]] KelGPXTrackShape shape() const;
+    [[nodiscard]] QList<KelGPXTrack> enclaves() const;
+
+    void setName(const QString &name);
+    void setShape(const KelGPXTrackShape &shape);
+    void setEnclaves(const QList<KelGPXTrack> &enclaves);
+    /// Appends without any test, see isEnclave().
+    void addEnclave(const KelGPXTrack &enclave);
+
+    /// At least one segment. What is read keeps no empty segment: then it also means at least one point.
+    [[nodiscard]] bool isValid() const;
+    [[nodiscard]] int countPoints() const;
+    /// Plain comparison, auto is no exception.
+    [[nodiscard]] bool hasShape(const KelGPXTrackShape &shape) const;
+    /// The shape that the points suggest, whatever is set.
+    [[nodiscard]] KelGPXTrackShape naturalShape() const;
+    /// True if both tracks are polygons and `other` lies inside this one (plane geometry over degrees).
+    [[nodiscard]] bool isEnclave(const KelGPXTrack &other) const;
+
+    /// Same data, or equal name, description, shape, segments and enclaves.
+    [[nodiscard]] bool operator==(const KelGPXTrack &other) const;
+    [[nodiscard]] bool operator!=(const KelGPXTrack &other) const;
+    /// Fewer points first; of two tracks with the same number of points (not 0) the one whose first position is less.
+    /// Deliberate: not consistent with operator==, and neither is operator>.
+    [[nodiscard]] bool operator<(const KelGPXTrack &other) const;
+    [[nodiscard]] bool operator>(const KelGPXTrack &other) const;
+
+    /// Merges the content of a "trk" or "rte" into this track: segments and enclaves are added, of name, description
+    /// and shape the last one counts, shape auto is settled at the end.
+    ///
+    /// "rtept": the routed points that a Garmin extension keeps under it become a segment. Deliberate: the route
+    /// point's own position is not read, so one without extension adds nothing.
+    /// "include": the first "trk" of that file in `dir` is merged where the element stands, and the whole is known to
+    /// the KelGPXTrackFileRegistry under the file's name. Ignored without a directory, and in an included file.
+    /// Enclaves that lie deeper than 256 levels are skipped.
+    void fromXml(const QDomElement &trk, const QDir &dir);
+
+    /// Appends an empty "trk" to `parent` and returns it.
+    [[nodiscard]] QDomElement buildTrackElement(QDomElement &parent) const;
+    /// Writes name, shape, segments and enclaves into `trk`. Deliberate: the description is read but not written.
+    void buildXmlBody(QDomElement &trk) const;
+    /// Appends a "trk" to `parent`: into an existing directory only an "include" of a file there, which the
+    /// KelGPXTrackFileRegistry writes when needed; otherwise everything.
+    void toXml(QDomElement &parent, const QDir &dir) const;
+    /// Writes a GPX file with this track only. A failure is not reported.
+    void saveAsGpxFile(const QFileInfo &file) const;
+
+    [[nodiscard]] KelGeoPositionList allPoints() const override;
+    /// The chunks of all segments; none spans two segments.
+    [[nodiscard]] QList<KelGeoPositionList> chunkedPoints() const override;
+    /// Exactly one segment, which is a single point.
+    [[nodiscard]] bool isSinglePoint() const override;
+    /// Of the first segment, empty or not; a default position without segments.
+    [[nodiscard]] KelGeoPosition firstPoint() const override;
+    /// Of the last segment, empty or not; a default position without segments.
+    [[nodiscard]] KelGeoPosition lastPoint() const override;
+    [[nodiscard]] QList<QDateTime> allTimeStamps() const override;
+
+private:
+    friend class KelGPXReader;
+
+    QSharedDataPointer<KelGPXTrackImpl> d;
+};
+
+Q_DECLARE_TYPEINFO(KelGPXTrack, Q_RELOCATABLE_TYPE);
+
+#endif

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelGPXTrackFile.h"
+
+#include "KelGPXReader.h"
+#include <KelErrorHistory.h>
+#include <KelXMLStreamCursor.h>
+
+#include <QDir>
+#include <QDomElement>
+#include <QFile>
+#include <QFileInfo>
+
+#include <utility>
+
+namespace
+{
+
+void addError(KelErrorHistory *errors, const QFileInfo &file, qint64 line, qint64 column, const QString &message)
+{
+    if (errors == nullptr)
+        return;
+    errors->add({file.filePath(), line, column, message});
+}
+
+} // namespace
+
+KelGPXTrackFile::KelGPXTrackFile(const QFileInfo &file, KelErrorHistory *errors)
+{
+    QFile source(file.filePath());
+    if (!source.open(QIODevice::ReadOnly)) {
+        addError(errors, file, -1, -1, source.errorString());
+        return;
+    }
+    KelXMLStreamCursor root(&source);
+    QList<KelGPXTrack> tracks = KelGPXReader::readFile(root, file);
+    const bool isWellFormed = root.finish();
+    if (source.error() != QFileDevice::NoError)
+        addError(errors, file, -1, -1, source.errorString());
+    else if (isWellFormed)
+        m_tracks = std::move(tracks);
+    else
+        addError(errors, file, root.errorLine(), root.errorColumn(), root.errorString());
+}
+
+KelGPXTrackFile::~KelGPXTrackFile() = default;
+
+QList<KelGPXTrack> KelGPXTrackFile::readTracks(QDomElement root, const QString &tagName, int &counter,
+                                               const QFileInfo &file) const
+{
+    QList<KelGPXTrack> tracks;
+    for (QDomElement element = root.firstChildElement(tagName); !element.isNull();
+         element = element.nextSiblingElement(tagName)) {
+        KelGPXReader::keepTrack(KelGPXTrack(element, QDir(QString())), file, ++counter, tracks);
+    }
+    return tracks;
+}

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelGPXTrackFileRegistry.h"
+
+#include "KelGPXNames.h"
+#include <KelDirHash.h>
+#include <KelUniqueFilenameMaker.h>
+#include <KelXMLBuilder.h>
+
+#include <QDomDocument>
+#include <QDomElement>
+#include <QMutexLocker>
+#include <QSet>
+
+KelGPXTrackFileRegistry::KelGPXTrackFileRegistry() = default;
+
+KelGPXTrackFileRegistry::~KelGPXTrackFileRegistry() = default;
+
+QString KelGPXTrackFileRegistry::fileName(const KelGPXTrackFileRegistryKey &key) const
+{
+    return m_files.value(key);
+}
+
+void KelGPXTrackFileRegistry::registerFile(const KelGPXTrackFileRegistryKey &key, const QString &fileName)
+{
+    const QMutexLocker locker(&m_mutex);
+    m_files.insert(key, fileName);
+}
+
+QFileInfo KelGPXTrackFileRegistry::createFileInfo(const KelGPXTrackFileRegistryKey &key, const QString &name) const
+{
+    return QFileInfo(key.dir(), name);
+}
+
+void KelGPXTrackFileRegistry::saveTrackInFile(const KelGPXTrackFileRegistryKey &key, const QFileInfo &file)
+{
+    QDomDocument document;
+    QDomElement root = KelXMLBuilder::buildRootElement(document, KelGPXNames::IncludedTrack.toString());
+    key.track().toXml(root, QDir(QString()));
+    KelXMLBuilder::saveUTF8(document, file, nullptr);
+}
+
+QString KelGPXTrackFileRegistry::createAssignedFile(const KelGPXTrackFileRegistryKey &key)
+{
+    const QMutexLocker locker(&m_mutex);
+    const QString known = fileName(key);
+    if (!known.isEmpty())
+        return known;
+
+    const QFileInfo wanted = createFileInfo(key, QStringLiteral("track.gps"));
+    const QFileInfo unique =
+        KelUniqueFilenameMaker::instance().makeUniqueFileNameInSafeContainer(wanted, QSet<QDir>{key.dir()});
+    saveTrackInFile(key, unique);
+    registerFile(key, unique.fileName());
+    return unique.fileName();
+}

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELGPXTRACKPOINTIMPL_H
+#define KELGPXTRACKPOINTIMPL_H
+
+#include <KelGPXTrackElement.h>
+#include <KelGeoLocationGlobal.h>
+#include <KelGeoPosition.h>
+
+#include <QDateTime>
+#include <QSharedData>
+#include <QString>
+
+/// The data of a KelGPXTrackPoint, shared among its copies and never changed. Hosts use the handle.
+class KELGEOLOCATION_EXPORT KelGPXTrackPointImpl : public KelGPXTrackElement, public QSharedData
+{
+public:
+    /// An invalid position, no elevation, no time, no description.
+    KelGPXTrackPointImpl();
+    KelGPXTrackPointImpl(KelGeoPosition position, int elevation, QDateTime timeStamp, QString description);
+    KelGPXTrackPointImpl(const KelGPXTrackPointImpl &) = default;
+    KelGPXTrackPointImpl &operator=(const KelGPXTrackPointImpl &) = delete;
+    ~KelGPXTrackPointImpl() override;
+
+    [[nodiscard]] const KelGeoPosition &position() const noexcept { return m_position; }
+    [[nodiscard]] int elevation() const noexcept { return m_elevation; }
+    [[nodiscard]] const QDateTime &timeStamp() const noexcept { return m_timeStamp; }
+    [[nodiscard]] const QString &description() const noexcept { return m_description; }
+
+    [[nodiscard]] bool operator==(const KelGPXTrackPointImpl &other) const;
+
+    [[nodiscard]] KelGeoPositionList allPoints() const override;
+    [[nodiscard]] QList<KelGeoPositionList> chunkedPoints() const override;
+    [[nodiscard]] bool isSinglePoint() const override;
+    [[nodiscard]] KelGeoPosition firstPoint() const override;
+    [[nodiscard]] KelGeoPosition lastPoint() const override;
+    [[nodiscard]] QList<QDateTime> allTimeStamps() const override;
+
+private:
+    KelGeoPosition m_position;
+    int m_elevation = 0;
+    QDateTime m_timeStamp;
+    QString m_description;
+};
+
+#endif
