@@ -11,6 +11,8 @@
 #include <QDir>
 #include <QDomElement>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -26,7 +28,7 @@ const QString LOCATION_TRACK = QStringLiteral("locationTrack");
 // In 64 bits, so that a huge factor is limited instead of wrapping round.
 int scaleChannel(int channel, int factor)
 {
-    return int(qBound<qint64>(0, qint64(channel) * factor / UNCHANGED_COLOR, 255));
+    return int(std::clamp(qint64(channel) * factor / UNCHANGED_COLOR, qint64(0), qint64(255)));
 }
 
 QColor scaleColor(const QColor &color, int factor)
