@@ -96,6 +96,14 @@ int KelElidedLabel::heightForWidth(int width) const
     return withFrame(QSize(0, between + metrics.height())).height();
 }
 
+bool KelElidedLabel::event(QEvent *event)
+{
+    // Some changes, word wrap for one, are not announced; what counts is the moment when the tool tip is wanted.
+    if (event->type() == QEvent::ToolTip)
+        updateToolTip();
+    return QLabel::event(event);
+}
+
 void KelElidedLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);

@@ -3,6 +3,7 @@
 
 #include "KelXMLSerializer.h"
 
+#include <QDomDocument>
 #include <QDomDocumentType>
 #include <QDomElement>
 #include <QDomNamedNodeMap>
@@ -61,6 +62,13 @@ QString withEscapes(const QString &text, bool isAttribute)
         }
     }
     return result;
+}
+
+/// An identifier knows no escapes; it holds one kind of quotation mark at most.
+QString quoted(const QString &identifier)
+{
+    const QChar mark = identifier.contains(QLatin1Char('"')) ? QLatin1Char('\'') : QLatin1Char('"');
+    return mark + identifier + mark;
 }
 
 bool holdsText(const QDomNode &node)
@@ -175,7 +183,9 @@ void KelXMLSerializer::writeNode(const QDomNode &node)
         break;
     }
     case QDomNode::DocumentTypeNode:
-        writeDocumentType(node);
+        // That of a document is written before its root; Qt does not keep it among the children.
+        if (m_levels.isEmpty())
+            writeDocumentType(node.toDocumentType());
         break;
     default:
         break;
@@ -184,6 +194,9 @@ void KelXMLSerializer::writeNode(const QDomNode &node)
 
 void KelXMLSerializer::openElement(const QDomElement &element)
 {
+    const bool isRoot = !m_levels.isEmpty() && m_levels.last().parent.isDocument();
+    if (isRoot)
+        writeDocumentType(m_levels.last().parent.toDocument().doctype());
     beginLine();
     m_text += QLatin1Char('<') + element.nodeName();
     writeAttributes(element);
@@ -233,18 +246,17 @@ void KelXMLSerializer::writeAttributes(const QDomElement &element)
     }
 }
 
-void KelXMLSerializer::writeDocumentType(const QDomNode &node)
+void KelXMLSerializer::writeDocumentType(const QDomDocumentType &type)
 {
-    const QDomDocumentType type = node.toDocumentType();
     if (type.name().isEmpty())
         return;
     m_text += QLatin1String("<!DOCTYPE ") + type.name();
     if (!type.publicId().isEmpty())
-        m_text += QLatin1String(" PUBLIC \"") + type.publicId() + QLatin1Char('"');
+        m_text += QLatin1String(" PUBLIC ") + quoted(type.publicId());
     else if (!type.systemId().isEmpty())
         m_text += QLatin1String(" SYSTEM");
-    if (!type.systemId().isEmpty())
-        m_text += QLatin1String(" \"") + type.systemId() + QLatin1Char('"');
+    if (!type.publicId().isEmpty() || !type.systemId().isEmpty())
+        m_text += QLatin1Char(' ') + quoted(type.systemId());
     if (!type.internalSubset().isEmpty())
         m_text += QLatin1String(" [") + cleaned(type.internalSubset()) + QLatin1Char(']');
     m_text += QLatin1Char('>');

@@ -8,6 +8,9 @@
 #include <QList>
 #include <QString>
 
+class QDomDocumentType;
+class QDomElement;
+
 /// Writes one node with everything below it as text; see KelXMLBuilder::toText() for what is promised. One use each.
 ///
 /// The tree is walked with a stack of its own, not by recursion: the depth of a document is not ours to choose.
@@ -37,7 +40,7 @@ private:
     void openChildren(const QDomNode &node, bool isInline);
     void closeLevel();
     void writeAttributes(const QDomElement &element);
-    void writeDocumentType(const QDomNode &node);
+    void writeDocumentType(const QDomDocumentType &type);
     void writeText(const QString &text);
     void writeCData(const QString &text);
     void beginLine();

@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include <KelSettings.h>
+
+#include <QObject>
+#include <QSettings>
+#include <QtTest>
+
+#include <KelTemporarySettings.h>
+
+class tst_KelSettings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void missingKeyGivesTheDefault();
+    void missingKeyResetsAChangedItem();
+    void savedValuesComeBack_data();
+    void savedValuesComeBack();
+    void textsComeBackUnchanged_data();
+    void textsComeBackUnchanged();
+    void unreadableIntegerGivesTheDefault();
+    void boolFromText_data();
+    void boolFromText();
+    void isInTheApplicationsStoreUnderItsKey();
+    void unwritableStoreIsTold();
+
+private:
+    KelTemporarySettings m_store;
+};
+
+void tst_KelSettings::init()
+{
+    m_store.clear();
+}
+
+void tst_KelSettings::missingKeyGivesTheDefault()
+{
+    const KelSettings settings;
+    KelConfigItem<bool> flag(QStringLiteral("flag"), true);
+    KelConfigItem<int> number(QStringLiteral("number"), 42);
+    KelConfigItem<QString> text(QStringLiteral("text"), QStringLiteral("default"));
+    settings.load(flag);
+    settings.load(number);
+    settings.load(text);
+    QCOMPARE(flag.value(), true);
+    QCOMPARE(number.value(), 42);
+    QCOMPARE(text.value(), QStringLiteral("default"));
+}
+
+void tst_KelSettings::missingKeyResetsAChangedItem()
+{
+    KelConfigItem<int> number(QStringLiteral("number"), 42);
+    number.setValue(1);
+    KelSettings().load(number);
+    QCOMPARE(number.value(), 42);
+}
+
+void tst_KelSettings::savedValuesComeBack_data()
+{
+    QTest::addColumn<bool>("flag");
+    QTest::addColumn<int>("number");
+
+    QTest::newRow("true and positive") << true << 2147483647;
+    QTest::newRow("false and negative") << false << -5;
+    QTest::newRow("zero is not missing") << false << 0;
+}
+
+void tst_KelSettings::savedValuesComeBack()
+{
+    QFETCH(bool, flag);
+    QFETCH(int, number);
+    KelConfigItem<bool> savedFlag(QStringLiteral("flag"), !flag);
+    KelConfigItem<int> savedNumber(QStringLiteral("number"), 99);
+    savedFlag.setValue(flag);
+    savedNumber.setValue(number);
+    QVERIFY(KelSettings().save(savedFlag));
+    QVERIFY(KelSettings().save(savedNumber));
+
+    KelConfigItem<bool> loadedFlag(QStringLiteral("flag"), !flag);
+    KelConfigItem<int> loadedNumber(QStringLiteral("number"), 99);
+    KelSettings().load(loadedFlag);
+    KelSettings().load(loadedNumber);
+    QCOMPARE(loadedFlag.value(), flag);
+    QCOMPARE(loadedNumber.value(), number);
+}
+
+void tst_KelSettings::textsComeBackUnchanged_data()
+{
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("empty, not the default") << "";
+    QTest::newRow("XML of several lines") << "<config a=\"1\">\n <color>#ff0000ff</color>\n</config>\n";
+    QTest::newRow("separators of the file format") << "a, b; c=d % \\ [e]";
+    QTest::newRow("begins like a special value") << "@Variant(1)";
+    QTest::newRow("letters beyond ASCII") << QStringLiteral("Größe 東京 \U0001F600");
+    QTest::newRow("blanks around") << " a ";
+}
+
+void tst_KelSettings::textsComeBackUnchanged()
+{
+    QFETCH(QString, text);
+    KelConfigItem<QString> saved(QStringLiteral("text"), QStringLiteral("default"));
+    saved.setValue(text);
+    QVERIFY(KelSettings().save(saved));
+
+    KelConfigItem<QString> loaded(QStringLiteral("text"), QStringLiteral("default"));
+    KelSettings().load(loaded);
+    QCOMPARE(loaded.value(), text);
+}
+
+void tst_KelSettings::unreadableIntegerGivesTheDefault()
+{
+    QSettings().setValue(QStringLiteral("number"), QStringLiteral("many"));
+    KelConfigItem<int> number(QStringLiteral("number"), 42);
+    KelSettings().load(number);
+    QCOMPARE(number.value(), 42);
+}
+
+void tst_KelSettings::boolFromText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("flag");
+
+    QTest::newRow("true") << "true" << true;
+    QTest::newRow("false") << "false" << false;
+    QTest::newRow("1") << "1" << true;
+    QTest::newRow("0") << "0" << false;
+}
+
+void tst_KelSettings::boolFromText()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, flag);
+    QSettings().setValue(QStringLiteral("flag"), text);
+    KelConfigItem<bool> item(QStringLiteral("flag"), !flag);
+    KelSettings().load(item);
+    QCOMPARE(item.value(), flag);
+}
+
+void tst_KelSettings::isInTheApplicationsStoreUnderItsKey()
+{
+    KelConfigItem<bool> item(QStringLiteral("instantlyAddLocations"), true);
+    item.setValue(false);
+    KelSettings().save(item);
+    QCOMPARE(QSettings().value(QStringLiteral("instantlyAddLocations")).toBool(), false);
+    QCOMPARE(QSettings().allKeys(), QStringList{QStringLiteral("instantlyAddLocations")});
+}
+
+void tst_KelSettings::unwritableStoreIsTold()
+{
+    const QString before = QFileInfo(m_store.filePath()).dir().filePath(QStringLiteral(".."));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+    const bool isSaved = KelSettings().save(KelConfigItem<bool>(QStringLiteral("flag"), true));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QDir::cleanPath(before));
+    QVERIFY(!isSaved);
+}
+
+QTEST_GUILESS_MAIN(tst_KelSettings)
+#include "tst_KelSettings.moc"
