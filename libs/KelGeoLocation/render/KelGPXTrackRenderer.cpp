@@ -1,0 +1,617 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelGPXTrackRenderer.h"
+
+#include "KelPixel.h"
+
+#include <KelConcurrent.h>
+#include <KelDistance.h>
+#include <KelGPXConfiguredTrack.h>
+#include <KelGPXConfiguredTrackList.h>
+#include <KelGPXMarkerShape.h>
+#include <KelGPXTrack.h>
+#include <KelGPXTrackConfiguration.h>
+#include <KelGPXTrackDisplayOptions.h>
+#include <KelGPXTrackShape.h>
+#include <KelGPXTrackSmoothing.h>
+#include <KelGeoPosition.h>
+#include <KelGeoPositionList.h>
+#include <KelIntRange.h>
+#include <KelLatitude.h>
+#include <KelLongitude.h>
+#include <KelPenStyle.h>
+
+#include <QBrush>
+#include <QColor>
+#include <QImage>
+#include <QLineF>
+#include <QPaintDevice>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <memory>
+#include <utility>
+
+namespace
+{
+
+constexpr double PI = 3.141592653589793;
+
+constexpr int NO_SMOOTHING = 100;
+constexpr double PERCENT = 100.0;
+constexpr double THINNING_DISTANCE = 4.0;
+
+constexpr double ARROW_SAMPLES[] = {0.95, 0.96, 0.97, 0.98, 0.99};
+constexpr double ARROW_OPENING = 30.0;
+constexpr double ARROW_PART_OF_DISTANCE = 0.5;
+constexpr double SHORTEST_BARB = 10.0;
+constexpr double LONGEST_BARB = 100.0;
+
+// Out of reach of any device; it only keeps the ends of the range within an int.
+constexpr int MOST_WORLD_WIDTHS = std::numeric_limits<int>::max() - 2;
+
+constexpr int OPAQUE = 255;
+constexpr int BYTES_PER_PIXEL = 4;
+constexpr int ALPHA_BYTE = 3;
+using CropTable = std::array<uchar, 256>;
+
+bool isStroked(const KelGPXTrackConfiguration &configuration)
+{
+    return configuration.hasDrawOption(KelGPXTrackDisplayOptions(DisplayStroke));
+}
+
+bool isFilled(const KelGPXTrackConfiguration &configuration)
+{
+    return configuration.hasDrawOption(KelGPXTrackDisplayOptions(DisplayFill));
+}
+
+// ---- one path build -------------------------------------------------------------------------------------------
+
+// What one path build works with. Each chunk's tasks write their own slice of the arrays.
+struct PathBuild
+{
+    explicit PathBuild(const KelGPXTrackRenderer &trackRenderer)
+        : renderer(trackRenderer)
+    {
+    }
+
+    const KelGPXTrackRenderer &renderer;
+    QList<KelGeoPositionList> chunks;
+    QList<int> chunkIndices;
+    QList<KelIntRange> chunkRanges;
+    int total = 0;
+    std::unique_ptr<QPointF[]> projected;
+    std::unique_ptr<QPointF[]> offsets;
+    bool crossed = false;
+};
+
+void takeChunks(PathBuild *build, const KelGPXTrack &track)
+{
+    build->chunks = track.chunkedPoints();
+    const int count = static_cast<int>(build->chunks.size());
+    build->chunkIndices.reserve(count);
+    build->chunkRanges.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        const int size = static_cast<int>(std::as_const(build->chunks).at(i).size());
+        build->chunkIndices.append(i);
+        build->chunkRanges.append(KelIntRange(build->total, build->total + size - 1));
+        build->total += size;
+    }
+}
+
+void findDateLineOffsets(PathBuild *build)
+{
+    build->offsets.reset(build->renderer.createDateLineCrossingOffsets(
+        build->chunks, build->chunkIndices, build->total, build->chunkRanges, &build->crossed));
+}
+
+void project(PathBuild *build)
+{
+    build->projected = std::make_unique<QPointF[]>(static_cast<size_t>(build->total));
+    KelConcurrent::blockingMap(build->chunkIndices, [build](int chunkIndex) {
+        build->renderer.projectPointsPP(chunkIndex, build->chunks, build->chunkRanges, build->projected.get());
+    });
+}
+
+void shiftAcrossDateLine(PathBuild *build)
+{
+    if (!build->crossed)
+        return;
+    KelConcurrent::blockingMap(build->chunkIndices, [build](int chunkIndex) {
+        build->renderer.shiftProjected(std::as_const(build->chunkRanges).at(chunkIndex), build->projected.get(),
+                                       build->offsets.get());
+    });
+}
+
+void smooth(PathBuild *build, int strength, int steps)
+{
+    if (strength == NO_SMOOTHING)
+        return;
+    KelGPXTrackSmoothing(build->projected.get(), build->total, strength / PERCENT, steps).run();
+}
+
+QPainterPath thinnedPath(const PathBuild &build)
+{
+    const QPointF *points = build.projected.get();
+    const double threshold = build.renderer.renderingFactor() * THINNING_DISTANCE;
+
+    QPainterPath path;
+    path.moveTo(points[0]);
+    QPointF last = points[0];
+    int lines = 0;
+    for (int k = 1; k < build.total; ++k) {
+        if ((points[k] - last).manhattanLength() > threshold) {
+            path.lineTo(points[k]);
+            ++lines;
+            last = points[k];
+        }
+    }
+    // Deliberate: what collapses into the threshold is a point, and the callers draw empty paths as markers.
+    if (lines == 0)
+        return QPainterPath();
+    path.lineTo(points[build.total - 1]);
+    return path;
+}
+
+// ---- world copies ---------------------------------------------------------------------------------------------
+
+template <typename Draw>
+void forEachWorldCopy(const KelGPXTrackRenderer &renderer, QPainter *painter, Draw draw)
+{
+    const QPointF worldOffset = renderer.aroundTheWorldOffset();
+    const KelIntRange shifts = renderer.visibleShifts(painter);
+    for (int shift = shifts.min(); shift <= shifts.max(); ++shift) {
+        // Without a usable world width there is still the world itself.
+        const QPointF offset = shift == 0 ? QPointF() : worldOffset * shift;
+        if (!std::isfinite(offset.x()) || !std::isfinite(offset.y()))
+            continue;
+        painter->save();
+        painter->translate(offset);
+        draw();
+        painter->restore();
+    }
+}
+
+// ---- images ---------------------------------------------------------------------------------------------------
+
+QImage paintImage(const KelGPXTrackRenderer &renderer, KelGPXTrackRenderer::TrackRenderOption option,
+                  QPainter::RenderHints hints)
+{
+    QImage image(renderer.targetImageSize(), QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        return image;
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHints(hints);
+    renderer.renderWith(&painter, option);
+    painter.end();
+    return image;
+}
+
+CropTable createCropTable(int opacity)
+{
+    CropTable table;
+    int product = 0;
+    for (uchar &entry : table) {
+        entry = static_cast<uchar>(std::clamp(product / OPAQUE + opacity, opacity, OPAQUE));
+        product += OPAQUE - opacity;
+    }
+    return table;
+}
+
+// The pixels that target and mask have in common, as raw memory: taken once, before the stripes are written in
+// parallel, because QImage's own accessors to writable memory count their calls.
+struct CropArea
+{
+    CropArea(QImage *target, const QImage &mask)
+    {
+        if (target->depth() != BYTES_PER_PIXEL * 8 || mask.depth() != BYTES_PER_PIXEL * 8)
+            return;
+        width = std::min(target->width(), mask.width());
+        height = std::min(target->height(), mask.height());
+        targetBits = target->bits();
+        targetBytesPerLine = target->bytesPerLine();
+        maskBits = mask.constBits();
+        maskBytesPerLine = mask.bytesPerLine();
+    }
+
+    int width = 0;
+    int height = 0;
+    uchar *targetBits = nullptr;
+    qsizetype targetBytesPerLine = 0;
+    const uchar *maskBits = nullptr;
+    qsizetype maskBytesPerLine = 0;
+};
+
+void mergeRows(const CropArea &area, const KelIntRange &rows, const uchar *table)
+{
+    const int end = std::min(rows.lastIndexEvenIfUnvalid(), area.height);
+    for (int row = std::max(rows.min(), 0); row < end; ++row) {
+        uchar *target = area.targetBits + row * area.targetBytesPerLine + ALPHA_BYTE;
+        const uchar *mask = area.maskBits + row * area.maskBytesPerLine + ALPHA_BYTE;
+        for (int column = 0; column < area.width; ++column)
+            target[column * BYTES_PER_PIXEL] = table[mask[column * BYTES_PER_PIXEL]];
+    }
+}
+
+} // namespace
+
+KelGPXTrackRenderer::KelGPXTrackRenderer(const KelGPXTrackSelection &selection, const QSize &targetImageSize,
+                                         double renderingFactor)
+    : m_selection(selection)
+    , m_targetImageSize(targetImageSize)
+    , m_renderingFactor(renderingFactor)
+{
+}
+
+KelGPXTrackRenderer::~KelGPXTrackRenderer() = default;
+
+double KelGPXTrackRenderer::scale(double value) const noexcept
+{
+    return value * m_renderingFactor;
+}
+
+QSize KelGPXTrackRenderer::targetImageSize() const noexcept
+{
+    return m_targetImageSize;
+}
+
+double KelGPXTrackRenderer::renderingFactor() const noexcept
+{
+    return m_renderingFactor;
+}
+
+// ---- images ---------------------------------------------------------------------------------------------------
+
+QImage KelGPXTrackRenderer::render(TrackRenderOption option) const
+{
+    return paintImage(*this, option, QPainter::Antialiasing).convertToFormat(QImage::Format_ARGB32);
+}
+
+QImage KelGPXTrackRenderer::renderQuickAndDirty(TrackRenderOption option) const
+{
+    return paintImage(*this, option, QPainter::RenderHints());
+}
+
+QImage KelGPXTrackRenderer::renderForeground() const
+{
+    return renderQuickAndDirty(Foreground);
+}
+
+QImage KelGPXTrackRenderer::crop(const QImage &mapImage) const
+{
+    const int opacity = std::clamp(m_selection.effectiveCroppingOpacity(), 0, OPAQUE);
+    if (opacity == OPAQUE)
+        return mapImage;
+
+    const QImage mask = render(Foreground);
+    QImage target = mapImage.convertToFormat(QImage::Format_ARGB32);
+    const CropTable table = createCropTable(opacity);
+    // Taking the memory detaches the target, which may still share the caller's pixels.
+    const CropArea area(&target, mask);
+    KelConcurrent::blockingMap(KelIntRange::rowsOfImage(target).splitEvenlyForCpuCores(),
+                               [&area, &table](const KelIntRange &rows) { mergeRows(area, rows, table.data()); });
+    return target.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+void KelGPXTrackRenderer::mergeCropping(QImage *target, const QImage &mask, const KelIntRange &rows,
+                                        const uchar *table) const
+{
+    mergeRows(CropArea(target, mask), rows, table);
+}
+
+// ---- painter paths --------------------------------------------------------------------------------------------
+
+QPainterPath KelGPXTrackRenderer::createPainterPath(const KelGPXConfiguredTrack &configuredTrack) const
+{
+    const KelGPXTrack track = configuredTrack.track();
+    const int strength = configuredTrack.smoothingStrength();
+    const int steps = configuredTrack.smoothingSteps();
+
+    QPainterPath path = createPainterPath(track, strength, steps);
+    if (configuredTrack.naturalShape() == TrackShapeLineString
+        && configuredTrack.effectiveShape() == TrackShapePolygon)
+        path.closeSubpath();
+    const QList<KelGPXTrack> enclaves = track.enclaves();
+    for (const KelGPXTrack &enclave : enclaves)
+        path.addPath(createPainterPath(enclave, strength, steps));
+    return path;
+}
+
+QPainterPath KelGPXTrackRenderer::createPainterPath(const KelGPXTrack &track, int smoothingStrength,
+                                                    int smoothingSteps) const
+{
+    PathBuild build(*this);
+    takeChunks(&build, track);
+    if (build.total == 0)
+        return QPainterPath();
+    findDateLineOffsets(&build);
+    project(&build);
+    shiftAcrossDateLine(&build);
+    smooth(&build, smoothingStrength, smoothingSteps);
+    return thinnedPath(build);
+}
+
+// ---- world copies ---------------------------------------------------------------------------------------------
+
+QPointF KelGPXTrackRenderer::aroundTheWorldOffset() const
+{
+    return projectPosition(KelGeoPosition(KelLatitude(0.0), KelLongitude(180.0)))
+        - projectPosition(KelGeoPosition(KelLatitude(0.0), KelLongitude(-180.0)));
+}
+
+KelIntRange KelGPXTrackRenderer::visibleShifts(QPainter *painter) const
+{
+    // QPaintDevice's own width() is the raw number of pixels, whatever the device pixel ratio.
+    const QPaintDevice *device = painter->device();
+    const int deviceWidth = device ? device->width() : 0;
+    const int worldWidth = KelPixel::truncated(aroundTheWorldOffset().x());
+    const int count = worldWidth == 0 ? 0 : std::min(deviceWidth / worldWidth, MOST_WORLD_WIDTHS);
+    return KelIntRange(-count - 1, count + 1);
+}
+
+// ---- building blocks of a path --------------------------------------------------------------------------------
+
+int KelGPXTrackRenderer::checkDateLineCrossing(const KelGeoPosition &a, const KelGeoPosition &b) const
+{
+    const bool fromEast = a.isInEasternHemisphere();
+    if (fromEast == b.isInEasternHemisphere() || a.longitude() == b.longitude())
+        return 0;
+    // On both sides of the prime meridian the position of the eastern hemisphere lies east of the other one; on both
+    // sides of the date line it lies west of it.
+    if (fromEast == a.isEastOf(b))
+        return 0;
+    return fromEast ? 1 : -1;
+}
+
+void KelGPXTrackRenderer::checkDateLineCrossings(int chunkIndex, const QList<KelGeoPositionList> &chunks,
+                                                 const QList<KelIntRange> &ranges, int *crossings) const
+{
+    const KelGeoPositionList &chunk = chunks.at(chunkIndex);
+    if (chunk.isEmpty())
+        return;
+
+    int *entry = crossings + ranges.at(chunkIndex).min();
+    int previous = chunkIndex - 1;
+    while (previous >= 0 && chunks.at(previous).isEmpty())
+        --previous;
+    entry[0] = previous < 0 ? 0 : checkDateLineCrossing(chunks.at(previous).last(), chunk.first());
+    for (qsizetype k = 1; k < chunk.size(); ++k)
+        entry[k] = checkDateLineCrossing(chunk.at(k - 1), chunk.at(k));
+}
+
+QPointF *KelGPXTrackRenderer::createDateLineCrossingOffsets(const QList<KelGeoPositionList> &chunks,
+                                                            const QList<int> &chunkIndices, int total,
+                                                            const QList<KelIntRange> &ranges, bool *crossed) const
+{
+    const auto crossings = std::make_unique<int[]>(static_cast<size_t>(total));
+    KelConcurrent::blockingMap(chunkIndices, [this, &chunks, &ranges, &crossings](int chunkIndex) {
+        checkDateLineCrossings(chunkIndex, chunks, ranges, crossings.get());
+    });
+
+    const QPointF worldOffset = aroundTheWorldOffset();
+    auto offsets = std::make_unique<QPointF[]>(static_cast<size_t>(total));
+    int sum = 0;
+    for (int k = 0; k < total; ++k) {
+        if (crossings[static_cast<size_t>(k)] != 0) {
+            *crossed = true;
+            sum += crossings[static_cast<size_t>(k)];
+        }
+        // Home again means exactly home, also where the world has no finite width.
+        if (sum != 0)
+            offsets[static_cast<size_t>(k)] = worldOffset * sum;
+    }
+    return offsets.release();
+}
+
+void KelGPXTrackRenderer::projectPoints(const KelGeoPositionList &positions, const KelIntRange &range,
+                                        QPointF *output) const
+{
+    const int end = range.lastIndexEvenIfUnvalid();
+    for (int k = range.min(); k < end; ++k)
+        output[k] = projectPosition(positions.at(k));
+}
+
+void KelGPXTrackRenderer::projectPointsPP(int chunkIndex, const QList<KelGeoPositionList> &chunks,
+                                          const QList<KelIntRange> &ranges, QPointF *output) const
+{
+    const KelGeoPositionList &chunk = chunks.at(chunkIndex);
+    QPointF *entry = output + ranges.at(chunkIndex).min();
+    for (const KelGeoPosition &position : chunk)
+        *entry++ = projectPosition(position);
+}
+
+void KelGPXTrackRenderer::shiftProjected(const KelIntRange &range, QPointF *projected, const QPointF *offsets) const
+{
+    const int end = range.lastIndexEvenIfUnvalid();
+    for (int k = range.min(); k < end; ++k)
+        projected[k] += offsets[k];
+}
+
+// ---- arrow geometry -------------------------------------------------------------------------------------------
+
+double KelGPXTrackRenderer::detectAngleOfPath(const QPainterPath &path) const
+{
+    // Deliberate: the plain mean, also where the samples lie on both sides of 0/360 degrees.
+    double sum = 0;
+    for (const double percent : ARROW_SAMPLES)
+        sum += path.angleAtPercent(percent);
+    return sum / static_cast<double>(std::size(ARROW_SAMPLES));
+}
+
+QPointF KelGPXTrackRenderer::carthesian(double radius, double angle) const
+{
+    const double radians = (180 - angle) * PI / 180;
+    return QPointF(radius * std::cos(radians), radius * std::sin(radians));
+}
+
+QPointF KelGPXTrackRenderer::movePolar(const QPointF &point, double radius, double angle) const
+{
+    return point + carthesian(radius, angle);
+}
+
+// ---- colours, pens, brushes -----------------------------------------------------------------------------------
+
+QColor KelGPXTrackRenderer::adaptColor(const QColor &color, TrackRenderOption option) const
+{
+    QColor adapted = color;
+    if (option == Foreground)
+        adapted.setAlpha(OPAQUE);
+    return adapted;
+}
+
+QColor KelGPXTrackRenderer::lineColor(const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const
+{
+    return adaptColor(configuration.lineColor(), option);
+}
+
+QColor KelGPXTrackRenderer::fillColor(const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const
+{
+    return adaptColor(configuration.fillColor(), option);
+}
+
+QPen KelGPXTrackRenderer::solidPenFromTrack(const KelGPXTrackConfiguration &configuration,
+                                            TrackRenderOption option) const
+{
+    KelDistance width = configuration.lineWidth();
+    if (option == Foreground)
+        width = width + configuration.haloWidth();
+    return QPen(QBrush(lineColor(configuration, option)), scale(width.value()), Qt::SolidLine, Qt::RoundCap,
+                Qt::RoundJoin);
+}
+
+QPen KelGPXTrackRenderer::penFromTrack(const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const
+{
+    QPen pen = solidPenFromTrack(configuration, option);
+    if (option != Foreground)
+        configuration.penStyle().modifyPen(pen);
+    return pen;
+}
+
+QBrush KelGPXTrackRenderer::brushFromTrack(const KelGPXTrackConfiguration &configuration,
+                                           TrackRenderOption option) const
+{
+    return QBrush(fillColor(configuration, option), Qt::SolidPattern);
+}
+
+// ---- drawing --------------------------------------------------------------------------------------------------
+
+void KelGPXTrackRenderer::renderWith(QPainter *painter, TrackRenderOption option) const
+{
+    const KelGPXConfiguredTrackList list = m_selection.tracks();
+    for (const KelGPXConfiguredTrack &configuredTrack : list.tracks())
+        drawTrack(painter, configuredTrack, option);
+}
+
+void KelGPXTrackRenderer::drawTrack(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,
+                                    TrackRenderOption option) const
+{
+    const KelGPXTrackShape shape = configuredTrack.effectiveShape();
+    if (shape == TrackShapePoint)
+        drawPoint(painter, configuredTrack, option);
+    else if (shape == TrackShapePolygon)
+        drawPolygon(painter, configuredTrack, option);
+    else
+        drawLine(painter, configuredTrack, option);
+}
+
+void KelGPXTrackRenderer::drawPoint(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,
+                                    TrackRenderOption option) const
+{
+    const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
+    const bool stroked = option == Foreground || isStroked(configuration);
+    const bool filled = option == Foreground || isFilled(configuration);
+    if (!stroked && !filled)
+        return;
+
+    painter->save();
+    // A transparent pen rather than none: markers are sized by the pen's width.
+    painter->setPen(stroked ? penFromTrack(configuration, option) : QPen(Qt::transparent));
+    painter->setBrush(filled ? brushFromTrack(configuration, option) : QBrush(Qt::transparent));
+    const auto points = configuredTrack.drawingPoints();
+    if (!points.isEmpty()) {
+        const QPointF point = projectPosition(points.first());
+        const double radius = scale(configuredTrack.lineWidth().value());
+        const KelGPXMarkerShape marker = configuration.markerShape();
+        forEachWorldCopy(*this, painter, [&] { marker.draw(painter, point, radius, radius); });
+    }
+    painter->restore();
+}
+
+void KelGPXTrackRenderer::drawLine(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,
+                                   TrackRenderOption option) const
+{
+    const QPainterPath path = createPainterPath(configuredTrack);
+    if (path.isEmpty()) {
+        drawPoint(painter, configuredTrack, option);
+        return;
+    }
+    const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
+    forEachWorldCopy(*this, painter, [&] { drawLine(painter, path, configuration, option); });
+}
+
+void KelGPXTrackRenderer::drawPolygon(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,
+                                      TrackRenderOption option) const
+{
+    const QPainterPath path = createPainterPath(configuredTrack);
+    if (path.isEmpty()) {
+        drawPoint(painter, configuredTrack, option);
+        return;
+    }
+    const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
+    forEachWorldCopy(*this, painter, [&] { drawPolygon(painter, path, configuration, option); });
+}
+
+void KelGPXTrackRenderer::drawLine(QPainter *painter, const QPainterPath &path,
+                                   const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const
+{
+    drawPath(painter, path, configuration, option);
+    if ((configuration.markerShape() & KelGPXMarkerShape(MarkerArrow)) != 0)
+        drawArrowHead(painter, path, configuration, option);
+}
+
+void KelGPXTrackRenderer::drawPolygon(QPainter *painter, const QPainterPath &path,
+                                      const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const
+{
+    painter->save();
+    if (option == Foreground || isFilled(configuration))
+        painter->fillPath(path, brushFromTrack(configuration, option));
+    drawPath(painter, path, configuration, option);
+    painter->restore();
+}
+
+void KelGPXTrackRenderer::drawPath(QPainter *painter, const QPainterPath &path,
+                                   const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const
+{
+    painter->save();
+    painter->setPen(penFromTrack(configuration, option));
+    if (option == Foreground || isStroked(configuration))
+        painter->drawPath(path);
+    painter->restore();
+}
+
+void KelGPXTrackRenderer::drawArrowHead(QPainter *painter, const QPainterPath &path,
+                                        const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const
+{
+    if (path.elementCount() == 0)
+        return;
+    const double angle = detectAngleOfPath(path);
+    const QPointF start = path.elementAt(0);
+    const QPointF tip = path.elementAt(path.elementCount() - 1);
+    const double length = std::clamp(ARROW_PART_OF_DISTANCE * QLineF(start, tip).length(), SHORTEST_BARB,
+                                     LONGEST_BARB);
+    const double barb = scale(length);
+
+    painter->save();
+    painter->setPen(solidPenFromTrack(configuration, option));
+    painter->drawLine(tip, movePolar(tip, barb, angle + ARROW_OPENING));
+    painter->drawLine(tip, movePolar(tip, barb, angle - ARROW_OPENING));
+    painter->restore();
+}
