@@ -27,6 +27,9 @@ class KelGPXTrackMultiFunctionDelegateWidget;
 /// lives until the view closes it (row removed, model reset), so a list of ten thousand rows has as many widgets as
 /// rows that have been seen. A row's widget keeps the row number with which it was made. The delegate belongs to one
 /// view, which is its parent, and should be set for one column only: there is one widget to a row.
+///
+/// The widgets are transparent. A host that wants the selected row to stand out beneath them derives from the delegate,
+/// paints that and then calls paint() of this class.
 class KELGEOLOCATION_EXPORT KelGPXTrackMultiFunctionDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -43,8 +46,8 @@ public:
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     /// A new row widget, connected to the delegate's signals.
-    [[nodiscard]] QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
-                                        const QModelIndex &index) const override;
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const override;
 
     /// Gives the row widget up: it dies later, and until then neither edits nor deletes. The index may be invalid, as
     /// it is after a model reset.

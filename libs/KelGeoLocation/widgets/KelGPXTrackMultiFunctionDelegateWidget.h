@@ -51,11 +51,11 @@ public:
     [[nodiscard]] int row() const noexcept;
 
     /// The building blocks of the row: children of this widget, not yet in its layout. `text` is the row's text.
-    [[nodiscard]] KelElidedLabel *createTextLabel(const QString &text);
-    [[nodiscard]] QToolButton *createEditButton(const QString &text);
-    [[nodiscard]] QToolButton *createDeleteButton(const QString &text);
-    [[nodiscard]] QToolButton *createZoomToButton(const QString &text);
-    [[nodiscard]] QToolButton *createAddButton(const QString &text);
+    KelElidedLabel *createTextLabel(const QString &text);
+    QToolButton *createEditButton(const QString &text);
+    QToolButton *createDeleteButton(const QString &text);
+    QToolButton *createZoomToButton(const QString &text);
+    QToolButton *createAddButton(const QString &text);
 
     /// Starts the blink of the label; does nothing while another thread holds the animation.
     void startAnimation();
