@@ -3,7 +3,10 @@
 
 #include "KelTestSupport.h"
 
+#include <QCoreApplication>
 #include <QtTest>
+
+#include <utility>
 
 namespace KelTestSupport
 {
@@ -20,6 +23,39 @@ QDomDocument document(const QString &xml)
 QString dataFile(const QString &name)
 {
     return QStringLiteral(KEL_TEST_DATA_DIR "/") + name;
+}
+
+RecordingTranslator::RecordingTranslator()
+{
+    QCoreApplication::installTranslator(this);
+}
+
+RecordingTranslator::~RecordingTranslator()
+{
+    QCoreApplication::removeTranslator(this);
+}
+
+bool RecordingTranslator::isEmpty() const
+{
+    return false;
+}
+
+QString RecordingTranslator::translate(const char *context, const char *sourceText, const char *disambiguation,
+                                       int) const
+{
+    m_requests.append(
+        {QString::fromUtf8(context), QString::fromUtf8(sourceText), QString::fromUtf8(disambiguation)});
+    return m_translations.value(QString::fromUtf8(sourceText));
+}
+
+void RecordingTranslator::setTranslation(const QString &sourceText, const QString &translation)
+{
+    m_translations.insert(sourceText, translation);
+}
+
+QList<RecordingTranslator::Request> RecordingTranslator::takeRequests()
+{
+    return std::exchange(m_requests, {});
 }
 
 } // namespace KelTestSupport

@@ -55,7 +55,8 @@ public:
     [[nodiscard]] static KelLatitude parse(const QString &text);
 
     /// With @p dms false "N53.14375000", always with eight decimals; with true degrees, minutes and seconds with a
-    /// word, "53° 30′ 0″ Nord" (translated). An invalid latitude gives a null text.
+    /// word, "53° 30′ 0″ Nord" (translated), the seconds with up to six significant digits. An invalid latitude gives a
+    /// null text.
     [[nodiscard]] QString toString(bool dms) const;
 
     KelLatitude &operator+=(const KelLatitude &other) noexcept

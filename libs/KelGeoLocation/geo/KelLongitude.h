@@ -60,7 +60,8 @@ public:
     [[nodiscard]] static KelLongitude parse(const QString &text);
 
     /// With @p dms false "E8.21400000", always with eight decimals; with true degrees, minutes and seconds with a
-    /// word, "8° 30′ 0″ Ost" (translated). An invalid longitude gives a null text.
+    /// word, "8° 30′ 0″ Ost" (translated), the seconds with up to six significant digits. An invalid longitude gives a
+    /// null text.
     [[nodiscard]] QString toString(bool dms) const;
 
     KelLongitude &operator+=(const KelLongitude &other) noexcept
