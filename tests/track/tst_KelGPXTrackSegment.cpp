@@ -350,7 +350,8 @@ void tst_KelGPXTrackSegment::decodeTrackPointsEqualsThePlainForm_data()
     const QStringList fields{
         QStringLiteral("8.5"), QStringLiteral("-8.5"), QStringLiteral("+5"), QStringLiteral("-5"), QStringLiteral("7."),
         QStringLiteral(".5"), QStringLiteral("."), QStringLiteral("-"), QStringLiteral("-."), QString(),
-        QStringLiteral("0"), QStringLiteral("-0"), QStringLiteral("1e3"), QStringLiteral("1E-3"), QStringLiteral("1e400"),
+        QStringLiteral("0"), QStringLiteral("-0"), QStringLiteral("1e3"), QStringLiteral("1E-3"),
+        QStringLiteral("1e400"),
         QStringLiteral("inf"), QStringLiteral("-inf"), QStringLiteral("nan"), QStringLiteral("0x10"),
         QStringLiteral("007"), QStringLiteral("12345678"), QStringLiteral("-1234567"), QStringLiteral("123456789012"),
         QStringLiteral("123456789.5"), QStringLiteral("12345678.1234567"), QStringLiteral("8.12345678"),

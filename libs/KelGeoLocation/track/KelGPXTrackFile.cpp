@@ -28,6 +28,10 @@ void addError(KelErrorHistory *errors, const QFileInfo &file, qint64 line, qint6
 
 KelGPXTrackFile::KelGPXTrackFile(const QFileInfo &file, KelErrorHistory *errors)
 {
+    if (file.filePath().isEmpty()) { // QFile would say so on standard error
+        addError(errors, file, -1, -1, QStringLiteral("No file name specified"));
+        return;
+    }
     QFile source(file.filePath());
     if (!source.open(QIODevice::ReadOnly)) {
         addError(errors, file, -1, -1, source.errorString());

@@ -39,9 +39,9 @@ public:
     /// Writes the track, complete, under the root element "includedTrack". A failure is not reported.
     void saveTrackInFile(const KelGPXTrackFileRegistryKey &key, const QFileInfo &file);
 
-    /// The name of the file that holds the key's track; if the key is not known, the track is saved in a new file, whose
-    /// name is derived from "track.gps". Thread-safe: two threads with the same new track make one file. There is no
-    /// check of the key's validity.
+    /// The name of the file that holds the key's track; if the key is not known, the track is saved in a new file,
+    /// whose name is derived from "track.gps". Thread-safe: two threads with the same new track make one file. There
+    /// is no check of the key's validity.
     QString createAssignedFile(const KelGPXTrackFileRegistryKey &key);
 
 private:

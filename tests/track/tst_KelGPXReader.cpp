@@ -1,0 +1,476 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include <KelGPXTrack.h>
+#include <KelGPXTrackFile.h>
+#include <KelXMLLoader.h>
+#include <KelXMLParser.h>
+
+#include <QDir>
+#include <QDomDocument>
+#include <QDomElement>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QStringEncoder>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <random>
+
+/// One set of reading rules, three ways to go through it: a file as a stream, a tree through a cursor, and, as the
+/// yardstick, the rules written down once more in their plain form over the tree. All three must agree in every bit.
+class tst_KelGPXReader : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sameByStreamAndTree_data();
+    void sameByStreamAndTree();
+    void sameOverGeneratedDocuments();
+    void sameOverDamagedDocuments();
+    void nothingOfAFileThatBreaksOff();
+    void nothingOfAFileWithAnErrorAnywhere();
+    void deepNestingIsHarmless();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+namespace
+{
+
+QString describe(const KelGPXTrack &track);
+
+QString describe(const KelGPXTrackPoint &point)
+{
+    return QStringLiteral("(%1 %2 %3 %4 %5 %6)")
+        .arg(QString::number(point.position().latitude().decimalDegrees(), 'g', 17),
+             QString::number(point.position().longitude().decimalDegrees(), 'g', 17),
+             QString::number(point.elevation()),
+             point.timeStamp().isValid() ? QString::number(point.timeStamp().toMSecsSinceEpoch()) : QString(),
+             QString::number(int(point.timeStamp().timeSpec())), point.description());
+}
+
+QString describe(const KelGPXTrack &track)
+{
+    QString text = QStringLiteral("%1|%2|%3|").arg(track.name(), track.description(), track.shape().encode());
+    for (const KelGPXTrackSegment &segment : track.segments()) {
+        text += QLatin1Char('[');
+        for (const KelGPXTrackPoint &point : segment.trackPoints())
+            text += describe(point);
+        text += QLatin1Char(']');
+    }
+    for (const KelGPXTrack &enclave : track.enclaves())
+        text += QLatin1Char('{') + describe(enclave) + QLatin1Char('}');
+    return text;
+}
+
+QStringList describe(const QList<KelGPXTrack> &tracks)
+{
+    QStringList texts;
+    for (const KelGPXTrack &track : tracks)
+        texts.append(describe(track));
+    return texts;
+}
+
+// The rules in their plain form.
+
+double plainSafeDouble(const QString &text)
+{
+    const qsizetype pointIndex = text.indexOf(QLatin1String("."));
+    return (text.size() > pointIndex + 8 ? text.left(pointIndex + 8) : text).toDouble();
+}
+
+KelGPXTrackPoint plainTuple(const QString &tuple)
+{
+    const QStringList parts = tuple.split(QLatin1String(","), Qt::KeepEmptyParts);
+    return KelGPXTrackPoint(
+        KelGeoPosition(KelLatitude(plainSafeDouble(parts.value(1))), KelLongitude(plainSafeDouble(parts.value(0)))),
+        parts.size() >= 3 ? parts.at(2).toInt() : 0,
+        parts.size() >= 4 ? QDateTime::fromSecsSinceEpoch(parts.at(3).toLongLong(), Qt::UTC) : QDateTime(), QString());
+}
+
+KelGPXTrackPoint plainPoint(const QDomElement &element)
+{
+    const double latitude = KelXMLParser::doubleAttribute(element, "lat", 1.0);
+    const double longitude = KelXMLParser::doubleAttribute(element, "lon", 1.0);
+    const QDateTime time = KelXMLParser::dateTimeText(element, "time", Qt::ISODate, QDateTime());
+    const double elevation = KelXMLParser::doubleText(element, "ele", 0.0);
+    const bool fits = elevation > -2147483649.0 && elevation < 2147483648.0;
+    return KelGPXTrackPoint(KelGeoPosition(KelLatitude(latitude), KelLongitude(longitude)), fits ? int(elevation) : 0,
+                            time, KelXMLParser::text(element, "desc", QString()));
+}
+
+KelGPXTrackSegment plainSegment(const QDomElement &element)
+{
+    static const QRegularExpression blanks(QStringLiteral("\\s+"));
+    QList<KelGPXTrackPoint> points;
+    for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
+        if (child.tagName() == QLatin1String("compressedPoints")) {
+            const QStringList tuples = child.text().split(blanks, Qt::KeepEmptyParts);
+            for (const QString &tuple : tuples) {
+                if (const KelGPXTrackPoint point = plainTuple(tuple); !point.isNull())
+                    points.append(point);
+            }
+        } else if (child.tagName() == QLatin1String("trkpt")) {
+            points.append(plainPoint(child));
+        } else if (child.tagName() == QLatin1String("extensions")) {
+            const QDomElement extension = child.firstChildElement("gpxx:RoutePointExtension");
+            for (QDomElement rpt = extension.firstChildElement("gpxx:rpt"); !rpt.isNull();
+                 rpt = rpt.nextSiblingElement("gpxx:rpt"))
+                points.append(plainPoint(rpt));
+        }
+    }
+    return KelGPXTrackSegment(points);
+}
+
+KelGPXTrack plainTrack(const QDomElement &element)
+{
+    QString name;
+    QString description;
+    KelGPXTrackShape shape(TrackShapeLineString);
+    QList<KelGPXTrackSegment> segments;
+    QList<KelGPXTrack> enclaves;
+    for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
+        const QString tag = child.tagName();
+        if (tag == QLatin1String("name")) {
+            name = child.text();
+        } else if (tag == QLatin1String("desc")) {
+            description = child.text();
+        } else if (tag == QLatin1String("trkseg") || tag == QLatin1String("rtept")) {
+            if (const KelGPXTrackSegment segment = plainSegment(child); segment.isValid())
+                segments.append(segment);
+        } else if (tag == QLatin1String("shape")) {
+            shape = KelGPXTrackShape(child.text());
+        } else if (tag == QLatin1String("enclaves")) {
+            for (QDomElement enclave = child.firstChildElement(); !enclave.isNull();
+                 enclave = enclave.nextSiblingElement())
+                enclaves.append(plainTrack(enclave));
+        }
+    }
+    KelGPXTrack track(name, description, segments, shape); // settles auto
+    track.setEnclaves(enclaves);
+    return track;
+}
+
+QList<KelGPXTrack> plainTracks(const QDomElement &root, const QString &baseName)
+{
+    QList<KelGPXTrack> tracks;
+    int counter = 0;
+    for (const char *tag : {"trk", "rte"}) {
+        for (QDomElement element = root.firstChildElement(QLatin1String(tag)); !element.isNull();
+             element = element.nextSiblingElement(QLatin1String(tag))) {
+            ++counter;
+            KelGPXTrack track = plainTrack(element);
+            if (!track.isValid())
+                continue;
+            if (track.name().isEmpty())
+                track.setName(baseName + QLatin1Char(' ') + QString::number(counter));
+            tracks.append(track);
+        }
+    }
+    return tracks;
+}
+
+// Documents.
+
+const QByteArray extension = "<extensions><gpxx:RoutePointExtension><gpxx:rpt lat='1.5' lon='2.5'/>"
+                             "<gpxx:rpt lat='3.5' lon='4.5'><ele>7</ele></gpxx:rpt></gpxx:RoutePointExtension>"
+                             "</extensions>";
+
+template<typename Range>
+const auto &pick(std::mt19937 &random, const Range &range)
+{
+    return range[random() % std::size(range)];
+}
+
+/// Texts of all kinds, in all the ways in which XML writes text.
+QByteArray text(std::mt19937 &random)
+{
+    static const QByteArray texts[] = {"", " ", "name", " a b ", "&amp;", "&#32;", "&#160;", "<![CDATA[ ]]>",
+                                       "<![CDATA[<x>]]>", "a<!-- c -->b", " <!-- c --> ", "<b>n</b>", "&e;",
+                                       "\xc3\xa4", "\xf0\x9f\x9a\xb2", "<?p i?>", "12.7", "-3", "auto", "polygon",
+                                       "2023-11-14T22:13:20Z", "2023-11-14T22:13:20.123Z", "2023-11-14"};
+    return pick(random, texts) + (random() % 3 ? QByteArray() : pick(random, texts));
+}
+
+QByteArray leaf(std::mt19937 &random, const QByteArray &name)
+{
+    return "<" + name + ">" + text(random) + "</" + name + ">";
+}
+
+QByteArray point(std::mt19937 &random)
+{
+    static const QByteArray coordinates[] = {" lat='53.14375' lon='8.21'", " lon='-8.2' lat='1e1'", " lat=''", "",
+                                             " lat='north' lon=' 5 '", " lat='0' lon='0'",
+                                             " lat='53.123456789012345678' lon='1e400'"};
+    static const QByteArray names[] = {"ele", "time", "desc", "ele", "time", "extensions", "sym"};
+    QByteArray xml = "<trkpt" + pick(random, coordinates) + ">";
+    for (uint n = random() % 4; n > 0; --n)
+        xml += leaf(random, pick(random, names));
+    return xml + "</trkpt>";
+}
+
+QByteArray segment(std::mt19937 &random, const QByteArray &name)
+{
+    static const QByteArray tuples[] = {"8.5,53.1", "8.5,53.1,12,1700000000", "0,0", " ", "\n", "7.,50.25,3",
+                                        "8.123456789,53.987654321", "<!-- c -->", "<![CDATA[ ]]>", "here,there",
+                                        "1,2,3,4,5", "&#32;", "-8.5,-53.1,-4", "12345678,1"};
+    QByteArray xml = "<" + name + (random() % 2 ? " lat='9' lon='9'>" : ">");
+    for (uint n = random() % 5; n > 0; --n) {
+        switch (random() % 6) {
+        case 0:
+            xml += extension;
+            break;
+        case 1:
+            xml += "<extensions>" + leaf(random, "x") + "</extensions>" + extension;
+            break;
+        case 2:
+            xml += "<compressedPoints>";
+            for (uint tuple = random() % 8; tuple > 0; --tuple)
+                xml += pick(random, tuples) + (random() % 4 ? " " : "");
+            xml += "</compressedPoints>";
+            break;
+        case 3:
+            xml += leaf(random, "cmt");
+            break;
+        default:
+            xml += point(random);
+        }
+    }
+    return xml + "</" + name + ">";
+}
+
+QByteArray track(std::mt19937 &random, const QByteArray &name, int depth)
+{
+    QByteArray xml = "<" + name + ">";
+    for (uint n = random() % 6; n > 0; --n) {
+        switch (random() % 9) {
+        case 0:
+            xml += leaf(random, "name");
+            break;
+        case 1:
+            xml += leaf(random, "desc");
+            break;
+        case 2:
+            xml += leaf(random, "shape");
+            break;
+        case 3:
+            xml += leaf(random, random() % 2 ? "include" : "link");
+            break;
+        case 4:
+            if (depth < 3) {
+                xml += "<enclaves>";
+                for (uint enclave = random() % 3; enclave > 0; --enclave)
+                    xml += track(random, random() % 2 ? "trk" : "lake", depth + 1);
+                xml += "</enclaves>";
+            }
+            break;
+        case 5:
+            xml += segment(random, "rtept");
+            break;
+        default:
+            xml += segment(random, "trkseg");
+        }
+        if (random() % 4 == 0)
+            xml += "\n  ";
+    }
+    return xml + "</" + name + ">";
+}
+
+QByteArray document(std::mt19937 &random)
+{
+    QByteArray xml = "<!DOCTYPE gpx [<!ENTITY e 'x <b>y</b> 8,9 '>]><gpx>";
+    for (uint n = random() % 6; n > 0; --n)
+        xml += random() % 5 == 0 ? leaf(random, "wpt") : track(random, random() % 3 ? "trk" : "rte", 0);
+    return xml + "</gpx>";
+}
+
+} // namespace
+
+namespace
+{
+
+struct Outcome
+{
+    QStringList byStream;
+    QStringList byTree;
+    QStringList plain;
+    bool wellFormed = false;
+};
+
+Outcome readAll(const QTemporaryDir &dir, const QByteArray &xml)
+{
+    const QFileInfo info(dir.filePath(QStringLiteral("walk.gpx")));
+    QFile file(info.filePath());
+    if (!file.open(QIODevice::WriteOnly) || file.write(xml) != xml.size())
+        qFatal("cannot write %s", qPrintable(info.filePath()));
+    file.close();
+
+    Outcome outcome;
+    const KelGPXTrackFile streamed(info);
+    outcome.byStream = describe(streamed.tracks());
+
+    const QDomElement root = KelXMLLoader::loadDocumentElement(info);
+    outcome.wellFormed = !root.isNull();
+    int counter = 0;
+    QList<KelGPXTrack> tracks = streamed.readTracks(root, QStringLiteral("trk"), counter, info);
+    tracks += streamed.readTracks(root, QStringLiteral("rte"), counter, info);
+    outcome.byTree = describe(tracks);
+    outcome.plain = describe(plainTracks(root, QStringLiteral("walk")));
+    return outcome;
+}
+
+} // namespace
+
+void tst_KelGPXReader::sameByStreamAndTree_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<int>("tracks");
+
+    const QByteArray points = "<trkseg><trkpt lat='53.1' lon='8.2'><ele>3.5</ele></trkpt></trkseg>";
+    const QByteArray one = "<gpx><trk>" + points + "</trk></gpx>";
+    const auto row = [](const char *name, const QByteArray &xml, int tracks) { QTest::newRow(name) << xml << tracks; };
+    row("one track", one, 1);
+    row("any root", QByteArray(one).replace("gpx>", "anything>"), 1);
+    row("routes between tracks",
+        "<gpx><rte>" + points + "</rte><trk>" + points + "</trk><rte><rtept>" + extension + "</rtept></rte><trk>"
+            + points + "</trk></gpx>",
+        4);
+    row("tracks deeper down do not count", "<gpx><x><trk>" + points + "</trk></x></gpx>", 0);
+    row("the root itself is no track", "<trk>" + points + "</trk>", 0);
+    row("prefixed names are other names", "<g:gpx><g:trk>" + points + "</g:trk></g:gpx>", 0);
+    row("undeclared prefixes", "<g:gpx><trk>" + points + "<x:y/></trk></g:gpx>", 1);
+    row("declared namespaces",
+        "<gpx xmlns='http://www.topografix.com/GPX/1/1' xmlns:gpxx='urn:g'><rte><rtept>" + extension
+            + "</rtept></rte></gpx>",
+        1);
+    row("internal entities",
+        "<!DOCTYPE gpx [<!ENTITY p '8.2,53.1'><!ENTITY s '<trkseg><compressedPoints>&p; 1,2</compressedPoints>"
+        "</trkseg>'>]><gpx><trk><name>&p;</name>&s;</trk></gpx>",
+        1);
+    row("unknown entity with an external document type",
+        "<!DOCTYPE gpx SYSTEM 'gpx.dtd'><gpx><trk><name>a&b;c</name>" + points + "</trk></gpx>", 1);
+    row("two document types", "<!DOCTYPE gpx><!DOCTYPE gpx>" + one, 0);
+    row("CDATA and comments in values",
+        "<gpx><trk><name><![CDATA[ <&> ]]></name><trkseg><trkpt lat='1' lon='2'><ele>1<!-- -->2</ele>"
+        "<desc> <!-- --> </desc><time><![CDATA[2023-11-14T]]>22:13:20Z</time></trkpt></trkseg></trk></gpx>",
+        1);
+    row("byte order mark", "\xef\xbb\xbf" + one, 1);
+    const QByteArray umlaut = "<gpx><trk><name>\xe4</name>" + points + "</trk></gpx>"; // in Latin-1
+    row("Latin-1", "<?xml version='1.0' encoding='ISO-8859-1'?>" + umlaut, 1);
+    row("Latin-1 that claims to be UTF-8", "<?xml version='1.0' encoding='UTF-8'?>" + umlaut, 0);
+    for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE}) {
+        QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
+        const QByteArray bytes = encoder(QStringLiteral("<gpx><trk><name>\u20ac</name>") + QString::fromUtf8(points)
+                                         + QStringLiteral("</trk></gpx>"));
+        QTest::addRow("UTF-16 %s endian", encoding == QStringConverter::Utf16LE ? "little" : "big") << bytes << 1;
+    }
+    row("empty file", QByteArray(), 0);
+    row("no XML", QByteArray("53.1 8.2\n53.2 8.3\n"), 0);
+    row("binary", QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16), 0);
+    row("two roots", one + one, 0);
+}
+
+void tst_KelGPXReader::sameByStreamAndTree()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(int, tracks);
+    const Outcome outcome = readAll(m_dir, xml);
+    QCOMPARE(outcome.byStream, outcome.plain);
+    QCOMPARE(outcome.byTree, outcome.plain);
+    // A track without points is not in the list; "rte" with "trkseg" is one with points.
+    QCOMPARE(outcome.byStream.size(), tracks);
+}
+
+void tst_KelGPXReader::sameOverGeneratedDocuments()
+{
+    std::mt19937 random(6);
+    int tracks = 0;
+    for (int i = 0; i < 1500; ++i) {
+        const QByteArray xml = document(random);
+        const Outcome outcome = readAll(m_dir, xml);
+        QVERIFY2(outcome.wellFormed, xml.constData());
+        QVERIFY2(outcome.byStream == outcome.plain, xml.constData());
+        QVERIFY2(outcome.byTree == outcome.plain, xml.constData());
+        tracks += int(outcome.plain.size());
+    }
+    QVERIFY2(tracks > 1000, qPrintable(QString::number(tracks))); // else this tests nothing
+}
+
+void tst_KelGPXReader::sameOverDamagedDocuments()
+{
+    std::mt19937 random(7);
+    int malformed = 0;
+    for (int i = 0; i < 1500; ++i) {
+        QByteArray xml = document(random);
+        switch (random() % 4) {
+        case 0:
+            xml.truncate(int(random() % uint(xml.size())));
+            break;
+        case 1:
+            xml.remove(int(random() % uint(xml.size())), int(1 + random() % 3));
+            break;
+        case 2:
+            xml[int(random() % uint(xml.size()))] = char(random() % 256);
+            break;
+        default: {
+            const int from = int(random() % uint(xml.size()));
+            xml.insert(int(random() % uint(xml.size())), xml.mid(from, int(random() % 20)));
+        }
+        }
+        const Outcome outcome = readAll(m_dir, xml);
+        QVERIFY2(outcome.byStream == outcome.plain, xml.constData());
+        QVERIFY2(outcome.byTree == outcome.plain, xml.constData());
+        malformed += outcome.wellFormed ? 0 : 1;
+    }
+    QVERIFY2(malformed > 300, qPrintable(QString::number(malformed)));
+}
+
+void tst_KelGPXReader::nothingOfAFileThatBreaksOff()
+{
+    const QByteArray xml = "<?xml version='1.0'?><gpx><trk><name>n</name><trkseg><trkpt lat='1' lon='2'/></trkseg>"
+                           "</trk><rte><rtept>" + extension + "</rtept></rte></gpx>";
+    QCOMPARE(readAll(m_dir, xml).byStream.size(), 2);
+    for (int length = 0; length < xml.size(); ++length) {
+        const QStringList tracks = readAll(m_dir, xml.left(length)).byStream;
+        QVERIFY2(tracks.isEmpty(), xml.left(length).constData());
+    }
+}
+
+void tst_KelGPXReader::nothingOfAFileWithAnErrorAnywhere()
+{
+    const QByteArray xml = "<gpx><trk><name>n</name><trkseg><trkpt lat='1' lon='2'/></trkseg></trk><wpt>x</wpt>"
+                           "</gpx>\n";
+    QCOMPARE(readAll(m_dir, xml).byStream.size(), 1);
+    for (int at = 0; at <= xml.size(); ++at) {
+        const QByteArray damaged = QByteArray(xml).insert(at, "</q>");
+        const Outcome outcome = readAll(m_dir, damaged);
+        QCOMPARE(outcome.byStream, outcome.byTree);
+        QVERIFY2(outcome.byStream.isEmpty(), damaged.constData());
+    }
+}
+
+void tst_KelGPXReader::deepNestingIsHarmless()
+{
+    // Far deeper than a stack would carry; the levels below 256 are skipped. (As a tree this is not to be tried.)
+    const int levels = 100000;
+    const QByteArray xml = "<gpx><trk><trkseg><trkpt lat='1' lon='2'/></trkseg>"
+        + QByteArray("<enclaves><trk>").repeated(levels) + QByteArray("</trk></enclaves>").repeated(levels)
+        + "<name>survivor</name></trk></gpx>";
+    QFile file(m_dir.filePath("deep.gpx"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(xml);
+    file.close();
+    const KelGPXTrackFile deep{QFileInfo(file.fileName())};
+    QCOMPARE(deep.tracks().size(), 1);
+    QCOMPARE(deep.tracks().first().name(), "survivor");
+    int depth = 0;
+    for (KelGPXTrack t = deep.tracks().first(); !t.enclaves().isEmpty(); t = t.enclaves().first())
+        ++depth;
+    QCOMPARE(depth, 256);
+}
+
+QTEST_GUILESS_MAIN(tst_KelGPXReader)
+#include "tst_KelGPXReader.moc"
