@@ -27,7 +27,7 @@ struct KelXMLStreamCursor::Document
         else if (token == QXmlStreamReader::EndElement)
             --depth;
         else if (token == QXmlStreamReader::DTD)
-            refuseSecondDocumentType();
+            refuseMisplacedDocumentType();
         return token;
     }
 
@@ -36,10 +36,12 @@ struct KelXMLStreamCursor::Document
         return reader.atEnd();
     }
 
-    /// The reader lets it pass, XML and the tree do not.
-    void refuseSecondDocumentType()
+    /// There may be one, before the root. The reader lets more pass, XML and the tree do not.
+    void refuseMisplacedDocumentType()
     {
-        if (hasDocumentType)
+        if (hasRoot)
+            reader.raiseError(QStringLiteral("Unexpected token"));
+        else if (hasDocumentType)
             reader.raiseError(QStringLiteral("Multiple DTD sections are not allowed"));
         hasDocumentType = true;
     }

@@ -457,6 +457,8 @@ void tst_KelXMLCursor::errorPlaceIsThatOfTheTree_data()
 
     QTest::newRow("in the first line") << QByteArray("<r><a></b></r>") << 1;
     QTest::newRow("in the third line") << QByteArray("<r>\n<a>\n  </b></r>") << 3;
+    QTest::newRow("second document type") << QByteArray("<!DOCTYPE r>\n<!DOCTYPE r>\n<r/>") << 2;
+    QTest::newRow("document type within the root") << QByteArray("<r>\n<!DOCTYPE r>\n</r>") << 2;
     QTest::newRow("cut off") << QByteArray("<r>\n<a>\n") << 3;
 }
 
@@ -522,6 +524,8 @@ void tst_KelXMLCursor::sameAsTree_data()
     QTest::newRow("external document type")
         << QByteArray("<!DOCTYPE r SYSTEM 'r.dtd'><r><a>x &unknown; y</a></r>") << true;
     QTest::newRow("two document types") << QByteArray("<!DOCTYPE r><!DOCTYPE r><r/>") << false;
+    QTest::newRow("document type within the root") << QByteArray("<r><a/><!DOCTYPE r></r>") << false;
+    QTest::newRow("document type after the root") << QByteArray("<r/><!DOCTYPE r>") << false;
     QTest::newRow("default attribute of the document type")
         << QByteArray("<!DOCTYPE r [<!ATTLIST b lat CDATA '5'>]><r><b/><b lat='6'/></r>") << true;
     QTest::newRow("a processing instruction before, within, after")
