@@ -27,7 +27,8 @@ QStringList splitLines(QString text)
 QStringList KelFileHandler::readTextFile(const QFileInfo &fileInfo)
 {
     QFile file(fileInfo.filePath());
-    if (!file.open(QIODevice::ReadOnly))
+    // Qt warns about a file without a name; here it is one that cannot be read, like any other.
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)

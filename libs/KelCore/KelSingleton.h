@@ -52,7 +52,8 @@ private:
     struct State
     {
         QReadWriteLock lock;
-        T *instance = nullptr;
+        // Atomic although the lock orders all access: thread checkers understand this, but cannot look into Qt's lock.
+        std::atomic<T *> instance = nullptr;
         // The thread that creates the object, for the time it does so, and what it has got so far.
         std::atomic<std::thread::id> creator{};
         T *unfinished = nullptr;
@@ -80,12 +81,13 @@ T &KelSingleton<T>::instance()
     }
     {
         const QReadLocker locker(&state.lock);
-        if (state.instance)
-            return *state.instance;
+        if (T *existing = state.instance.load(std::memory_order_acquire))
+            return *existing;
     }
     const QWriteLocker locker(&state.lock);
     // Another thread may have been faster between the two locks.
-    return state.instance ? *state.instance : create(state);
+    T *const existing = state.instance.load(std::memory_order_acquire);
+    return existing ? *existing : create(state);
 }
 
 template<class T>
@@ -96,10 +98,11 @@ T &KelSingleton<T>::create(State &state)
         state.unfinished = nullptr;
         state.creator.store(std::thread::id(), std::memory_order_relaxed);
     });
-    state.unfinished = new T;
-    static_cast<KelSingleton *>(state.unfinished)->setupInstance();
-    state.instance = state.unfinished;
-    return *state.instance;
+    T *const created = new T;
+    state.unfinished = created;
+    static_cast<KelSingleton *>(created)->setupInstance();
+    state.instance.store(created, std::memory_order_release);
+    return *created;
 }
 
 #endif

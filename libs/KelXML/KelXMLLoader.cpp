@@ -6,6 +6,7 @@
 #include <KelErrorHistory.h>
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QDomDocument>
 #include <QFile>
 #include <QFileInfo>
@@ -48,6 +49,11 @@ QDomElement KelXMLLoader::loadDocumentElement(const QFileInfo &fileInfo, KelErro
 QDomDocument KelXMLLoader::loadDocument(const QFileInfo &fileInfo, KelErrorHistory *errorHistory)
 {
     QFile file(fileInfo.filePath());
+    // Qt warns about a file without a name; here it is one that cannot be read, like any other.
+    if (file.fileName().isEmpty()) {
+        report(errorHistory, {QString(), -1, -1, QCoreApplication::translate("KelXMLLoader", "no file name")});
+        return {};
+    }
     QByteArray bytes;
     if (file.open(QIODevice::ReadOnly))
         bytes = file.readAll();

@@ -28,40 +28,44 @@ qsizetype allowedUnitsAt(const QString &text, qsizetype index)
     return !c.isSurrogate() && isAllowed(c.unicode()) ? 1 : 0;
 }
 
-QString withEscapes(const QString &text, bool isAttribute)
+/// What stands for the character in a text or an attribute; empty for most, which stand for themselves.
+QLatin1String escapeOf(QChar c, bool isAttribute)
 {
-    QString result;
-    result.reserve(text.size());
-    for (const QChar c : text) {
-        switch (c.unicode()) {
-        case u'&':
-            result += QLatin1String("&amp;");
-            break;
-        case u'<':
-            result += QLatin1String("&lt;");
-            break;
-        case u'>':
-            result += QLatin1String("&gt;");
-            break;
-        case u'\r':
-            // A reader turns a bare carriage return into a line feed.
-            result += QLatin1String("&#13;");
-            break;
-        case u'"':
-            result += isAttribute ? QLatin1String("&quot;") : QLatin1String("\"");
-            break;
-        case u'\n':
-            // A reader turns bare line feeds and tabs in attributes into blanks.
-            result += isAttribute ? QLatin1String("&#10;") : QLatin1String("\n");
-            break;
-        case u'\t':
-            result += isAttribute ? QLatin1String("&#9;") : QLatin1String("\t");
-            break;
-        default:
-            result += c;
-        }
+    switch (c.unicode()) {
+    case u'&':
+        return QLatin1String("&amp;");
+    case u'<':
+        return QLatin1String("&lt;");
+    case u'>':
+        return QLatin1String("&gt;");
+    case u'\r':
+        // A reader turns a bare carriage return into a line feed ...
+        return QLatin1String("&#13;");
+    case u'\n':
+        // ... and bare line feeds and tabs in attributes into blanks.
+        return isAttribute ? QLatin1String("&#10;") : QLatin1String();
+    case u'\t':
+        return isAttribute ? QLatin1String("&#9;") : QLatin1String();
+    case u'"':
+        return isAttribute ? QLatin1String("&quot;") : QLatin1String();
+    default:
+        return {};
     }
-    return result;
+}
+
+void appendEscaped(QString &target, const QString &text, bool isAttribute)
+{
+    // Points by the million come as one text with nothing to escape: runs are appended whole.
+    qsizetype runStart = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QLatin1String escape = escapeOf(text.at(i), isAttribute);
+        if (escape.isEmpty())
+            continue;
+        target += QStringView(text).mid(runStart, i - runStart);
+        target += escape;
+        runStart = i + 1;
+    }
+    target += QStringView(text).mid(runStart);
 }
 
 /// An identifier knows no escapes; it holds one kind of quotation mark at most.
@@ -123,8 +127,12 @@ QString KelXMLSerializer::serialize(const QDomNode &node)
 QString KelXMLSerializer::cleaned(const QString &text)
 {
     qsizetype good = 0;
-    while (good < text.size() && allowedUnitsAt(text, good) > 0)
-        good += allowedUnitsAt(text, good);
+    while (good < text.size()) {
+        const qsizetype units = allowedUnitsAt(text, good);
+        if (units == 0)
+            break;
+        good += units;
+    }
     if (good == text.size())
         return text;
 
@@ -241,8 +249,9 @@ void KelXMLSerializer::writeAttributes(const QDomElement &element)
     }
     addNamespaceDeclaration(element, attributes);
     for (auto it = attributes.cbegin(); it != attributes.cend(); ++it) {
-        m_text += QLatin1Char(' ') + it.key() + QLatin1String("=\"") + withEscapes(cleaned(it.value()), true)
-            + QLatin1Char('"');
+        m_text += QLatin1Char(' ') + it.key() + QLatin1String("=\"");
+        appendEscaped(m_text, cleaned(it.value()), true);
+        m_text += QLatin1Char('"');
     }
 }
 
@@ -269,7 +278,7 @@ void KelXMLSerializer::writeText(const QString &text)
     if (!text.isEmpty() && text.trimmed().isEmpty())
         writeCData(text);
     else
-        m_text += withEscapes(text, false);
+        appendEscaped(m_text, text, false);
 }
 
 void KelXMLSerializer::writeCData(const QString &text)
@@ -277,7 +286,7 @@ void KelXMLSerializer::writeCData(const QString &text)
     // A section cannot hold a carriage return. Where there is other text beside it, the text counts more than its wrapping;
     // amid nothing but blanks there is no way to write it, and a reader makes it a line feed.
     if (text.contains(QLatin1Char('\r')) && !text.trimmed().isEmpty()) {
-        m_text += withEscapes(text, false);
+        appendEscaped(m_text, text, false);
         return;
     }
     // The end mark cannot stand in the text; the section is ended and begun anew in the middle of it.

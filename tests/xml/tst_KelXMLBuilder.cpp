@@ -82,6 +82,28 @@ private:
     void (*m_handler)(int) = nullptr;
 };
 
+/// Gives up the superuser's rights, if the test has them, while the object lives.
+class NotTheSuperuser
+{
+public:
+    NotTheSuperuser()
+        : m_isSuperuser(::geteuid() == 0)
+    {
+        constexpr uid_t nobody = 65534;
+        if (m_isSuperuser)
+            (void)!::setresuid(nobody, nobody, 0);
+    }
+
+    ~NotTheSuperuser()
+    {
+        if (m_isSuperuser)
+            (void)!::setresuid(0, 0, 0);
+    }
+
+private:
+    bool m_isSuperuser;
+};
+
 } // namespace
 
 class tst_KelXMLBuilder : public QObject
@@ -261,6 +283,7 @@ void tst_KelXMLBuilder::textsComeBack_data()
     QTest::newRow("delete and C1 characters are allowed") << QStringLiteral("a\u007fb\u0085c\u009f");
     QTest::newRow("line and paragraph separator") << QStringLiteral("a\u2028b\u2029c");
     QTest::newRow("looks like a reference") << "&#13;";
+    QTest::newRow("special characters at both ends") << "&a>";
 }
 
 void tst_KelXMLBuilder::textsComeBack()
@@ -576,14 +599,23 @@ void tst_KelXMLBuilder::savingNeedsNoHistory()
 
 void tst_KelXMLBuilder::writeProtectedFileIsNotReplaced()
 {
-    if (::geteuid() == 0)
-        QSKIP("nothing is write-protected for the superuser");
     writeFile(path("a.xml"), "old");
-    QVERIFY(QFile::setPermissions(path("a.xml"), QFileDevice::ReadOwner));
+    QVERIFY(QFile::setPermissions(path("a.xml"), QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther));
+    // The directory may be written to, so that nothing but the file's own protection stands in the way.
+    QVERIFY(QFile::setPermissions(m_temporary->path(), QFileDevice::Permissions(0x7777)));
     KelErrorHistory history;
-    QVERIFY(!KelXMLBuilder::saveUTF8(KelTestSupport::document("<a/>"), QFileInfo(path("a.xml")), &history));
+    bool isSaved = true;
+    {
+        const NotTheSuperuser user;
+        if (::access(path("a.xml").toLocal8Bit().constData(), W_OK) == 0)
+            QSKIP("nothing is write-protected for this user");
+        isSaved = KelXMLBuilder::saveUTF8(KelTestSupport::document("<a/>"), QFileInfo(path("a.xml")), &history);
+    }
+    QVERIFY(!isSaved);
     QCOMPARE(contentOf(path("a.xml")), QByteArray("old"));
     QCOMPARE(history.entries().size(), 1);
+    QCOMPARE(QDir(m_temporary->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{"a.xml"});
 }
 
 void tst_KelXMLBuilder::fullDiskLeavesTheOldFile()

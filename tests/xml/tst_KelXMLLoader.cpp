@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QObject>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void documentOfAFile();
     void unreadableFileIsReported_data();
     void unreadableFileIsReported();
+    void fileWithoutANameIsReportedQuietly();
     void malformedFileIsReportedWithItsPlace();
     void successReportsNothing();
 
@@ -214,6 +216,15 @@ void tst_KelXMLLoader::unreadableFileIsReported()
     QCOMPARE(history.last().column, -1);
     QVERIFY(!history.last().message.isEmpty());
     QVERIFY(KelXMLLoader::loadDocumentElement(file).isNull());
+}
+
+void tst_KelXMLLoader::fileWithoutANameIsReportedQuietly()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+    KelErrorHistory history;
+    QVERIFY(KelXMLLoader::loadDocumentElement(QFileInfo(), &history).isNull());
+    QCOMPARE(history.entries().size(), 1);
+    QCOMPARE(history.last().toString(), QStringLiteral("no file name"));
 }
 
 void tst_KelXMLLoader::malformedFileIsReportedWithItsPlace()
