@@ -81,7 +81,14 @@ bool KelFileReplacer::resolveTarget()
 
 bool KelFileReplacer::writeInto(QFile &file, const QByteArray &content)
 {
-    if (file.write(content) != content.size() || !file.flush() || file.error() != QFileDevice::NoError)
+    // What fits is written without complaint; only the attempt to write the rest tells the reason.
+    for (qsizetype done = 0; done < content.size();) {
+        const qint64 written = file.write(content.constData() + done, content.size() - done);
+        if (written <= 0)
+            return fail(file.errorString());
+        done += static_cast<qsizetype>(written);
+    }
+    if (!file.flush() || file.error() != QFileDevice::NoError)
         return fail(file.errorString());
     // Not every device can be synchronised; EINVAL says that there is nothing to do.
     if (::fsync(file.handle()) != 0 && errno != EINVAL)

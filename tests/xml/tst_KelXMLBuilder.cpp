@@ -18,6 +18,7 @@
 
 #include <KelTestSupport.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <sys/resource.h>
@@ -631,6 +632,7 @@ void tst_KelXMLBuilder::fullDiskLeavesTheOldFile()
     QVERIFY(!isSaved);
     QCOMPARE(contentOf(path("a.xml")), QByteArray("old"));
     QCOMPARE(history.entries().size(), 1);
+    QVERIFY(history.last().message.endsWith(qt_error_string(EFBIG)));
     QCOMPARE(QDir(m_temporary->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{"a.xml"});
 
@@ -656,6 +658,8 @@ void tst_KelXMLBuilder::fullDeviceIsTold()
     KelErrorHistory history;
     QVERIFY(!KelXMLBuilder::saveUTF8(KelTestSupport::document("<a/>"), QFileInfo("/dev/full"), &history));
     QCOMPARE(history.entries().size(), 1);
+    QCOMPARE(history.last().toString(),
+             QStringLiteral("/dev/full: cannot be written: %1").arg(qt_error_string(ENOSPC)));
     QVERIFY(!QFileInfo("/dev/full").isFile());
 }
 
