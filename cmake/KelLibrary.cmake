@@ -19,6 +19,8 @@ function(kel_add_library name)
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
         DEFINE_SYMBOL ${upper}_LIBRARY
+        # An installed library finds its sisters beside it, wherever the prefix lies.
+        INSTALL_RPATH "$ORIGIN"
         AUTOMOC ON
         VERIFY_INTERFACE_HEADER_SETS ON)
     target_compile_features(${name} PUBLIC cxx_std_20)

@@ -7,6 +7,7 @@
 #include <KelGPXTrackRenderer.h>
 #include <KelGeoLocation/KelGeoLocationSettings.h>
 #include <KelGeoLocation/KelRange.h>
+#include <KelGeoPositionRect.h>
 #include <KelGeoPositionSamples.h>
 #include <KelMapProjection.h>
 
