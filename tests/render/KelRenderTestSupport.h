@@ -17,14 +17,19 @@
 #include <KelLatitude.h>
 #include <KelLongitude.h>
 
+#include <QBrush>
 #include <QDateTime>
 #include <QImage>
 #include <QLineF>
+#include <QList>
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPen>
 #include <QPointF>
+#include <QPolygonF>
+#include <QRectF>
 #include <QTransform>
 
 /// What the tests of the renderer share: tracks given in pixels, a projection that maps them there, and a paint

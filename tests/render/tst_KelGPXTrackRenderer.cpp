@@ -13,6 +13,7 @@
 #include <KelMapProjection.h>
 
 #include <QPainter>
+#include <QSet>
 #include <QtTest>
 
 #include <cmath>
@@ -135,8 +136,6 @@ KelGPXTrackSelection lineSelection(int croppingOpacity, double haloWidth = 0.0)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(QPainterPath)
 
 class tst_KelGPXTrackRenderer : public QObject
 {

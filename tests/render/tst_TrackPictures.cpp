@@ -16,10 +16,13 @@
 #include <KelTestSupport.h>
 
 #include <QDir>
+#include <QLinearGradient>
 #include <QPainter>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace KelRenderTest;
 using TrackRenderOption = KelGPXTrackRenderer::TrackRenderOption;
