@@ -7,12 +7,14 @@
 #include "KelRenderTestSupport.h"
 
 #include <QFuture>
-#include <QThread>
 #include <QThreadPool>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 #include <QtTest>
 
 #include <cmath>
+#include <thread>
+#include <utility>
+#include <vector>
 
 using namespace KelRenderTest;
 
@@ -80,6 +82,47 @@ Pictures paint(const KelGPXTrackRenderer &renderer, const QImage &map)
 {
     return {renderer.render(KelGPXTrackRenderer::Normal), renderer.renderForeground(), renderer.crop(map)};
 }
+
+/// Paints in so many threads of their own and waits for them.
+template <typename Paint>
+QList<Pictures> paintInThreads(int count, Paint paintOnce)
+{
+    QList<Pictures> pictures(count);
+    Pictures *results = pictures.data();
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i)
+        threads.emplace_back([results, i, paintOnce] { results[i] = paintOnce(); });
+    for (std::thread &thread : threads)
+        thread.join();
+    return pictures;
+}
+
+#ifdef KEL_STD_THREAD_EXECUTOR
+// ThreadSanitizer cannot see how the pool synchronises.
+template <typename Paint, typename Meanwhile>
+QList<Pictures> paintInPool(int count, Paint paintOnce, Meanwhile meanwhile)
+{
+    const QList<Pictures> pictures = paintInThreads(count, paintOnce);
+    meanwhile();
+    return pictures;
+}
+#else
+/// Paints in so many tasks of the global pool; the program ends when they wait for ever.
+template <typename Paint, typename Meanwhile>
+QList<Pictures> paintInPool(int count, Paint paintOnce, Meanwhile meanwhile)
+{
+    QList<QFuture<Pictures>> futures;
+    for (int i = 0; i < count; ++i)
+        futures.append(QtConcurrent::run(paintOnce));
+    meanwhile();
+    if (!QThreadPool::globalInstance()->waitForDone(PATIENCE_MS))
+        qFatal("The pool's threads wait for one another.");
+    QList<Pictures> pictures;
+    for (const QFuture<Pictures> &future : std::as_const(futures))
+        pictures.append(future.result());
+    return pictures;
+}
+#endif
 
 /// Keeps the size of the global pool.
 class PoolSize
@@ -168,15 +211,14 @@ void tst_RenderingInThreads::poolThreads()
 {
     QFETCH(int, poolSize);
     const PoolSize size(poolSize);
+    // One renderer and one map for all.
     const LinearRenderer shared = renderer();
     const QImage sharedMap = map();
-    QList<QFuture<Pictures>> futures;
-    for (int i = 0; i < TASKS; ++i)
-        futures.append(QtConcurrent::run([&shared, &sharedMap] { return paint(shared, sharedMap); }));
-    // A deadlock would leave the program hanging at its end; say first what happened.
-    QVERIFY(QThreadPool::globalInstance()->waitForDone(PATIENCE_MS));
-    for (const QFuture<Pictures> &future : std::as_const(futures))
-        QVERIFY(future.result() == m_expected);
+    const QList<Pictures> pictures = paintInPool(
+        TASKS, [&shared, &sharedMap] { return paint(shared, sharedMap); }, [] {});
+    QCOMPARE(pictures.size(), TASKS);
+    for (const Pictures &result : pictures)
+        QVERIFY(result == m_expected);
 }
 
 void tst_RenderingInThreads::mainThreadWhilePoolThreadsRender_data()
@@ -188,30 +230,21 @@ void tst_RenderingInThreads::mainThreadWhilePoolThreadsRender()
 {
     QFETCH(int, poolSize);
     const PoolSize size(poolSize);
-    QList<QFuture<Pictures>> futures;
-    for (int i = 0; i < TASKS; ++i)
-        futures.append(QtConcurrent::run([] { return paint(renderer(), map()); }));
-    QVERIFY(paint(renderer(), map()) == m_expected);
-    QVERIFY(QThreadPool::globalInstance()->waitForDone(PATIENCE_MS));
-    for (const QFuture<Pictures> &future : std::as_const(futures))
-        QVERIFY(future.result() == m_expected);
+    Pictures inMainThread;
+    const QList<Pictures> pictures = paintInPool(
+        TASKS, [] { return paint(renderer(), map()); },
+        [&inMainThread] { inMainThread = paint(renderer(), map()); });
+    QVERIFY(inMainThread == m_expected);
+    QCOMPARE(pictures.size(), TASKS);
+    for (const Pictures &result : pictures)
+        QVERIFY(result == m_expected);
 }
 
 void tst_RenderingInThreads::threadsOfTheirOwn()
 {
     const LinearRenderer shared = renderer();
-    QList<Pictures> pictures(4);
-    Pictures *results = pictures.data();
-    QList<QThread *> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.append(QThread::create([&shared, results, i] { results[i] = paint(shared, map()); }));
-        threads.last()->start();
-    }
-    for (QThread *thread : std::as_const(threads)) {
-        QVERIFY(thread->wait(PATIENCE_MS));
-        delete thread;
-    }
-    for (const Pictures &result : std::as_const(pictures))
+    const QList<Pictures> pictures = paintInThreads(4, [&shared] { return paint(shared, map()); });
+    for (const Pictures &result : pictures)
         QVERIFY(result == m_expected);
 }
 
@@ -222,12 +255,11 @@ void tst_RenderingInThreads::theMapIsSharedAndStaysAsItIs()
     const LinearRenderer shared = renderer();
     const QImage sharedMap = map();
     const QImage before = sharedMap.copy();
-    QList<QFuture<QImage>> futures;
-    for (int i = 0; i < TASKS; ++i)
-        futures.append(QtConcurrent::run([&shared, sharedMap] { return shared.crop(sharedMap); }));
-    QVERIFY(QThreadPool::globalInstance()->waitForDone(PATIENCE_MS));
-    for (const QFuture<QImage> &future : std::as_const(futures))
-        QCOMPARE(future.result(), m_expected.cropped);
+    const QList<Pictures> pictures = paintInPool(
+        TASKS, [&shared, sharedMap] { return Pictures{QImage(), QImage(), shared.crop(sharedMap)}; }, [] {});
+    QCOMPARE(pictures.size(), TASKS);
+    for (const Pictures &result : pictures)
+        QCOMPARE(result.cropped, m_expected.cropped);
     QCOMPARE(sharedMap, before);
 }
 
