@@ -22,8 +22,9 @@ class QString;
 ///
 /// Points are looked for between 80° south and 80° north; a way that passes nearer to a pole is bent at 80°.
 ///
-/// Both positions should be valid. Mind that KelGeoPosition takes exactly (0, 0) for invalid. Positions between which
-/// no such way can be found (not a number, infinite, far out of range) give a track of just these two points.
+/// Both positions should be valid; mind that KelGeoPosition takes exactly (0, 0) for invalid. Between other positions
+/// there is no sensible way, but an answer all the same: halving that comes to no end, because longitudes are infinite,
+/// no numbers or far out of range, is given up and leaves just the two positions.
 class KELGEOLOCATION_EXPORT KelGPXBeelineCreator
 {
 public:

@@ -1,0 +1,289 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include <KelErrorHistory.h>
+#include <KelGPXConfiguredTrackList.h>
+#include <KelRecordingTranslator.h>
+#include <KelRequestDiskAccess.h>
+#include <KelTemporarySettings.h>
+#include <KelTestArchive.h>
+#include <KelTrackSelectionFactory.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <QtTest>
+
+class tst_KelTrackSelectionFactory : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void isOneObjectPerProcess();
+    void supportedFileFormats();
+    void supportsFile_data();
+    void supportsFile();
+    void dispatchesAndLogs_data();
+    void dispatchesAndLogs();
+    void unsupportedFileIsNotLogged_data();
+    void unsupportedFileIsNotLogged();
+    void listOfUrlsSkipsWhatGivesNothing();
+    void listOfUrlsGoesThroughTheVirtualForm();
+    void reasons_data();
+    void reasons();
+    void askUserReadFile();
+    void askUserReadFileCancelled();
+    void askUserReadFileGoesThroughTheVirtualForm();
+
+private:
+    QUrl write(const QString &name, const QByteArray &content);
+
+    KelTemporarySettings m_settings;
+    QTemporaryDir m_folder;
+    QUrl m_gpx;
+    QUrl m_kml;
+    QUrl m_kmz;
+    QUrl m_text;
+};
+
+namespace
+{
+
+/// Notes which URLs it was asked for.
+class RecordingFactory : public KelTrackSelectionFactory
+{
+public:
+    using KelTrackSelectionFactory::createConfiguredTrackList;
+    KelGPXConfiguredTrackList createConfiguredTrackList(const QUrl &url) const override
+    {
+        asked.append(url);
+        return KelTrackSelectionFactory::createConfiguredTrackList(url);
+    }
+    mutable QList<QUrl> asked;
+};
+
+QStringList names(const KelGPXConfiguredTrackList &list)
+{
+    QStringList result;
+    for (const KelGPXConfiguredTrack &track : list)
+        result.append(track.name());
+    return result;
+}
+
+/// The lines of the log, while it lives.
+class LogCatcher
+{
+public:
+    LogCatcher()
+    {
+        lines().clear();
+        previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &context, const QString &text) {
+            lines().append(QLatin1String(context.category) + QLatin1Char('|') + QString::number(type) + QLatin1Char('|')
+                           + text);
+        });
+    }
+    ~LogCatcher() { qInstallMessageHandler(previous); }
+    LogCatcher(const LogCatcher &) = delete;
+    LogCatcher &operator=(const LogCatcher &) = delete;
+
+    static QStringList &lines()
+    {
+        static QStringList caught;
+        return caught;
+    }
+
+private:
+    QtMessageHandler previous;
+};
+
+} // namespace
+
+QUrl tst_KelTrackSelectionFactory::write(const QString &name, const QByteArray &content)
+{
+    if (!KelTestArchive::write(m_folder.filePath(name), content))
+        qFatal("the test's file cannot be written");
+    return QUrl::fromLocalFile(m_folder.filePath(name));
+}
+
+void tst_KelTrackSelectionFactory::initTestCase()
+{
+    QVERIFY(m_folder.isValid());
+    const QByteArray kml = "<kml><Document><Placemark><name>from KML</name><LineString><coordinates>8,50 9,51"
+                           "</coordinates></LineString></Placemark></Document></kml>";
+    m_gpx = write(QStringLiteral("walk.GPX"), "<gpx><trk><name>from GPX</name><trkseg><trkpt lat='50' lon='8'/><trkpt "
+                                              "lat='51' lon='9'/></trkseg></trk></gpx>");
+    m_kml = write(QStringLiteral("tour.kml"), kml);
+    m_kmz = write(QStringLiteral("tour.KMZ"),
+                  KelTestArchive::build({{"doc.kml", QByteArray(kml).replace("KML", "KMZ"), true}}));
+    m_text = write(QStringLiteral("walk.gpx.bak"), "<gpx/>");
+}
+
+void tst_KelTrackSelectionFactory::isOneObjectPerProcess()
+{
+    QCOMPARE(&KelTrackSelectionFactory::instance(), &KelTrackSelectionFactory::instance());
+}
+
+void tst_KelTrackSelectionFactory::supportedFileFormats()
+{
+    QCOMPARE(KelTrackSelectionFactory::instance().supportedFileFormats(), QStringList({"*.gpx", "*.kml", "*.kmz"}));
+}
+
+void tst_KelTrackSelectionFactory::supportsFile_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<bool>("supported");
+
+    QTest::newRow("TRACK.GPX") << QUrl(QStringLiteral("file:///TRACK.GPX")) << true;
+    QTest::newRow("route.kml") << QUrl(QStringLiteral("file:///route.kml")) << true;
+    QTest::newRow("route.KMZ") << QUrl(QStringLiteral("file:///route.KMZ")) << true;
+    QTest::newRow("track.gpx.bak") << QUrl(QStringLiteral("file:///track.gpx.bak")) << false;
+    QTest::newRow("not a local file") << QUrl(QStringLiteral("https://example.org/track.gpx")) << false;
+    QTest::newRow("nothing") << QUrl() << false;
+}
+
+void tst_KelTrackSelectionFactory::supportsFile()
+{
+    QFETCH(QUrl, url);
+    QTEST(KelTrackSelectionFactory::instance().supportsFile(url), "supported");
+}
+
+void tst_KelTrackSelectionFactory::dispatchesAndLogs_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("line");
+
+    QTest::newRow("GPX") << m_gpx << "from GPX" << "ACTION:useFactory VALUE:*.gpx";
+    QTest::newRow("KML") << m_kml << "from KML" << "ACTION:useFactory VALUE:*.kml,*.kmz";
+    QTest::newRow("KMZ") << m_kmz << "from KMZ" << "ACTION:useFactory VALUE:*.kml,*.kmz";
+}
+
+void tst_KelTrackSelectionFactory::dispatchesAndLogs()
+{
+    QFETCH(QUrl, url);
+    QFETCH(QString, name);
+    QFETCH(QString, line);
+    const KelTrackSelectionFactory &factory = KelTrackSelectionFactory::instance();
+    const QStringList expectedLog{QStringLiteral("kel.osm|%1|%2").arg(QString::number(QtInfoMsg), line)};
+    {
+        const LogCatcher log;
+        QCOMPARE(names(factory.createConfiguredTrackList(url)), QStringList({name}));
+        QCOMPARE(LogCatcher::lines(), expectedLog);
+    }
+    {
+        const LogCatcher log;
+        KelErrorHistory errors;
+        QCOMPARE(names(factory.createConfiguredTrackList(url, &errors)), QStringList({name}));
+        QVERIFY(errors.isEmpty());
+        QCOMPARE(LogCatcher::lines(), expectedLog);
+    }
+}
+
+void tst_KelTrackSelectionFactory::unsupportedFileIsNotLogged_data()
+{
+    QTest::addColumn<QUrl>("url");
+
+    QTest::newRow("other suffix") << m_text;
+    QTest::newRow("not a local file") << QUrl(QStringLiteral("https://example.org/track.gpx"));
+    QTest::newRow("nothing") << QUrl();
+}
+
+void tst_KelTrackSelectionFactory::unsupportedFileIsNotLogged()
+{
+    QFETCH(QUrl, url);
+    const LogCatcher log;
+    QVERIFY(!KelTrackSelectionFactory::instance().createConfiguredTrackList(url).isValid());
+    QVERIFY(!KelTrackSelectionFactory::instance().createConfiguredTrackList(url, nullptr).isValid());
+    QCOMPARE(LogCatcher::lines(), QStringList());
+}
+
+void tst_KelTrackSelectionFactory::listOfUrlsSkipsWhatGivesNothing()
+{
+    const KelTrackSelectionFactory &factory = KelTrackSelectionFactory::instance();
+    const QUrl missing = QUrl::fromLocalFile(m_folder.filePath(QStringLiteral("missing.gpx")));
+    QCOMPARE(names(factory.createConfiguredTrackList(QList<QUrl>{m_gpx, m_text})), QStringList({"from GPX"}));
+    QCOMPARE(names(factory.createConfiguredTrackList(QList<QUrl>{m_kmz, missing, m_gpx, QUrl(), m_kml, m_gpx})),
+             QStringList({"from KMZ", "from GPX", "from KML", "from GPX"}));
+    QVERIFY(!factory.createConfiguredTrackList(QList<QUrl>{}).isValid());
+}
+
+void tst_KelTrackSelectionFactory::listOfUrlsGoesThroughTheVirtualForm()
+{
+    const RecordingFactory factory;
+    const QList<QUrl> urls{m_kml, m_text, m_gpx};
+    QCOMPARE(names(factory.createConfiguredTrackList(urls)), QStringList({"from KML", "from GPX"}));
+    QCOMPARE(factory.asked, urls);
+}
+
+void tst_KelTrackSelectionFactory::reasons_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("unknown kind") << m_text << m_text.toLocalFile() + ": not a kind of file that holds tracks (known "
+                                                                      "are *.gpx, *.kml, *.kmz)";
+    QTest::newRow("not a local file")
+        << QUrl(QStringLiteral("https://example.org/a.gpx"))
+        << "https://example.org/a.gpx: not a kind of file that holds tracks (known are *.gpx, *.kml, *.kmz)";
+    const QUrl waypoints = write(QStringLiteral("places.gpx"), "<gpx><wpt lat='1' lon='2'/></gpx>");
+    QTest::newRow("GPX") << waypoints
+                         << waypoints.toLocalFile() + ": the file has only waypoints, no tracks and no routes";
+    const QUrl empty = write(QStringLiteral("empty.kmz"), KelTestArchive::build({}));
+    QTest::newRow("KMZ") << empty << empty.toLocalFile() + ": the archive holds no .kml entry";
+}
+
+void tst_KelTrackSelectionFactory::reasons()
+{
+    QFETCH(QUrl, url);
+    KelErrorHistory errors;
+    QVERIFY(!KelTrackSelectionFactory::instance().createConfiguredTrackList(url, &errors).isValid());
+    QCOMPARE(errors.entries().size(), 1);
+    QTEST(errors.last().toString(), "reason");
+}
+
+void tst_KelTrackSelectionFactory::askUserReadFile()
+{
+    KelRecordingTranslator translator;
+    QStringList asked;
+    KelRequestDiskAccess::instance().setDialog(
+        [this, &asked](const QString &title, const QString &, const QString &filter) {
+            asked << title << filter;
+            return m_kmz.toLocalFile();
+        });
+    const LogCatcher log;
+    const KelGPXConfiguredTrackList list = KelTrackSelectionFactory::instance().askUserReadFile();
+    KelRequestDiskAccess::instance().setDialog({});
+
+    QCOMPARE(names(list), QStringList({"from KMZ"}));
+    QCOMPARE(asked, QStringList({QStringLiteral("Datei für Route öffnen"), QStringLiteral("*.gpx *.kml *.kmz")}));
+    QVERIFY(translator.hasRecorded(QStringLiteral("QObject"), QStringLiteral("Datei für Route öffnen")));
+    QVERIFY(LogCatcher::lines().contains(
+        QStringLiteral("kel.osm|%1|ACTION:useFactory VALUE:*.kml,*.kmz").arg(int(QtInfoMsg))));
+}
+
+void tst_KelTrackSelectionFactory::askUserReadFileCancelled()
+{
+    KelRequestDiskAccess::instance().setDialog(
+        [](const QString &, const QString &, const QString &) { return QString(); });
+    const LogCatcher log;
+    const RecordingFactory factory;
+    QVERIFY(!factory.askUserReadFile().isValid());
+    KelRequestDiskAccess::instance().setDialog({});
+    QVERIFY(factory.asked.isEmpty());
+    QCOMPARE(LogCatcher::lines(), QStringList());
+}
+
+void tst_KelTrackSelectionFactory::askUserReadFileGoesThroughTheVirtualForm()
+{
+    KelRequestDiskAccess::instance().setDialog(
+        [this](const QString &, const QString &, const QString &) { return m_gpx.toLocalFile(); });
+    const RecordingFactory factory;
+    QCOMPARE(names(factory.askUserReadFile()), QStringList({"from GPX"}));
+    KelRequestDiskAccess::instance().setDialog({});
+    QCOMPARE(factory.asked, QList<QUrl>({m_gpx}));
+}
+
+QTEST_GUILESS_MAIN(tst_KelTrackSelectionFactory)
+#include "tst_KelTrackSelectionFactory.moc"
