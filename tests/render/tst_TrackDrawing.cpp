@@ -196,7 +196,8 @@ void tst_TrackDrawing::shapeDecides_data()
 
     const QList<QPointF> line = triangle().mid(0, 3);
     // A polygon is filled and stroked, a line only stroked, a point is a marker.
-    QTest::newRow("a single point, whatever is configured") << int(TrackShapePolygon) << triangle().mid(0, 1) << 1 << true;
+    QTest::newRow("a single point, whatever is configured")
+        << int(TrackShapePolygon) << triangle().mid(0, 1) << 1 << true;
     QTest::newRow("point") << int(TrackShapePoint) << line << 1 << true;
     QTest::newRow("polygon") << int(TrackShapePolygon) << line << 2 << false;
     QTest::newRow("closed points are a polygon by nature") << int(TrackShapeAuto) << triangle() << 2 << false;
