@@ -8,7 +8,7 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build pkg-config ccache mold
-    qt6-base-dev libqt6svg6-dev qt6-image-formats-plugins libzip-dev
+    qt6-base-dev qt6-svg-dev qt6-image-formats-plugins libzip-dev
     libgl-dev libvulkan-dev fonts-dejavu-core
 )
 if [ "${1:-build}" = test ]; then

@@ -4,6 +4,7 @@
 #include "KelWorldMapPainter.h"
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QPen>
 
@@ -19,6 +20,7 @@ constexpr double MARGIN = 24.0;                 // pixels at factor 1 around the
 constexpr double THINNING = 0.3;                // pixels; nearer points say nothing
 constexpr double GRATICULE_PIXELS = 105.0;      // least distance of the graticule's meridians at factor 1
 constexpr double LABEL_PIXELS = 11.0;
+constexpr double OVERLAY_PIXELS = 30.0;
 constexpr double SHALLOWS_WIDTH = 7.0;
 constexpr double COAST_WIDTH = 0.9;
 constexpr double BORDER_WIDTH = 0.9;
@@ -266,6 +268,7 @@ void KelWorldMapPainter::drawGraticule(QPainter &painter) const
     font.setStyleHint(QFont::SansSerif);
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(LABEL_PIXELS * m_factor))));
     painter.setFont(font);
+    const QFontMetricsF metrics(font);
     const double gap = 4.0 * m_factor;
     const QPen line(m_colors.graticule, GRATICULE_WIDTH * m_factor);
     const QPen text(m_colors.label);
@@ -276,9 +279,11 @@ void KelWorldMapPainter::drawGraticule(QPainter &painter) const
         painter.drawLine(QPointF(x, 0), QPointF(x, m_frame.size.height()));
         const double longitude = index * step - 360.0 * std::floor((index * step + 180.0) / 360.0);
         const bool dateLine = std::abs(longitude + 180.0) < step / 2;
+        const QString label = graticuleLabel(dateLine ? 180.0 : longitude, step, 'E', 'W');
+        if (x + gap + metrics.horizontalAdvance(label) > m_frame.size.width())
+            continue; // no half numbers at the edge
         painter.setPen(text);
-        painter.drawText(QPointF(x + gap, LABEL_PIXELS * m_factor + gap),
-                         graticuleLabel(dateLine ? 180.0 : longitude, step, 'E', 'W'));
+        painter.drawText(QPointF(x + gap, LABEL_PIXELS * m_factor + gap), label);
     }
     for (double index = std::ceil(south / step); index * step <= north; index += 1.0) {
         if (std::abs(index * step) > 89.0)
@@ -286,8 +291,8 @@ void KelWorldMapPainter::drawGraticule(QPainter &painter) const
         const double y = m_frame.toPixel(0, mercator(index * step)).y();
         painter.setPen(line);
         painter.drawLine(QPointF(0, y), QPointF(m_frame.size.width(), y));
-        if (y < 2.5 * LABEL_PIXELS * m_factor)
-            continue; // the longitudes stand there
+        if (y < 2.5 * LABEL_PIXELS * m_factor || y > m_frame.size.height() - OVERLAY_PIXELS * m_factor)
+            continue; // there stand the longitudes and the scale bar
         painter.setPen(text);
         painter.drawText(QPointF(gap, y - gap), graticuleLabel(index * step, step, 'N', 'S'));
     }

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELDIAGNOSTICS_H
+#define KELDIAGNOSTICS_H
+
+#include "KelExitCode.h"
+
+#include <QString>
+
+/// Everything that the program says to the person at the command line: one line on standard error for each thing,
+/// and the exit code that follows from it. The first error decides the exit code.
+class KelDiagnostics
+{
+public:
+    KelDiagnostics();
+
+    /// Leaves out notes and progress; warnings and errors stay.
+    void setQuiet(bool quiet) noexcept { m_quiet = quiet; }
+
+    /// "kel-render: text". The text says what is wrong and what to do about it.
+    void error(KelExitCode code, const QString &text);
+    void warning(const QString &text);
+    void note(const QString &text);
+
+    /// A line that the next one replaces, on a terminal only. An empty text removes it.
+    void progress(const QString &text);
+
+    [[nodiscard]] KelExitCode exitCode() const noexcept { return m_exitCode; }
+    [[nodiscard]] bool hasErrors() const noexcept { return m_exitCode != KelExitCode::Success; }
+
+private:
+    void write(const QString &text);
+
+    KelExitCode m_exitCode = KelExitCode::Success;
+    bool m_quiet = false;
+    bool m_isTerminal = false;
+    bool m_showsProgress = false;
+};
+
+#endif

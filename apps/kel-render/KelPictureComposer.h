@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELPICTURECOMPOSER_H
+#define KELPICTURECOMPOSER_H
+
+#include "KelMapGeometry.h"
+#include "KelMapPicture.h"
+#include "KelRenderOptions.h"
+
+#include <KelGPXTrackSelection.h>
+
+#include <QImage>
+#include <QMarginsF>
+
+class QPainter;
+
+/// Puts map, tracks, scale bar and credit together.
+class KelPictureComposer
+{
+public:
+    KelPictureComposer(const KelRenderOptions &options, const KelGPXTrackSelection &selection, const KelMapGeometry &geometry,
+                       const KelMapPicture &ownMap);
+
+    /// What tracks should keep away from: the padding, line widths, and the overlays at the bottom.
+    [[nodiscard]] static QMarginsF margins(const KelRenderOptions &options, const KelGPXTrackSelection &selection, const QSize &size);
+
+    /// The picture in pixels; null if there is too little memory.
+    [[nodiscard]] QImage toImage() const;
+    /// The picture as vectors. A cropped map is faded pixel by pixel and stands in it as an image.
+    void paint(QPainter &painter) const;
+
+private:
+    [[nodiscard]] static double overlayFactor(const KelRenderOptions &options, const QSize &size);
+    [[nodiscard]] bool isCropped() const;
+    [[nodiscard]] QImage mapImage() const;
+    void paintMap(QPainter &painter) const;
+    void paintTracks(QPainter &painter) const;
+    [[nodiscard]] QString credit() const;
+
+    KelRenderOptions m_options;
+    KelGPXTrackSelection m_selection;
+    KelMapGeometry m_geometry;
+    KelMapPicture m_ownMap;
+    double m_overlayFactor;
+};
+
+#endif

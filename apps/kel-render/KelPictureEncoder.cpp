@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelPictureEncoder.h"
+
+#include "KelPictureComposer.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QImageWriter>
+#include <QMarginsF>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
+
+#include <cmath>
+
+namespace
+{
+
+constexpr int DOTS_PER_INCH = 96;
+constexpr double POINTS_PER_PIXEL = 72.0 / DOTS_PER_INCH;
+constexpr double INCHES_PER_METRE = 1000.0 / 25.4;
+
+QString programName()
+{
+    return QStringLiteral("kel-render");
+}
+
+} // namespace
+
+KelPictureEncoder::KelPictureEncoder(const KelRenderOptions &options, const QSize &size)
+    : m_options(options)
+    , m_size(size)
+{
+}
+
+QByteArray KelPictureEncoder::encode(const KelPictureComposer &composer)
+{
+    switch (m_options.format.kind()) {
+    case KelPictureFormat::Pdf:
+        return encodePdf(composer);
+    case KelPictureFormat::Svg:
+        return encodeSvg(composer);
+    default:
+        return encodePixels(composer);
+    }
+}
+
+QByteArray KelPictureEncoder::encodePixels(const KelPictureComposer &composer)
+{
+    QImage image = composer.toImage();
+    if (image.isNull()) {
+        m_error = QStringLiteral("too little memory for %1 x %2 pixels; use a smaller --size").arg(m_size.width()).arg(m_size.height());
+        return {};
+    }
+    if (!m_options.format.hasTransparency()) {
+        QImage opaque(image.size(), QImage::Format_RGB32);
+        opaque.fill(Qt::white);
+        QPainter(&opaque).drawImage(0, 0, image);
+        image = opaque;
+    }
+    const int dotsPerMetre = static_cast<int>(std::lround(DOTS_PER_INCH * m_options.scaleFactor * INCHES_PER_METRE));
+    image.setDotsPerMeterX(dotsPerMetre);
+    image.setDotsPerMeterY(dotsPerMetre);
+
+    QBuffer buffer;
+    QImageWriter writer(&buffer, m_options.format.encoder());
+    if (m_options.quality >= 0 && m_options.format.kind() != KelPictureFormat::Png)
+        writer.setQuality(m_options.quality);
+    if (!writer.write(image)) {
+        m_error = writer.error() == QImageWriter::UnsupportedFormatError
+            ? QStringLiteral("this Qt cannot write %1; install the package qt6-image-formats-plugins or choose another format")
+                  .arg(QString::fromLatin1(m_options.format.encoder()))
+            : writer.errorString();
+        return {};
+    }
+    return buffer.data();
+}
+
+QByteArray KelPictureEncoder::encodePdf(const KelPictureComposer &composer)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&buffer);
+        writer.setCreator(programName());
+        writer.setTitle(programName());
+        writer.setResolution(DOTS_PER_INCH);
+        writer.setPageLayout(QPageLayout(QPageSize(QSizeF(m_size) * POINTS_PER_PIXEL, QPageSize::Point, QString(), QPageSize::ExactMatch),
+                                         QPageLayout::Portrait, QMarginsF()));
+        QPainter painter;
+        if (!painter.begin(&writer)) {
+            m_error = QStringLiteral("the PDF cannot be made");
+            return {};
+        }
+        composer.paint(painter);
+    }
+    return buffer.data();
+}
+
+QByteArray KelPictureEncoder::encodeSvg(const KelPictureComposer &composer)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QSvgGenerator generator;
+    generator.setOutputDevice(&buffer);
+    generator.setResolution(DOTS_PER_INCH);
+    generator.setSize(m_size);
+    generator.setViewBox(QRect(QPoint(0, 0), m_size));
+    generator.setTitle(programName());
+    QPainter painter;
+    if (!painter.begin(&generator)) {
+        m_error = QStringLiteral("the SVG cannot be made");
+        return {};
+    }
+    composer.paint(painter);
+    painter.end();
+    return buffer.data();
+}

@@ -1,0 +1,425 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelRenderOptionsReader.h"
+
+#include "KelDiagnostics.h"
+
+#include <KelGPXMarkerShape.h>
+#include <KelGPXTrackDisplayOptions.h>
+#include <KelGPXTrackShape.h>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <cmath>
+#include <cstdio>
+#include <map>
+
+namespace
+{
+
+constexpr int SMALLEST_SIDE = 16;
+constexpr qint64 MOST_PIXELS = 100'000'000; // about 400 MB for the map, as much again for cropping
+
+struct OptionText
+{
+    const char *names; // comma separated
+    const char *description;
+    const char *value; // nullptr for a switch
+};
+
+// One place for all options; --help shows them in this order.
+constexpr OptionText OPTIONS[] = {
+    {"o,output", "Write the picture to <file>; \"-\" is standard output.", "file"},
+    {"format", "Kind of picture: png, jpg, webp, pdf or svg. Without it the file's suffix decides; png for \"-\".", "kind"},
+    {"quality", "Quality of jpg and webp, 1 to 100.", "percent"},
+    {"s,size", "Width and height of the picture in pixels (default 1600x1000).", "WxH"},
+    {"scale-factor", "Multiply line widths, markers and texts, for displays and prints of high density (default 1).", "factor"},
+    {"padding", "Free border around the tracks in percent of the picture (default 8).", "percent"},
+    {"bounds", "Show this area, in degrees. A west greater than the east goes across the date line.", "S,W,N,E"},
+    {"map", "Your own map picture (Mercator); needs --map-bounds.", "image"},
+    {"map-bounds", "The area that the picture of --map shows, edge to edge.", "S,W,N,E"},
+    {"no-map", "No map: tracks on a transparent (jpg: white) ground.", nullptr},
+    {"dark", "The built-in map in dark colours.", nullptr},
+    {"no-scale", "No scale bar.", nullptr},
+    {"no-attribution", "No credit for the map.", nullptr},
+    {"attribution", "Credit for your own map picture.", "text"},
+    {"crop", "Fade the map away from the tracks: 0 removes it, 255 leaves it, or a percentage such as 30%.", "opacity"},
+    {"line-color", "Colour of lines and outlines: a name, #rrggbb or #aarrggbb.", "colour"},
+    {"line-width", "Width of lines in pixels; point markers are twice as wide.", "pixels"},
+    {"fill-color", "Colour of areas and markers.", "colour"},
+    {"halo-width", "Light border around tracks; also what --crop keeps clear.", "pixels"},
+    {"pen-style", "solid, dash, dot, dash-dot, dash-dot-dot or none.", "style"},
+    {"display-options", "What to paint: stroke, fill or stroke,fill.", "list"},
+    {"marker", "Marker of points: disk, circle, x, block, rect, rhombus, star6, star9, star12; arrow ends lines with one.", "marker"},
+    {"shape", "Draw tracks as point, linestring, polygon, hop or auto.", "shape"},
+    {"smoothing", "Percentage that each point keeps of its place; 100 smooths nothing.", "percent"},
+    {"smoothing-steps", "Number of pieces that smoothing straightens.", "count"},
+    {"beeline", "Draw the great circle from <A> to <B> (two arguments; may be repeated): \"N53.14 E8.21\", \"53.14,8.21\", "
+                "\"53,8,24 N; 8,12,36 E\", or a known place such as Sydney.", "A> <B"},
+    {"name", "Name of the beeline before it.", "text"},
+    {"selection", "Read tracks, looks and cropping from a file of --save-selection.", "file"},
+    {"save-selection", "Store tracks, looks and cropping in <file> and the tracks in a folder beside it.", "file"},
+    {"export", "Write the tracks as GPX, one file for each; numbered where there are several.", "file.gpx"},
+    {"info", "Print name, shape, segments, points, length, bounds and times of each track.", nullptr},
+    {"k,keep-going", "Draw what can be read even if some inputs cannot.", nullptr},
+    {"q,quiet", "Say nothing but warnings and errors.", nullptr},
+    {"verbose", "Show the libraries' log lines too.", nullptr},
+    {"h,help", "Show this text.", nullptr},
+    {"v,version", "Show the version.", nullptr},
+};
+
+constexpr char INTRODUCTION[] =
+    "Usage: kel-render [options] <file or folder>... -o <picture>\n"
+    "Draws GPX, KML and KMZ tracks on a map.\n"
+    "\n"
+    "  kel-render walk.gpx tour.kml -o map.png --size 1600x1000\n"
+    "  kel-render --beeline Helsinki Honolulu --name \"Long way\" -o flight.svg\n"
+    "  kel-render tracks/ --info\n"
+    "\n"
+    "Options:\n";
+
+constexpr char CONCLUSION[] =
+    "\n"
+    "Exit codes:\n"
+    "  0  done\n"
+    "  1  internal error, such as too little memory\n"
+    "  2  wrong use: unknown option or bad value\n"
+    "  3  an input is missing or cannot be read\n"
+    "  4  an input is malformed (told as file:line:column: message)\n"
+    "  5  a kind of file that cannot be read or written\n"
+    "  6  nothing to draw\n"
+    "  7  a result could not be written; what was there before is unchanged\n"
+    "\n"
+    "The manual page kel-render(1) says more.\n";
+
+
+bool fail(KelDiagnostics &diagnostics, const QString &text)
+{
+    diagnostics.error(KelExitCode::UsageError, text);
+    return false;
+}
+
+/// A number within a range, or nothing.
+std::optional<double> number(const QString &text, double least, double most)
+{
+    bool ok = false;
+    const double value = text.trimmed().toDouble(&ok);
+    if (!ok || !(value >= least && value <= most))
+        return std::nullopt;
+    return value;
+}
+
+std::optional<QSize> parseSize(const QString &text)
+{
+    const QStringList parts = text.toLower().split(QLatin1Char('x'));
+    if (parts.size() != 2)
+        return std::nullopt;
+    bool widthOk = false;
+    bool heightOk = false;
+    const QSize size(parts.at(0).trimmed().toInt(&widthOk), parts.at(1).trimmed().toInt(&heightOk));
+    if (!widthOk || !heightOk)
+        return std::nullopt;
+    return size;
+}
+
+/// Every word of a comma list must be a key of the table that decodes it.
+template<class Wrapper>
+bool allKeysKnown(const QString &list)
+{
+    const QStringList words = list.split(QLatin1Char(','));
+    for (const QString &word : words) {
+        if (!Wrapper(word).isValid())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+KelRenderOptionsReader::KelRenderOptionsReader()
+{
+    m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsCompactedShortOptions);
+    for (const OptionText &option : OPTIONS) {
+        const QStringList names = QString::fromLatin1(option.names).split(QLatin1Char(','));
+        m_parser.addOption(QCommandLineOption(names, QString::fromLatin1(option.description),
+                                              QString::fromLatin1(option.value ? option.value : "")));
+    }
+}
+
+KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &arguments, KelRenderOptions &options,
+                                                             KelDiagnostics &diagnostics)
+{
+    QStringList rest = arguments;
+    const bool beelinesOk = takeBeelines(rest, options, diagnostics);
+    if (beelinesOk && !m_parser.parse(rest)) {
+        QString text = m_parser.errorText();
+        if (text.endsWith(QLatin1Char('.')))
+            text.chop(1);
+        fail(diagnostics, text + QStringLiteral("; kel-render --help lists all options"));
+        return Outcome::Failed;
+    }
+    if (!beelinesOk)
+        return Outcome::Failed;
+
+    if (m_parser.isSet(QStringLiteral("help"))) {
+        std::fputs(helpText().toUtf8().constData(), stdout);
+        return Outcome::Done;
+    }
+    if (m_parser.isSet(QStringLiteral("version"))) {
+        std::fputs(qPrintable(QStringLiteral("kel-render %1\n").arg(QCoreApplication::applicationVersion())), stdout);
+        return Outcome::Done;
+    }
+
+    options.inputs = m_parser.positionalArguments();
+    options.selectionFile = m_parser.value(QStringLiteral("selection"));
+    options.saveSelectionFile = m_parser.value(QStringLiteral("save-selection"));
+    options.info = m_parser.isSet(QStringLiteral("info"));
+    options.keepGoing = m_parser.isSet(QStringLiteral("keep-going"));
+    options.quiet = m_parser.isSet(QStringLiteral("quiet"));
+    options.verbose = m_parser.isSet(QStringLiteral("verbose"));
+    options.scale = !m_parser.isSet(QStringLiteral("no-scale"));
+    options.attribution = !m_parser.isSet(QStringLiteral("no-attribution"));
+    options.attributionText = m_parser.value(QStringLiteral("attribution"));
+
+    const bool ok = readOutput(options, diagnostics) && readNumbers(options, diagnostics) && readMap(options, diagnostics)
+        && readStyle(options.style, diagnostics) && checkWhole(options, diagnostics);
+    return ok ? Outcome::Run : Outcome::Failed;
+}
+
+bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptions &options, KelDiagnostics &diagnostics) const
+{
+    // QCommandLineParser knows options with one value only, and nothing of which --name belongs to which --beeline.
+    QStringList rest;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments.at(i);
+        if (argument == QLatin1String("--")) {
+            rest.append(arguments.mid(i));
+            break;
+        }
+        if (argument == QLatin1String("--beeline")) {
+            if (i + 2 >= arguments.size())
+                return fail(diagnostics, QStringLiteral("--beeline needs two places, for example --beeline \"N53.14 E8.21\" Sydney"));
+            options.beelines.append({arguments.at(i + 1), arguments.at(i + 2), QString()});
+            i += 2;
+        } else if (argument == QLatin1String("--name") || argument.startsWith(QLatin1String("--name="))) {
+            const bool joined = argument != QLatin1String("--name");
+            if (!joined && i + 1 >= arguments.size())
+                return fail(diagnostics, QStringLiteral("--name needs a text"));
+            if (options.beelines.isEmpty())
+                return fail(diagnostics, QStringLiteral("--name names the --beeline before it; put the --beeline first"));
+            options.beelines.last().name = joined ? argument.section(QLatin1Char('='), 1) : arguments.at(++i);
+        } else {
+            rest.append(argument);
+        }
+    }
+    arguments = rest;
+    return true;
+}
+
+bool KelRenderOptionsReader::readOutput(KelRenderOptions &options, KelDiagnostics &diagnostics) const
+{
+    options.outputFile = m_parser.value(QStringLiteral("output"));
+    options.exportFile = m_parser.value(QStringLiteral("export"));
+    if (m_parser.isSet(QStringLiteral("output")) && options.outputFile.isEmpty())
+        return fail(diagnostics, QStringLiteral("--output needs the name of a file"));
+
+    if (m_parser.isSet(QStringLiteral("format"))) {
+        const auto format = KelPictureFormat::fromName(m_parser.value(QStringLiteral("format")));
+        if (!format) {
+            return fail(diagnostics, QStringLiteral("--format %1 is not known; use one of %2")
+                                         .arg(m_parser.value(QStringLiteral("format")), KelPictureFormat::allNames()));
+        }
+        options.format = *format;
+    } else if (!options.outputFile.isEmpty() && !options.toStandardOutput()) {
+        const QString suffix = QFileInfo(options.outputFile).suffix();
+        const auto format = KelPictureFormat::fromName(suffix);
+        if (!format) {
+            const QString what = suffix.isEmpty() ? QStringLiteral("the name has no suffix")
+                                                  : QStringLiteral("a .%1 file cannot be written").arg(suffix);
+            diagnostics.error(KelExitCode::UnsupportedFormat,
+                              QStringLiteral("%1: %2; end the name with one of %3, or use --format")
+                                  .arg(options.outputFile, what, KelPictureFormat::allNames()));
+            return false;
+        }
+        options.format = *format;
+    }
+    if (!options.exportFile.isEmpty() && QFileInfo(options.exportFile).suffix().toLower() != QLatin1String("gpx")) {
+        diagnostics.error(KelExitCode::UnsupportedFormat,
+                          QStringLiteral("%1: only GPX can be exported; end the name with .gpx").arg(options.exportFile));
+        return false;
+    }
+    return true;
+}
+
+bool KelRenderOptionsReader::readNumbers(KelRenderOptions &options, KelDiagnostics &diagnostics) const
+{
+    if (m_parser.isSet(QStringLiteral("size"))) {
+        const QString text = m_parser.value(QStringLiteral("size"));
+        const auto size = parseSize(text);
+        if (!size)
+            return fail(diagnostics, QStringLiteral("--size %1 is not a size; use WIDTHxHEIGHT in pixels, for example 1600x1000").arg(text));
+        const int most = options.format.maximumSide();
+        if (size->width() < SMALLEST_SIDE || size->height() < SMALLEST_SIDE || size->width() > most || size->height() > most)
+            return fail(diagnostics, QStringLiteral("--size %1: each side must have %2 to %3 pixels").arg(text).arg(SMALLEST_SIDE).arg(most));
+        if (static_cast<qint64>(size->width()) * size->height() > MOST_PIXELS)
+            return fail(diagnostics, QStringLiteral("--size %1: at most %2 million pixels; use pdf or svg with a smaller size for large prints")
+                                         .arg(text)
+                                         .arg(MOST_PIXELS / 1'000'000));
+        options.size = size;
+    }
+    const auto take = [&](const char *name, double least, double most, auto &target) {
+        const QString key = QString::fromLatin1(name);
+        if (!m_parser.isSet(key))
+            return true;
+        const auto value = number(m_parser.value(key), least, most);
+        if (!value) {
+            return fail(diagnostics, QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
+                                         .arg(key, m_parser.value(key), QString::number(least), QString::number(most)));
+        }
+        target = static_cast<std::remove_reference_t<decltype(target)>>(*value);
+        return true;
+    };
+    if (!take("scale-factor", 0.05, 20.0, options.scaleFactor) || !take("padding", 0.0, 45.0, options.padding)
+        || !take("quality", 1.0, 100.0, options.quality))
+        return false;
+
+    if (m_parser.isSet(QStringLiteral("crop"))) {
+        const QString text = m_parser.value(QStringLiteral("crop")).trimmed();
+        const bool percent = text.endsWith(QLatin1Char('%'));
+        const auto value = percent ? number(text.chopped(1), 0, 100) : number(text, 0, 255);
+        if (!value)
+            return fail(diagnostics, QStringLiteral("--crop %1: an opacity from 0 to 255 or a percentage is needed").arg(text));
+        options.croppingOpacity = static_cast<int>(std::lround(percent ? *value * 2.55 : *value));
+    }
+    return true;
+}
+
+bool KelRenderOptionsReader::readMap(KelRenderOptions &options, KelDiagnostics &diagnostics) const
+{
+    const auto takeBounds = [&](const QString &name, std::optional<KelMapBounds> &bounds) {
+        if (!m_parser.isSet(name))
+            return true;
+        bounds = KelMapBounds::parse(m_parser.value(name));
+        if (!bounds) {
+            return fail(diagnostics, QStringLiteral("--%1 %2: four numbers SOUTH,WEST,NORTH,EAST in degrees are needed, south below north, "
+                                                    "for example 53.0,8.1,53.2,8.4")
+                                         .arg(name, m_parser.value(name)));
+        }
+        return true;
+    };
+    if (!takeBounds(QStringLiteral("bounds"), options.bounds) || !takeBounds(QStringLiteral("map-bounds"), options.mapBounds))
+        return false;
+
+    options.dark = m_parser.isSet(QStringLiteral("dark"));
+    options.mapFile = m_parser.value(QStringLiteral("map"));
+    const bool noMap = m_parser.isSet(QStringLiteral("no-map"));
+    if (options.mapFile.isEmpty() == options.mapBounds.has_value())
+        return fail(diagnostics, QStringLiteral("--map and --map-bounds need each other: the picture, and the area that it shows"));
+    if (noMap && !options.mapFile.isEmpty())
+        return fail(diagnostics, QStringLiteral("--map and --no-map contradict each other"));
+    options.map = noMap ? KelRenderOptions::Map::None
+        : options.mapFile.isEmpty() ? KelRenderOptions::Map::World
+                                    : KelRenderOptions::Map::Picture;
+    return true;
+}
+
+bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &diagnostics) const
+{
+    const auto takeColor = [&](const QString &name, std::optional<QColor> &color) {
+        if (!m_parser.isSet(name))
+            return true;
+        const QColor value(m_parser.value(name));
+        if (!value.isValid())
+            return fail(diagnostics, QStringLiteral("--%1 %2 is not a colour; use a name such as red, #rrggbb or #aarrggbb")
+                                         .arg(name, m_parser.value(name)));
+        color = value.toRgb();
+        return true;
+    };
+    const auto takeNumber = [&](const QString &name, double least, double most, auto &target) {
+        if (!m_parser.isSet(name))
+            return true;
+        const auto value = number(m_parser.value(name), least, most);
+        if (!value)
+            return fail(diagnostics, QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
+                                         .arg(name, m_parser.value(name), QString::number(least), QString::number(most)));
+        target = static_cast<typename std::remove_reference_t<decltype(target)>::value_type>(*value);
+        return true;
+    };
+    if (!takeColor(QStringLiteral("line-color"), style.lineColor) || !takeColor(QStringLiteral("fill-color"), style.fillColor)
+        || !takeNumber(QStringLiteral("line-width"), 0.0, 1000.0, style.lineWidth)
+        || !takeNumber(QStringLiteral("halo-width"), 0.0, 1000.0, style.haloWidth)
+        || !takeNumber(QStringLiteral("smoothing"), 0.0, 100.0, style.smoothing)
+        || !takeNumber(QStringLiteral("smoothing-steps"), 1.0, 1e9, style.smoothingSteps))
+        return false;
+
+    if (m_parser.isSet(QStringLiteral("pen-style"))) {
+        static const std::map<QString, Qt::PenStyle> styles = {
+            {QStringLiteral("solid"), Qt::SolidLine},      {QStringLiteral("dash"), Qt::DashLine},
+            {QStringLiteral("dot"), Qt::DotLine},          {QStringLiteral("dash-dot"), Qt::DashDotLine},
+            {QStringLiteral("dash-dot-dot"), Qt::DashDotDotLine}, {QStringLiteral("none"), Qt::NoPen}};
+        const auto found = styles.find(m_parser.value(QStringLiteral("pen-style")).toLower());
+        if (found == styles.end())
+            return fail(diagnostics, QStringLiteral("--pen-style %1 is not known; use solid, dash, dot, dash-dot, dash-dot-dot or none")
+                                         .arg(m_parser.value(QStringLiteral("pen-style"))));
+        style.penStyle = KelPenStyle(found->second);
+    }
+
+    const auto takeKeys = [&](const QString &name, auto wrapper, std::optional<int> &target) {
+        using Wrapper = decltype(wrapper);
+        if (!m_parser.isSet(name))
+            return true;
+        const QString list = m_parser.value(name);
+        if (!allKeysKnown<Wrapper>(list))
+            return fail(diagnostics, QStringLiteral("--%1 %2 is not known; kel-render --help lists the words that are").arg(name, list));
+        target = Wrapper(list).toInt();
+        return true;
+    };
+    return takeKeys(QStringLiteral("display-options"), KelGPXTrackDisplayOptions(), style.displayOptions)
+        && takeKeys(QStringLiteral("marker"), KelGPXMarkerShape(), style.markerShape)
+        && takeKeys(QStringLiteral("shape"), KelGPXTrackShape(), style.trackShape);
+}
+
+bool KelRenderOptionsReader::checkWhole(const KelRenderOptions &options, KelDiagnostics &diagnostics) const
+{
+    if (options.inputs.isEmpty() && options.beelines.isEmpty() && options.selectionFile.isEmpty())
+        return fail(diagnostics, QStringLiteral("no tracks named; give GPX, KML or KMZ files or folders, or --beeline (kel-render --help)"));
+    if (options.outputFile.isEmpty() && !options.info && options.exportFile.isEmpty() && options.saveSelectionFile.isEmpty())
+        return fail(diagnostics, QStringLiteral("no result named; use -o map.png for a picture, or --info, --export, --save-selection"));
+    if (options.toStandardOutput() && options.info)
+        return fail(diagnostics, QStringLiteral("-o - and --info would mix on standard output; write the picture to a file"));
+    return true;
+}
+
+QString KelRenderOptionsReader::helpText() const
+{
+    constexpr int COLUMN = 30;
+    constexpr int WIDTH = 100;
+    QString text = QString::fromLatin1(INTRODUCTION);
+    for (const OptionText &option : OPTIONS) {
+        const QStringList names = QString::fromLatin1(option.names).split(QLatin1Char(','));
+        QString head = names.size() > 1 ? QStringLiteral("  -%1, --%2").arg(names.first(), names.last())
+                                        : QStringLiteral("      --%1").arg(names.first());
+        if (option.value)
+            head += QStringLiteral(" <%1>").arg(QLatin1String(option.value));
+        QString line = head.leftJustified(COLUMN);
+        if (head.size() >= COLUMN) {
+            text += head + QLatin1Char('\n');
+            line = QString(COLUMN, QLatin1Char(' '));
+        }
+        bool lineIsNew = true;
+        const QStringList words = QString::fromUtf8(option.description).split(QLatin1Char(' '));
+        for (const QString &word : words) {
+            if (!lineIsNew && line.size() + 1 + word.size() > WIDTH) {
+                text += line + QLatin1Char('\n');
+                line = QString(COLUMN, QLatin1Char(' '));
+                lineIsNew = true;
+            }
+            line += (lineIsNew ? QString() : QStringLiteral(" ")) + word;
+            lineIsNew = false;
+        }
+        text += line + QLatin1Char('\n');
+    }
+    return text + QString::fromLatin1(CONCLUSION);
+}

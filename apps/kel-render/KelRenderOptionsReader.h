@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELRENDEROPTIONSREADER_H
+#define KELRENDEROPTIONSREADER_H
+
+#include "KelRenderOptions.h"
+
+#include <QCommandLineParser>
+
+class KelDiagnostics;
+
+/// Understands the command line of kel-render.
+class KelRenderOptionsReader
+{
+public:
+    enum class Outcome {
+        Run,   ///< the options are complete and fit together
+        Done,  ///< help or version was asked for and printed
+        Failed ///< told to the diagnostics
+    };
+
+    KelRenderOptionsReader();
+
+    [[nodiscard]] Outcome read(const QStringList &arguments, KelRenderOptions &options, KelDiagnostics &diagnostics);
+
+private:
+    [[nodiscard]] QString helpText() const;
+    bool takeBeelines(QStringList &arguments, KelRenderOptions &options, KelDiagnostics &diagnostics) const;
+    bool readOutput(KelRenderOptions &options, KelDiagnostics &diagnostics) const;
+    bool readMap(KelRenderOptions &options, KelDiagnostics &diagnostics) const;
+    bool readNumbers(KelRenderOptions &options, KelDiagnostics &diagnostics) const;
+    bool readStyle(KelStyleOptions &style, KelDiagnostics &diagnostics) const;
+    bool checkWhole(const KelRenderOptions &options, KelDiagnostics &diagnostics) const;
+
+    QCommandLineParser m_parser;
+};
+
+#endif

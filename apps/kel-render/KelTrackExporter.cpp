@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelTrackExporter.h"
+
+#include "KelDiagnostics.h"
+#include "KelOutputFile.h"
+
+#include <KelGPXConfiguredTrack.h>
+#include <KelGPXTrack.h>
+#include <KelGPXTrackSelection.h>
+#include <KelUniqueFilenameMaker.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <QTemporaryDir>
+
+KelTrackExporter::KelTrackExporter(KelDiagnostics &diagnostics)
+    : m_diagnostics(diagnostics)
+{
+}
+
+bool KelTrackExporter::write(const KelGPXTrackSelection &selection, const QString &path)
+{
+    if (selection.count() == 1)
+        return writeTrack(selection.value(0).track(), path);
+    const QFileInfo wanted(path);
+    const QDir folder = wanted.absoluteDir();
+    for (int row = 0; row < selection.count(); ++row) {
+        const QFileInfo file = KelUniqueFilenameMaker::instance().makeUniqueFileNameInSafeContainer(
+            QFileInfo(folder, wanted.fileName()), QSet<QDir>{folder});
+        const QString name = wanted.path() == QLatin1String(".") && !path.startsWith(QLatin1String("./"))
+            ? file.fileName()
+            : QDir(wanted.path()).filePath(file.fileName());
+        if (!writeTrack(selection.value(row).track(), name))
+            return false;
+    }
+    return true;
+}
+
+bool KelTrackExporter::writeTrack(const KelGPXTrack &track, const QString &path)
+{
+    const auto fail = [&](const QString &reason) {
+        m_diagnostics.error(KelExitCode::OutputFailed, QStringLiteral("%1: the track was not exported: %2").arg(path, reason));
+        return false;
+    };
+    // The library writes a file without a word about success: let it write to a place of our own and look at that.
+    const QTemporaryDir scratch;
+    if (!scratch.isValid())
+        return fail(scratch.errorString());
+    QFile file(scratch.filePath(QStringLiteral("track.gpx")));
+    track.saveAsGpxFile(QFileInfo(file.fileName()));
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(QStringLiteral("there is no room for it in %1").arg(QDir::tempPath()));
+    const QByteArray bytes = file.readAll();
+
+    KelOutputFile target(path);
+    if (!target.write(bytes))
+        return fail(target.error());
+    m_diagnostics.note(QStringLiteral("%1: exported \"%2\"").arg(path, track.name()));
+    return true;
+}

@@ -1,0 +1,143 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelTrackLoader.h"
+
+#include "KelDiagnostics.h"
+
+#include <KelErrorHistory.h>
+#include <KelGPXConfiguredTrack.h>
+#include <KelTrackSelectionFactory.h>
+#include <KelZIP.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace
+{
+
+QString countOf(int count, const QString &one, const QString &many)
+{
+    return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
+}
+
+bool isArchive(const QFileInfo &file)
+{
+    return file.suffix().compare(QLatin1String("kmz"), Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+KelTrackLoader::KelTrackLoader(KelDiagnostics &diagnostics)
+    : m_diagnostics(diagnostics)
+{
+}
+
+KelGPXConfiguredTrackList KelTrackLoader::load(const QStringList &paths)
+{
+    QStringList files;
+    for (const QString &path : paths)
+        files.append(filesOf(path));
+
+    KelGPXConfiguredTrackList tracks;
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        m_diagnostics.progress(QStringLiteral("Reading %1 of %2: %3").arg(i + 1).arg(files.size()).arg(files.at(i)));
+        loadFile(files.at(i), tracks);
+    }
+    m_diagnostics.progress(QString());
+    return tracks;
+}
+
+QStringList KelTrackLoader::filesOf(const QString &path)
+{
+    if (!QFileInfo(path).isDir())
+        return {path};
+    const QDir folder(path);
+    if (!folder.isReadable()) {
+        m_diagnostics.error(KelExitCode::InputUnreadable, QStringLiteral("%1: the folder cannot be read; check its permissions").arg(path));
+        return {};
+    }
+    const QStringList patterns = KelTrackSelectionFactory::instance().supportedFileFormats();
+    QStringList files;
+    const QStringList names = folder.entryList(patterns, QDir::Files, QDir::Name);
+    for (const QString &name : names)
+        files.append(path.endsWith(QLatin1Char('/')) ? path + name : path + QLatin1Char('/') + name);
+    if (files.isEmpty())
+        m_diagnostics.warning(QStringLiteral("%1: no track files in this folder (%2)").arg(path, patterns.join(QLatin1String(", "))));
+    return files;
+}
+
+void KelTrackLoader::loadFile(const QString &path, KelGPXConfiguredTrackList &tracks)
+{
+    const QFileInfo file(path);
+    const QUrl url = QUrl::fromLocalFile(file.absoluteFilePath());
+    const KelTrackSelectionFactory &factory = KelTrackSelectionFactory::instance();
+    if (!isReadable(file))
+        return;
+    if (!factory.supportsFile(url)) {
+        m_diagnostics.error(KelExitCode::UnsupportedFormat,
+                            QStringLiteral("%1: not a kind of file that can be read; use %2")
+                                .arg(path, factory.supportedFileFormats().join(QLatin1String(", "))));
+        return;
+    }
+
+    KelErrorHistory reasons;
+    const KelGPXConfiguredTrackList all = factory.createConfiguredTrackList(url, &reasons);
+    int taken = 0;
+    for (const KelGPXConfiguredTrack &track : all) {
+        if (track.track().countPoints() == 0)
+            continue;
+        tracks.append(track);
+        ++taken;
+    }
+    if (taken == 0) {
+        explainNothing(file, reasons);
+        return;
+    }
+    QString text = QStringLiteral("%1: %2").arg(path, countOf(taken, QStringLiteral("track"), QStringLiteral("tracks")));
+    if (taken < all.count()) {
+        text += QStringLiteral("; %1 without coordinates left out")
+                    .arg(countOf(all.count() - taken, QStringLiteral("placemark"), QStringLiteral("placemarks")));
+    }
+    m_diagnostics.note(text);
+}
+
+bool KelTrackLoader::isReadable(const QFileInfo &file)
+{
+    const auto fail = [&](const QString &text) {
+        m_diagnostics.error(KelExitCode::InputUnreadable, file.filePath() + QStringLiteral(": ") + text);
+        return false;
+    };
+    if (file.isSymLink() && !file.exists())
+        return fail(QStringLiteral("the link leads nowhere"));
+    if (!file.exists())
+        return fail(QStringLiteral("no such file or folder; check the name"));
+    QFile opened(file.filePath());
+    if (!opened.open(QIODevice::ReadOnly))
+        return fail(QStringLiteral("cannot be read: %1").arg(opened.errorString()));
+    return true;
+}
+
+void KelTrackLoader::explainNothing(const QFileInfo &file, const KelErrorHistory &reasons)
+{
+    KelErrorHistory::Entry entry = reasons.last();
+    // As the user has named it: the factory was asked for the absolute path.
+    entry.fileName = file.filePath();
+    if (entry.message.isEmpty())
+        entry.message = QStringLiteral("there is no track in the file");
+
+    if (file.size() == 0 && file.isFile()) {
+        m_diagnostics.error(KelExitCode::InputMalformed,
+                            QStringLiteral("%1: the file is empty; check that it was copied completely").arg(file.filePath()));
+    } else if (entry.line > 0) {
+        m_diagnostics.error(KelExitCode::InputMalformed,
+                            entry.toString() + QStringLiteral("; check that the file was copied completely"));
+    } else if (isArchive(file) && !KelZIP(file).isOpen()) {
+        m_diagnostics.error(KelExitCode::InputMalformed, entry.toString());
+    } else {
+        entry.message.prepend(QStringLiteral("0 tracks: "));
+        m_diagnostics.warning(entry.toString());
+    }
+}

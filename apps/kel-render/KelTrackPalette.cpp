@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelTrackPalette.h"
+
+#include <KelGPXTrackConfiguration.h>
+#include <KelGPXTrackSelection.h>
+
+#include <QList>
+
+#include <cmath>
+#include <iterator>
+
+namespace
+{
+
+constexpr QRgb COLORS[] = {0xffe8590c, 0xff1864ab, 0xffc2255c, 0xff2b8a3e, 0xff6741d9,
+                           0xff0b7285, 0xffa1690a, 0xff9c36b5, 0xff5c940d, 0xffc92a2a};
+constexpr double GOLDEN_TURN = 0.61803398875;
+constexpr int LIGHTER_ON_DARK = 145;
+constexpr int FILL_ALPHA = 80;
+
+/// Whether somebody chose this look, the shape aside, which follows from the points.
+bool looksLike(const KelGPXTrackConfiguration &configuration, KelGPXTrackConfiguration standard)
+{
+    standard.setTrackShape(configuration.trackShape());
+    return configuration == standard;
+}
+
+} // namespace
+
+KelTrackPalette::KelTrackPalette(bool darkMap)
+    : m_darkMap(darkMap)
+{
+}
+
+QColor KelTrackPalette::color(int index) const
+{
+    constexpr int known = static_cast<int>(std::size(COLORS));
+    QColor color;
+    if (index < known) {
+        color = QColor::fromRgb(COLORS[index]);
+    } else {
+        // Hues that stay apart however many there are.
+        const double hue = std::fmod(index * GOLDEN_TURN, 1.0);
+        color = QColor::fromHsvF(static_cast<float>(hue), 0.85F, index % 2 ? 0.62F : 0.78F).toRgb();
+    }
+    return m_darkMap ? color.lighter(LIGHTER_ON_DARK) : color;
+}
+
+void KelTrackPalette::colorize(KelGPXTrackSelection &selection, int firstRow) const
+{
+    const KelGPXTrackConfiguration users = KelGPXTrackConfiguration::currentDefaultConfiguration();
+    const KelGPXTrackConfiguration librarys = KelGPXTrackConfiguration::defaultValue();
+    QList<int> rows;
+    for (int row = firstRow; row < selection.count(); ++row) {
+        const KelGPXTrackConfiguration configuration = selection.configuration(row);
+        if (looksLike(configuration, users) || looksLike(configuration, librarys))
+            rows.append(row);
+    }
+    if (rows.size() < 2)
+        return;
+    for (int i = 0; i < rows.size(); ++i) {
+        KelGPXTrackConfiguration configuration = selection.configuration(rows.at(i));
+        QColor fill = color(i);
+        fill.setAlpha(FILL_ALPHA);
+        configuration.setLineColor(color(i));
+        configuration.setFillColor(fill);
+        selection.setConfiguration(rows.at(i), configuration);
+    }
+}

@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelTrackReport.h"
+
+#include "KelMapArea.h"
+#include "KelMapBounds.h"
+
+#include <KelGPXConfiguredTrack.h>
+#include <KelGPXTrack.h>
+#include <KelGPXTrackSegment.h>
+#include <KelGPXTrackSelection.h>
+#include <KelGeoPosition.h>
+#include <KelGeoPositionList.h>
+
+#include <QDateTime>
+
+namespace
+{
+
+constexpr int KEY_WIDTH = 10;
+
+QString line(const char *key, const QString &value)
+{
+    return QString::fromLatin1(key).leftJustified(KEY_WIDTH) + value + QLatin1Char('\n');
+}
+
+QString oneLine(QString text)
+{
+    return text.simplified();
+}
+
+QString timeFrame(const KelGPXConfiguredTrack &track)
+{
+    QDateTime first;
+    QDateTime last;
+    const QList<QDateTime> times = track.allTimeStamps();
+    for (const QDateTime &time : times) {
+        if (!time.isValid())
+            continue;
+        first = first.isValid() ? std::min(first, time) : time;
+        last = last.isValid() ? std::max(last, time) : time;
+    }
+    if (!first.isValid())
+        return QStringLiteral("-");
+    return first.toUTC().toString(Qt::ISODate) + QStringLiteral(" to ") + last.toUTC().toString(Qt::ISODate);
+}
+
+} // namespace
+
+double KelTrackReport::lengthKm(const KelGPXTrack &track)
+{
+    double length = 0.0;
+    const QList<KelGPXTrackSegment> segments = track.segments();
+    for (const KelGPXTrackSegment &segment : segments) {
+        const KelGeoPositionList points = segment.allPoints();
+        for (qsizetype i = 1; i < points.size(); ++i) {
+            if (points.at(i - 1).isValid() && points.at(i).isValid())
+                length += points.at(i - 1).distance(points.at(i));
+        }
+    }
+    return length;
+}
+
+QString KelTrackReport::describe(const KelGPXTrackSelection &selection)
+{
+    QString text;
+    for (int row = 0; row < selection.count(); ++row)
+        text += (row ? QStringLiteral("\n") : QString()) + describe(selection.value(row));
+    return text;
+}
+
+QString KelTrackReport::describe(const KelGPXConfiguredTrack &track)
+{
+    const KelGeoPositionRect box = KelMapArea::boundingBox(track);
+    QString text = line("name:", oneLine(track.name())) + line("shape:", track.effectiveShape().encode())
+        + line("segments:", QString::number(track.track().segments().size()))
+        + line("points:", QString::number(track.track().countPoints()))
+        + line("length:", QString::number(lengthKm(track.track()), 'f', 2) + QStringLiteral(" km"))
+        + line("bounds:", box.isValid() ? KelMapBounds::fromRect(box).toString() : QStringLiteral("-"))
+        + line("time:", timeFrame(track));
+    if (!track.track().enclaves().isEmpty())
+        text += line("enclaves:", QString::number(track.track().enclaves().size()));
+    return text;
+}
