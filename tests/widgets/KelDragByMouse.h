@@ -23,8 +23,8 @@ inline void send(QWidget *widget, QEvent::Type type, const QPoint &global, Qt::M
     QApplication::sendEvent(widget, &event);
 }
 
-/// Presses on the widget, moves and lets go; both positions are in the widget's coordinates. A drag runs an event loop of
-/// its own, in which a timer plays the hand.
+/// Presses on the widget, moves and lets go; both positions are in the widget's coordinates. A drag runs an event loop
+/// of its own, in which a timer plays the hand.
 inline void drag(QWidget *widget, const QPoint &from, const QPoint &to)
 {
     const QPoint start = widget->mapToGlobal(from);

@@ -7,12 +7,14 @@
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QHash>
 #include <QIcon>
 #include <QListView>
 #include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <limits>
 #include <utility>
 
 namespace

@@ -135,6 +135,7 @@ private Q_SLOTS:
     void dropOnAnEmptyModel();
     void dropOfABrokenPayload_data();
     void dropOfABrokenPayload();
+    void dropOntoAForeignRow();
     void dropFromTheModelsOwnMimeData();
     void isValidRow_data();
     void isValidRow();
@@ -380,7 +381,8 @@ void tst_KelGPXTrackListModel::dropMimeData_data()
     QTest::newRow("last row below itself") << QStringList{"4"} << -1 << -1 << none << "ABCDE" << 4 << "";
     QTest::newRow("above a row") << QStringList{"3"} << 1 << 0 << none << "ADBCE" << 1 << "1-3";
     QTest::newRow("above the first row") << QStringList{"4"} << 0 << 0 << none << "EABCD" << 0 << "0-4";
-    QTest::newRow("between, downwards: takes the number") << QStringList{"0"} << 3 << 0 << none << "BCDAE" << 3 << "0-3";
+    QTest::newRow("between, downwards, takes the number") << QStringList{"0"} << 3 << 0 << none << "BCDAE" << 3
+                                                          << "0-3";
     QTest::newRow("lower edge of the last row") << QStringList{"1"} << 5 << 0 << none << "ACDEB" << 4 << "1-4";
     QTest::newRow("far below") << QStringList{"1"} << std::numeric_limits<int>::max() << 0 << none << "ACDEB" << 4
                                << "1-4";
@@ -515,6 +517,20 @@ void tst_KelGPXTrackListModel::dropOfABrokenPayload()
     QCOMPARE(sorted, QStringLiteral("ABCDE"));
     QCOMPARE(selected.count(), 1);
     QCOMPARE(selected.first().first().toInt(), 1);
+}
+
+void tst_KelGPXTrackListModel::dropOntoAForeignRow()
+{
+    KelGPXTrackListModel model;
+    fill(model, QStringLiteral("ABC"));
+    KelGPXTrackListModel longer;
+    fill(longer, QStringLiteral("ABCDEFGH"));
+    QSignalSpy selected(&model, &KelGPXTrackListModel::pleaseSelectTrack);
+
+    QVERIFY(model.dropMimeData(payload({"0"}).get(), Qt::MoveAction, -1, -1, longer.index(7, 0)));
+
+    QCOMPARE(letters(model), QStringLiteral("BCA"));
+    QCOMPARE(selected.first().first().toInt(), 2);
 }
 
 void tst_KelGPXTrackListModel::dropFromTheModelsOwnMimeData()
@@ -708,7 +724,8 @@ void tst_KelGPXTrackListModel::moveTrack_data()
     QTest::newRow("to behind the last") << 0 << 4 << "ABCD" << "";
     QTest::newRow("from far away") << std::numeric_limits<int>::max() << 0 << "ABCD" << "";
     QTest::newRow("to far away") << 0 << std::numeric_limits<int>::min() << "ABCD" << "";
-    QTest::newRow("both far away") << std::numeric_limits<int>::min() << std::numeric_limits<int>::max() << "ABCD" << "";
+    QTest::newRow("both far away") << std::numeric_limits<int>::min() << std::numeric_limits<int>::max() << "ABCD"
+                                   << "";
     QTest::newRow("nowhere, far away") << 99 << 99 << "ABCD" << "";
 }
 

@@ -12,7 +12,9 @@
 
 #include <QHeaderView>
 #include <QListView>
+#include <QMimeData>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
 #include <QSemaphore>
 #include <QSignalSpy>

@@ -10,16 +10,20 @@
 #include <KelIconRegistry.h>
 #include <KelRecordingTranslator.h>
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QSemaphore>
+#include <QSharedPointer>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
 #include <QToolButton>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <thread>
+#include <vector>
 
 namespace
 {
@@ -186,11 +190,11 @@ void tst_KelGPXTrackMultiFunctionDelegateWidget::layout()
 
 void tst_KelGPXTrackMultiFunctionDelegateWidget::label()
 {
-    const auto model = texts({"A", "a name that is much longer than the label will ever be wide"});
+    const auto model = texts({"A", "a name much longer than the label will ever be wide"});
     const Widget widget(model->index(1, 0), EditOptionNone);
 
     QCOMPARE(widget.findChildren<KelElidedLabel *>().size(), 1);
-    QCOMPARE(labelOf(widget)->fullText(), QStringLiteral("a name that is much longer than the label will ever be wide"));
+    QCOMPARE(labelOf(widget)->fullText(), QStringLiteral("a name much longer than the label will ever be wide"));
     QVERIFY(labelOf(widget)->wordWrap());
     QCOMPARE(widget.row(), 1);
 }
@@ -714,6 +718,8 @@ void tst_KelGPXTrackMultiFunctionDelegateWidget::buildingBlocks()
 {
     Widget widget(QModelIndex(), EditOptionNone);
     const QString text = QStringLiteral("Elbe");
+    widget.setupUi(QModelIndex(), ALL);
+    QCOMPARE(widget.layout()->count(), 1);
 
     const KelElidedLabel *label = widget.createTextLabel(text);
     QCOMPARE(label->parentWidget(), &widget);

@@ -7,6 +7,7 @@
 #include <KelLongitude.h>
 #include <KelRecordingTranslator.h>
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QHBoxLayout>

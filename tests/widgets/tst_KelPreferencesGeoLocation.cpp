@@ -85,10 +85,11 @@ void tst_KelPreferencesGeoLocation::appearance()
 void tst_KelPreferencesGeoLocation::texts()
 {
     const KelPreferencesGeoLocation page;
+    const QString text =
+        QStringLiteral("Wenn man ein Suchergebnis anklickt, soll es direkt in die Liste der Orte eingefügt werden.");
 
     QCOMPARE(page.title(), QStringLiteral("Landkarten"));
-    QCOMPARE(checkBox(page)->text(),
-             QStringLiteral("Wenn man ein Suchergebnis anklickt, soll es direkt in die Liste der Orte eingefügt werden."));
+    QCOMPARE(checkBox(page)->text(), text);
     QCOMPARE(checkBox(page)->toolTip(),
              QStringLiteral("Alternativ wird hierfür ein Knopf angeboten, der explizit benutzt werden muss."));
 }

@@ -207,10 +207,11 @@ void KelGPXTrackListModel::setSelection(const KelGPXTrackSelection &selection)
 int KelGPXTrackListModel::dropTarget(int row, int column, const QModelIndex &parent) const
 {
     const int lastRow = rowCount() - 1;
-    if (row == -1 && column == -1)
-        return parent.isValid() ? parent.row() : lastRow;
+    if (row == -1 && column == -1 && !parent.isValid())
+        return lastRow;
+    const int target = row == -1 && column == -1 ? parent.row() : row;
     // Below the lower edge of the last row views give the row behind it.
-    return std::min(row, lastRow);
+    return std::min(target, lastRow);
 }
 
 void KelGPXTrackListModel::rowsChanged(int first, int last)

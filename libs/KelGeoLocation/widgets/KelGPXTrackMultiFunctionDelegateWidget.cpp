@@ -12,6 +12,8 @@
 #include <QMutexLocker>
 #include <QToolButton>
 
+#include <utility>
+
 namespace
 {
 
@@ -155,6 +157,8 @@ QRecursiveMutex &KelGPXTrackMultiFunctionDelegateWidget::animationMutex() noexce
 
 void KelGPXTrackMultiFunctionDelegateWidget::setupUi(const QModelIndex &index, KelGPXTrackEditOptions options)
 {
+    if (m_label)
+        return;
     auto *layout = new QHBoxLayout(this);
     layout->setSpacing(SPACING);
     layout->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);

@@ -9,6 +9,7 @@
 
 #include <QList>
 #include <QRecursiveMutex>
+#include <QString>
 #include <QWidget>
 
 class QModelIndex;
@@ -49,6 +50,9 @@ public:
 
     /// The row given at construction.
     [[nodiscard]] int row() const noexcept;
+
+    /// Lays out the label and the buttons. The constructor does it; a second call changes nothing.
+    void setupUi(const QModelIndex &index, KelGPXTrackEditOptions options);
 
     /// The building blocks of the row: children of this widget, not yet in its layout. `text` is the row's text.
     KelElidedLabel *createTextLabel(const QString &text);
@@ -93,7 +97,6 @@ private:
         QString toolTip;
     };
 
-    void setupUi(const QModelIndex &index, KelGPXTrackEditOptions options);
     QToolButton *createButton(const QString &objectName, const QString &iconName, const QString &toolTip,
                               const QString &text, void (KelGPXTrackMultiFunctionDelegateWidget::*slot)());
 
