@@ -12,7 +12,6 @@ packages=(
     libgl-dev libvulkan-dev fonts-dejavu-core
 )
 if [ "${1:-build}" = test ]; then
-    # zip: none of it is needed to build; the tests make their own archives through the library.
     packages+=(libasan8 libubsan1 libtsan2)
 fi
 
