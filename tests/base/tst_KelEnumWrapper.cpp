@@ -50,12 +50,47 @@ public:
     }
 };
 
-// An override of the point where the general operations meet a subclass.
-class Pickier : public Side
+/// Overrides whatever may be overridden and remembers what was called last.
+class Watched : public Side
 {
 public:
+    using Wrapper = KelEnumWrapper<SideEnum>;
     using Side::Side;
-    bool isValid() const override { return toInt() == SideLeft; }
+
+    bool operator<(const Wrapper &) const override { return called("<"); }
+    bool operator<=(const Wrapper &) const override { return called("<="); }
+    bool operator>(const Wrapper &) const override { return called(">"); }
+    bool operator==(const Wrapper &) const override { return called("=="); }
+    bool operator==(SideEnum) const override { return called("== enum"); }
+    bool operator!=(const Wrapper &) const override { return called("!="); }
+    bool operator!=(SideEnum) const override { return called("!= enum"); }
+    Wrapper &operator|=(const Wrapper &) override { return changed("|="); }
+    Wrapper &operator|=(SideEnum) override { return changed("|= enum"); }
+    Wrapper &operator&=(const Wrapper &) override { return changed("&="); }
+    Wrapper &operator&=(SideEnum) override { return changed("&= enum"); }
+    int operator&(const Wrapper &) const override { return called("&"); }
+    int operator|(const Wrapper &) const override { return called("|"); }
+    void exclude(const Wrapper &) override { called("exclude"); }
+    void exclude(SideEnum) override { called("exclude enum"); }
+    void expandTo(const Wrapper &) override { called("expandTo"); }
+    void expandTo(SideEnum) override { called("expandTo enum"); }
+    void reduceTo(SideEnum) override { called("reduceTo"); }
+    int reducedTo(SideEnum) const override { return called("reducedTo"); }
+    bool isValid() const override { return called("isValid"); }
+
+    mutable QByteArray last;
+
+private:
+    bool called(const char *operation) const
+    {
+        last = operation;
+        return true;
+    }
+    Wrapper &changed(const char *operation)
+    {
+        last = operation;
+        return *this;
+    }
 };
 
 } // namespace
@@ -217,9 +252,36 @@ void tst_KelEnumWrapper::encode()
 
 void tst_KelEnumWrapper::operationsAreVirtual()
 {
-    const Pickier right(SideRight);
-    const KelEnumWrapper<SideEnum> &base = right;
-    QVERIFY(!base.isValid());
+    using Wrapper = KelEnumWrapper<SideEnum>;
+    Watched watched(SideRight);
+    Wrapper &base = watched;
+    const Side left(SideLeft);
+    const auto calledBy = [&](auto operation) {
+        watched.last.clear();
+        static_cast<void>(operation(base));
+        return watched.last;
+    };
+
+    QCOMPARE(calledBy([&](Wrapper &w) { return w < left; }), "<");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w <= left; }), "<=");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w > left; }), ">");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w == left; }), "==");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w == SideLeft; }), "== enum");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w != left; }), "!=");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w != SideLeft; }), "!= enum");
+    QCOMPARE(calledBy([&](Wrapper &w) { return &(w |= left); }), "|=");
+    QCOMPARE(calledBy([&](Wrapper &w) { return &(w |= SideLeft); }), "|= enum");
+    QCOMPARE(calledBy([&](Wrapper &w) { return &(w &= left); }), "&=");
+    QCOMPARE(calledBy([&](Wrapper &w) { return &(w &= SideLeft); }), "&= enum");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w & left; }), "&");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w | left; }), "|");
+    QCOMPARE(calledBy([&](Wrapper &w) { w.exclude(left); return 0; }), "exclude");
+    QCOMPARE(calledBy([&](Wrapper &w) { w.exclude(SideLeft); return 0; }), "exclude enum");
+    QCOMPARE(calledBy([&](Wrapper &w) { w.expandTo(left); return 0; }), "expandTo");
+    QCOMPARE(calledBy([&](Wrapper &w) { w.expandTo(SideLeft); return 0; }), "expandTo enum");
+    QCOMPARE(calledBy([&](Wrapper &w) { w.reduceTo(SideLeft); return 0; }), "reduceTo");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w.reducedTo(SideLeft); }), "reducedTo");
+    QCOMPARE(calledBy([&](Wrapper &w) { return w.isValid(); }), "isValid");
 }
 
 QTEST_GUILESS_MAIN(tst_KelEnumWrapper)

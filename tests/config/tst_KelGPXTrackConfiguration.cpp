@@ -284,6 +284,10 @@ void tst_KelGPXTrackConfiguration::multiplyAlpha_data()
     QTest::newRow("of nothing") << 0 << 0.5 << 0;
     QTest::newRow("twice 100") << 100 << 2.0 << 200;
     QTest::newRow("a fifth of 255") << 255 << 0.2 << 51;
+    QTest::newRow("twice 200 is opaque") << 200 << 2.0 << 255;
+    QTest::newRow("negative is transparent") << 200 << -1.0 << 0;
+    QTest::newRow("infinite is opaque") << 1 << std::numeric_limits<double>::infinity() << 255;
+    QTest::newRow("not a number is transparent") << 200 << std::numeric_limits<double>::quiet_NaN() << 0;
 }
 
 void tst_KelGPXTrackConfiguration::multiplyAlpha()
@@ -292,6 +296,7 @@ void tst_KelGPXTrackConfiguration::multiplyAlpha()
     QFETCH(double, factor);
     QFETCH(int, result);
 
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
     const QColor color = KelGPXTrackConfiguration::multiplyAlpha(QColor(10, 20, 30, alpha), factor);
     QCOMPARE(color.alpha(), result);
     QCOMPARE(color.red(), 10);
@@ -405,6 +410,14 @@ void tst_KelGPXTrackConfiguration::fromXml_data()
         << "<c><pensize/><halosize/></c>" << 0.0 << 0.0 << black << 100 << 1;
     QTest::newRow("a decimal comma is unreadable")
         << "<c><pensize>2,5</pensize><halosize>1</halosize></c>" << 0.0 << 1.0 << black << 100 << 1;
+    QTest::newRow("an infinite width is 0")
+        << "<c><pensize>inf</pensize><halosize>-inf</halosize></c>" << 0.0 << 0.0 << black << 100 << 1;
+    QTest::newRow("a width that is not a number is 0")
+        << "<c><pensize>nan</pensize><halosize>nan</halosize></c>" << 0.0 << 0.0 << black << 100 << 1;
+    QTest::newRow("a width beyond the range of numbers is 0")
+        << "<c><pensize>1e999</pensize><halosize>-1e999</halosize></c>" << 0.0 << 0.0 << black << 100 << 1;
+    QTest::newRow("twice the widest line is no halo")
+        << "<c><pensize>1e308</pensize></c>" << 1e308 << 0.0 << black << 100 << 1;
     QTest::newRow("alpha comes first")
         << "<c><color>#80ff0000</color></c>" << 10.0 << 20.0 << QColor(255, 0, 0, 128) << 100 << 1;
     QTest::newRow("an empty colour is opaque black")

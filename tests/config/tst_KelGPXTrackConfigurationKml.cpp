@@ -107,6 +107,10 @@ void tst_KelGPXTrackConfigurationKml::widths_data()
         << "<LineStyle><width>0.0166</width></LineStyle>" << 7.7 << 15.4;
     QTest::newRow("0.0167 (0.1002) is above the limit")
         << "<LineStyle><width>0.0167</width></LineStyle>" << 0.0167 * 6.0 << 0.0167 * 12.0;
+    QTest::newRow("infinite is 7.7") << "<LineStyle><width>inf</width></LineStyle>" << 7.7 << 15.4;
+    QTest::newRow("not a number is 7.7") << "<LineStyle><width>nan</width></LineStyle>" << 7.7 << 15.4;
+    QTest::newRow("too great to be multiplied is 7.7")
+        << "<LineStyle><width>1e308</width></LineStyle>" << 7.7 << 15.4;
     QTest::newRow("neither style") << "" << 7.7 << 15.4;
     QTest::newRow("only an area") << "<PolyStyle/>" << 7.7 << 7.7;
     QTest::newRow("a width in PolyStyle does not count") << "<PolyStyle><width>2</width></PolyStyle>" << 7.7 << 7.7;
@@ -191,6 +195,7 @@ void tst_KelGPXTrackConfigurationKml::decodeWidth_data()
     QTest::newRow("missing") << "" << 0.0;
     QTest::newRow("empty") << "<width/>" << 0.0;
     QTest::newRow("unreadable") << "<width>wide</width>" << 0.0;
+    QTest::newRow("infinite") << "<width>inf</width>" << 0.0;
 }
 
 void tst_KelGPXTrackConfigurationKml::decodeWidth()

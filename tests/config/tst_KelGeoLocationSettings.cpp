@@ -6,6 +6,7 @@
 #include <KelGeoLocationSettings.h>
 #include <KelTemporarySettings.h>
 
+#include <QMetaMethod>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QtTest>
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
     void firstInstanceLoadsAndNormalizes();
+    void oneSignalNoSlotsNoProperties();
     void freshInstallation();
     void setInstantlyAddLocations();
     void settingAFlagDoesNotSave();
@@ -86,6 +88,18 @@ void tst_KelGeoLocationSettings::firstInstanceLoadsAndNormalizes()
     QVERIFY(settings.defaultTrackConfiguration() == withShape(TrackShapeAuto));
     QCOMPARE(stored(configurationKey).toString(), withShape(TrackShapeAuto).serialize());
     QCOMPARE(&KelGeoLocationSettings::instance(), &settings);
+}
+
+void tst_KelGeoLocationSettings::oneSignalNoSlotsNoProperties()
+{
+    const QMetaObject &meta = KelGeoLocationSettings::staticMetaObject;
+    QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
+    const QMetaMethod method = meta.method(meta.methodOffset());
+    QCOMPARE(method.methodType(), QMetaMethod::Signal);
+    QCOMPARE(method.methodSignature(), QByteArray("instantlyAddLocationsDisabled(bool)"));
+    QCOMPARE(method.parameterNames(), QList<QByteArray>{"disabled"});
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+    QCOMPARE(QByteArray(meta.superClass()->className()), QByteArray("KelSettings"));
 }
 
 void tst_KelGeoLocationSettings::freshInstallation()

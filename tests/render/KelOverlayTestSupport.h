@@ -45,6 +45,26 @@ inline bool isDark(const QColor &color)
     return color.alpha() > 185 && color.red() < 190;
 }
 
+/// A channel of the ground painted once over white: 225 with alpha 180 over 255.
+constexpr int groundOverWhite = 234;
+
+/// What a black of alpha 180 that covers this part of a pixel leaves of the ground over white.
+inline int blackOverGround(double coverage)
+{
+    return qRound(groundOverWhite * (1.0 - coverage * 180.0 / 255.0));
+}
+
+/// How many separate dark pieces the row has.
+inline int darkPieces(const QImage &image, int row)
+{
+    int pieces = 0;
+    for (int x = 0; x < image.width(); ++x) {
+        if (isDark(image.pixelColor(x, row)) && (x == 0 || !isDark(image.pixelColor(x - 1, row))))
+            ++pieces;
+    }
+    return pieces;
+}
+
 /// The bounding box of the pixels for which the test holds.
 template <typename Test>
 QRect boundsOf(const QImage &image, Test test)

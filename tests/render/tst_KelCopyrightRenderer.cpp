@@ -41,7 +41,9 @@ private Q_SLOTS:
     void hostsTextIsUsed();
     void pillInTheCorner();
     void textIsCentred();
+    void textIsTranslucentBlack();
     void smallFactorDrawsNoText();
+    void smallFactorDrawsADashDotLine();
     void smallFactorStartsBelowATenth();
     void highDensityIsTwiceAsLarge();
 };
@@ -123,6 +125,26 @@ void tst_KelCopyrightRenderer::textIsCentred()
     QVERIFY(ink.width() > box.width() / 2);
     QVERIFY(std::abs(QRectF(ink).center().x() - box.center().x()) < 5);
     QVERIFY(std::abs(QRectF(ink).center().y() - box.center().y()) < box.height() / 4);
+}
+
+void tst_KelCopyrightRenderer::textIsTranslucentBlack()
+{
+    QImage image(QSize(1000, 200), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    KelCopyrightRenderer().renderCopyRight(&image, 1.0);
+    int darkest = 255;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            darkest = qMin(darkest, image.pixelColor(x, y).red());
+    }
+    // The stems of the letters are several pixels wide, some pixel is covered wholly.
+    QVERIFY2(qAbs(darkest - blackOverGround(1.0)) <= 3, qPrintable(QString::number(darkest)));
+}
+
+void tst_KelCopyrightRenderer::smallFactorDrawsADashDotLine()
+{
+    const QImage image = rendered(QSize(200, 60), 0.0999);
+    QVERIFY(darkPieces(image, darkBounds(image).bottom()) >= 3);
 }
 
 void tst_KelCopyrightRenderer::smallFactorDrawsNoText()

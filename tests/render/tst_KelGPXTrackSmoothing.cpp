@@ -61,6 +61,7 @@ private Q_SLOTS:
     void factorIsTheWeightOfTheOwnPosition();
     void tooFewPoints_data();
     void tooFewPoints();
+    void negativeCountTouchesNothing();
     void manyPointsAndPiecesNeedSixtyFourBits();
     void copiesWorkOnTheSameArray();
 };
@@ -78,6 +79,7 @@ void tst_KelGPXTrackSmoothing::estimateFixPoints_data()
     QTest::newRow("none wanted is one") << 0 << 10 << 1;
     QTest::newRow("negative wanted is one") << -5 << 10 << 1;
     QTest::newRow("no points is one") << 4 << 0 << 1;
+    QTest::newRow("negative count is one") << 4 << -7 << 1;
 }
 
 void tst_KelGPXTrackSmoothing::estimateFixPoints()
@@ -235,6 +237,12 @@ void tst_KelGPXTrackSmoothing::tooFewPoints()
     QFETCH(int, count);
     const QList<QPointF> points = zigzag(count);
     QCOMPARE(smoothed(points, 0.0, 1), points);
+}
+
+void tst_KelGPXTrackSmoothing::negativeCountTouchesNothing()
+{
+    for (const int count : {-1, std::numeric_limits<int>::min()})
+        KelGPXTrackSmoothing(nullptr, count, 0.0, 1).run();
 }
 
 void tst_KelGPXTrackSmoothing::manyPointsAndPiecesNeedSixtyFourBits()

@@ -63,9 +63,12 @@ private Q_SLOTS:
     void boxStaysDownAtAThirdOfTheImage();
     void movedUpByOneAndAHalfBoxHeights();
     void smallFactorDrawsNoText();
+    void smallFactorDrawsADashDotLine();
+    void smallFactorMovesTheLineWithTheBox();
     void smallFactorStartsBelowATenth();
     void highDensityIsTwiceAsLarge();
     void drawsOverTheImage();
+    void barIsTranslucentBlack();
 };
 
 void tst_KelOsmScaleRenderer::maximumPaintFactor_data()
@@ -355,6 +358,36 @@ void tst_KelOsmScaleRenderer::smallFactorDrawsNoText()
     QVERIFY(isGround(image.pixelColor(1, middleY)));
 }
 
+void tst_KelOsmScaleRenderer::smallFactorDrawsADashDotLine()
+{
+    // At 0.09 the box ends at 1 + 22 pixels and the text's width, half of it is long enough for a dash and a dot.
+    const QImage image = rendered(1200, 0.09);
+    QVERIFY(darkPieces(image, darkBounds(image).bottom()) >= 2);
+}
+
+void tst_KelOsmScaleRenderer::smallFactorMovesTheLineWithTheBox()
+{
+    // The box passes the third of 50 pixels (the bar is that of a wide image) and moves up.
+    const auto scale = scaleOfWidth(1200);
+    const auto renderedOnWidth = [&](int width) {
+        QImage image = transparentImage(QSize(width, 100));
+        scale.renderScale(&image, 0.05);
+        return image;
+    };
+    const QImage down = renderedOnWidth(200);
+    const QImage up = renderedOnWidth(50);
+    const QSizeF size = paddedTextSize(QStringLiteral("2.5 km"), 0.05);
+    QVERIFY(12.5 + size.width() > 50 / 3);
+    // The box stands on the foot of the bar, which is 99.5, and its text on 98.5.
+    const double boxHeight = size.height() + 1;
+    QVERIFY(std::abs(paintedBounds(down).bottom() - paintedBounds(up).bottom() - 1.5 * boxHeight) <= 1);
+
+    const int middleY = static_cast<int>(98.5 - 1.5 * boxHeight - size.height() / 2);
+    QVERIFY(darkBounds(up).bottom() <= middleY);
+    QVERIFY(darkBounds(up).top() >= middleY - 1);
+    QCOMPARE(darkBounds(up).left(), darkBounds(down).left());
+}
+
 void tst_KelOsmScaleRenderer::smallFactorStartsBelowATenth()
 {
     // With text there is a bar in the left half of the box, without there is none.
@@ -385,6 +418,17 @@ void tst_KelOsmScaleRenderer::drawsOverTheImage()
     const QColor ground = image.pixelColor(135, 376);
     QVERIFY(qAbs(ground.green() - 159) <= 2);
     QVERIFY(qAbs(ground.red() - 234) <= 2);
+}
+
+void tst_KelOsmScaleRenderer::barIsTranslucentBlack()
+{
+    QImage image(QSize(3000, 400), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    scaleOfWidth(3000).renderScale(&image, 1.0);
+    QVERIFY(qAbs(image.pixelColor(135, 376).red() - groundOverWhite) <= 2);
+    // The left tick at x = 10 covers half of the columns 9 and 10.
+    for (const int x : {9, 10})
+        QVERIFY(qAbs(image.pixelColor(x, 376).red() - blackOverGround(0.5)) <= 3);
 }
 
 QTEST_MAIN(tst_KelOsmScaleRenderer)

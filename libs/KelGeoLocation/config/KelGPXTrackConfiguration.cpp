@@ -15,6 +15,7 @@
 #include <QDomElement>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace
@@ -54,16 +55,27 @@ bool assignIfDifferent(T &field, const T &value)
 int wholeWidth(const KelDistance &width)
 {
     const double value = width.value();
-    if (value != value)
+    if (std::isnan(value))
         return 0;
     return static_cast<int>(std::clamp(value, static_cast<double>(std::numeric_limits<int>::min()),
                                        static_cast<double>(std::numeric_limits<int>::max())));
 }
 
+/// Qt reads "inf" and "nan" as numbers, but they are no widths: a dashed line of infinite width is never done drawing.
+double finiteOrNone(double width)
+{
+    return std::isfinite(width) ? width : 0.0;
+}
+
+double readWidth(const QDomElement &element, const QString &name, double defaultWidth)
+{
+    return finiteOrNone(KelXMLParser::doubleText(element, name, defaultWidth));
+}
+
 KelDistance haloWidthFor(const KelDistance &lineWidth, const KelGPXTrackDisplayOptions &options)
 {
     const bool filled = (options.toInt() & DisplayFill) != 0;
-    return filled ? lineWidth : lineWidth * outlineHaloFactor;
+    return filled ? lineWidth : KelDistance(finiteOrNone(lineWidth.value() * outlineHaloFactor));
 }
 
 QColor withAlpha(QColor color, int alpha)
@@ -99,7 +111,7 @@ KelGPXTrackDisplayOptions kmlDisplayOptions(const QDomElement &lineStyle, const 
 
 double kmlLineWidth(const QDomElement &lineStyle)
 {
-    const double width = KelGPXTrackConfiguration::decodeWidth(lineStyle) * pixelsPerKmlWidth;
+    const double width = finiteOrNone(KelGPXTrackConfiguration::decodeWidth(lineStyle) * pixelsPerKmlWidth);
     return width < smallestKmlLineWidth ? defaultKmlLineWidth : width;
 }
 
@@ -252,7 +264,9 @@ bool KelGPXTrackConfiguration::wouldChangeHaloToVisibleAgainst(const KelGPXTrack
 QColor KelGPXTrackConfiguration::multiplyAlpha(const QColor &color, double factor)
 {
     QColor result = color;
-    result.setAlphaF(static_cast<float>(color.alphaF() * factor));
+    // What QColor does with a fraction out of range, without its warning; a factor that is not a number gives 0.
+    const double alpha = color.alphaF() * factor;
+    result.setAlphaF(alpha > 0.0 ? static_cast<float>(std::min(alpha, 1.0)) : 0.0f);
     return result;
 }
 
@@ -294,11 +308,10 @@ KelGPXTrackConfiguration KelGPXTrackConfiguration::fromXml(const QDomElement &el
     KelGPXTrackShape shape;
     shape.fromXml(element);
 
-    const KelDistance lineWidth(KelXMLParser::doubleText(element, lineWidthElement, defaultLineWidth));
+    const KelDistance lineWidth(readWidth(element, lineWidthElement, defaultLineWidth));
     const QColor lineColor = KelXMLParser::readColor(element.firstChildElement(lineColorElement).text());
     const QDomElement fillColor = element.firstChildElement(fillColorElement);
-    const KelDistance halo(
-        KelXMLParser::doubleText(element, haloWidthElement, haloWidthFor(lineWidth, options).value()));
+    const KelDistance halo(readWidth(element, haloWidthElement, haloWidthFor(lineWidth, options).value()));
 
     return KelGPXTrackConfiguration(
         lineColor, lineWidth,
@@ -351,7 +364,7 @@ QColor KelGPXTrackConfiguration::decodeColor(const QDomElement &element)
 
 double KelGPXTrackConfiguration::decodeWidth(const QDomElement &element)
 {
-    return KelXMLParser::doubleText(element, KelKMLNames::Width, 0.0);
+    return readWidth(element, KelKMLNames::Width, 0.0);
 }
 
 QDebug operator<<(QDebug debug, const KelGPXTrackConfiguration &configuration)

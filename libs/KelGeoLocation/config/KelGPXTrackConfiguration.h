@@ -26,7 +26,7 @@ class QDomElement;
 /// The XML form is written into and read from an element that may hold other things as well: the children
 /// "pensize", "color", "fillcolor", "halosize", "displayOptions", "markerShape", "trackShape" and that of the pen
 /// style, and the attributes "smoothing" and "smoothingSteps". Reading never fails: what is missing takes the default
-/// that fromXml() states, a number that cannot be read is 0.
+/// that fromXml() states, a number that cannot be read is 0, and so is a width that is infinite or not a number.
 class KELGEOLOCATION_EXPORT KelGPXTrackConfiguration
 {
 public:
@@ -44,7 +44,7 @@ public:
     /// The library's own default: an opaque orange line (ff9100) of width 10, opaque lighter orange (fca404) for
     /// areas, no halo, stroke only, marker disk, shape auto, solid pen, no smoothing (100 percent, 1 step).
     [[nodiscard]] static KelGPXTrackConfiguration defaultValue();
-    /// The user's default, as KelGeoLocationSettings keeps it.
+    /// The user's default, as KelGeoLocationSettings keeps it: to be asked for in the user-interface thread.
     [[nodiscard]] static KelGPXTrackConfiguration currentDefaultConfiguration();
 
     /// Colour of the line, of outlines and of the marker's pen.
@@ -80,7 +80,8 @@ public:
     /// Whether a change from `other` to this configuration makes a halo appear: there is one here and none there.
     [[nodiscard]] bool wouldChangeHaloToVisibleAgainst(const KelGPXTrackConfiguration &other) const;
 
-    /// The colour with its alpha, as a fraction of 1, multiplied by `factor`.
+    /// The colour with its alpha, as a fraction of 1, multiplied by `factor` and limited to 0 … 1; fully transparent
+    /// for a factor that is not a number.
     [[nodiscard]] static QColor multiplyAlpha(const QColor &color, double factor);
 
     /// All ten values are equal; colours by QColor, widths by KelDistance.

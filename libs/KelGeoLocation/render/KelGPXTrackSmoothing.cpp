@@ -27,7 +27,7 @@ KelGPXTrackSmoothing::KelGPXTrackSmoothing(QPointF *points, int count, double fa
 
 void KelGPXTrackSmoothing::run()
 {
-    if (m_count / m_fixPoints == 1 || m_count - 1 <= 1)
+    if (m_count / m_fixPoints == 1 || m_count <= 2)
         return;
 
     int piece = 1;

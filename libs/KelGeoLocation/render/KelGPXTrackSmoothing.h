@@ -19,7 +19,7 @@
 class KELGEOLOCATION_EXPORT KelGPXTrackSmoothing
 {
 public:
-    /// \a points are \a count points owned by the caller. \a factor is the weight that a smoothed point keeps of its
+    /// \a points are \a count points owned by the caller; none when \a count is not above 0. \a factor is the weight that a smoothed point keeps of its
     /// own position: 1.0 leaves the track as it is, 0.0 puts every point on its chord. \a wantedFixPoints is the
     /// number of pieces, see estimateFixPoints().
     KelGPXTrackSmoothing(QPointF *points, int count, double factor, int wantedFixPoints);

@@ -82,6 +82,7 @@ double KelOsmScaleRenderer::strokeLength(double factor) const
 QRectF KelOsmScaleRenderer::strokeRect(const QRectF &imageRect, double factor) const
 {
     const double margin = KelOverlayStyle::MARGIN * factor;
+    // Deliberate: a negative height, the bar grows upwards from its foot.
     return QRectF(imageRect.left() + margin,
                   imageRect.y() + imageRect.height() - margin,
                   KelPixel::truncated(strokeLength(factor)),

@@ -31,9 +31,9 @@ public:
     KelOsmScaleRenderer(const KelDistance &pixelsPerKilometre, const QSize &imageSize);
 
     KelOsmScaleRenderer(const KelOsmScaleRenderer &) = default;
-    KelOsmScaleRenderer(KelOsmScaleRenderer &&) = default;
+    KelOsmScaleRenderer(KelOsmScaleRenderer &&) noexcept = default;
     KelOsmScaleRenderer &operator=(const KelOsmScaleRenderer &) = default;
-    KelOsmScaleRenderer &operator=(KelOsmScaleRenderer &&) = default;
+    KelOsmScaleRenderer &operator=(KelOsmScaleRenderer &&) noexcept = default;
     virtual ~KelOsmScaleRenderer() = default;
 
     /// The longest bar in kilometres: 300 pixels or two thirds of the image's width (whole pixels), whichever is less.
