@@ -22,6 +22,7 @@ namespace
 constexpr double MERCATOR_LIMIT = 85.05;
 constexpr double SINGLE_PLACE_DEGREES = 0.1;
 constexpr double NARROWEST_DEGREES = 0.002; // about 200 m from edge to edge
+constexpr double LARGEST_WORLD_PIXELS = 5e8; // the same limit for very large pictures
 constexpr int SECTORS = 3600;
 constexpr double SECTOR_DEGREES = 360.0 / SECTORS;
 
@@ -126,7 +127,7 @@ KelGeoPositionRect KelMapArea::aroundTracks(const KelGPXTrackElement &tracks, co
     const double innerHeight = std::max(1.0, size.height() - margins.top() - margins.bottom());
     const double widthScale = east > west ? innerWidth / (east - west) : HUGE_VAL;
     const double heightScale = south > north ? innerHeight / (south - north) : HUGE_VAL;
-    const double closest = size.width() * 360.0 / NARROWEST_DEGREES;
+    const double closest = std::min(size.width() * 360.0 / NARROWEST_DEGREES, LARGEST_WORLD_PIXELS);
     const double scale = std::min({widthScale, heightScale, closest});
 
     const double left = (west + east) / 2 - (margins.left() + innerWidth / 2) / scale;

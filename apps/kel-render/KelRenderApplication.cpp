@@ -25,6 +25,10 @@ namespace
 {
 
 constexpr QSize DEFAULT_SIZE(1600, 1000);
+// Beyond these a picture shows nothing: the world so large that places are closer than the numbers can tell, and
+// endless rows of worlds.
+constexpr double LARGEST_WORLD_PIXELS = 1e9;
+constexpr double MOST_COPIES_OF_THE_WORLD = 100.0;
 
 } // namespace
 
@@ -111,6 +115,25 @@ QSize KelRenderApplication::pictureSize() const
     return DEFAULT_SIZE;
 }
 
+bool KelRenderApplication::checkScale(const KelMapGeometry &geometry)
+{
+    const QString size = QStringLiteral("%1x%2").arg(geometry.size().width()).arg(geometry.size().height());
+    if (geometry.worldWidth() > LARGEST_WORLD_PIXELS) {
+        m_diagnostics.error(KelExitCode::UsageError,
+                            QStringLiteral("the area is too small for a picture of %1 pixels; use wider --bounds or a smaller --size").arg(size));
+        return false;
+    }
+    if (geometry.size().width() > MOST_COPIES_OF_THE_WORLD * geometry.worldWidth()) {
+        m_diagnostics.error(KelExitCode::UsageError,
+                            QStringLiteral("a picture of %1 pixels would show the whole world more than %2 times side by side; use a less "
+                                           "extreme --size or smaller --bounds")
+                                .arg(size)
+                                .arg(MOST_COPIES_OF_THE_WORLD));
+        return false;
+    }
+    return true;
+}
+
 bool KelRenderApplication::writePicture()
 {
     const QSize size = pictureSize();
@@ -126,9 +149,13 @@ bool KelRenderApplication::writePicture()
         return false;
     }
 
+    const KelMapGeometry geometry(area, size);
+    if (!checkScale(geometry))
+        return false;
+
     m_diagnostics.progress(QStringLiteral("Drawing %1 x %2 pixels").arg(size.width()).arg(size.height()));
     KelPictureEncoder encoder(m_options, size);
-    const QByteArray bytes = encoder.encode(KelPictureComposer(m_options, m_selection, KelMapGeometry(area, size), m_ownMap));
+    const QByteArray bytes = encoder.encode(KelPictureComposer(m_options, m_selection, geometry, m_ownMap));
     m_diagnostics.progress(QString());
 
     const QString target = m_options.toStandardOutput() ? QStringLiteral("standard output") : m_options.outputFile;

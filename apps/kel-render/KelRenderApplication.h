@@ -12,6 +12,8 @@
 
 #include <QStringList>
 
+class KelMapGeometry;
+
 /// The program: reads what the command line names, then writes what it asks for. Nothing is written before everything
 /// was read.
 class KelRenderApplication
@@ -25,6 +27,7 @@ private:
     bool writeResults();
     bool printInfo();
     bool writePicture();
+    bool checkScale(const KelMapGeometry &geometry);
     [[nodiscard]] QSize pictureSize() const;
 
     KelRenderOptions m_options;

@@ -15,6 +15,7 @@
 #include <cmath>
 #include <cstdio>
 #include <map>
+#include <type_traits>
 
 namespace
 {

@@ -15,6 +15,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -125,6 +127,10 @@ void KelTrackLoader::explainNothing(const QFileInfo &file, const KelErrorHistory
     KelErrorHistory::Entry entry = reasons.last();
     // As the user has named it: the factory was asked for the absolute path.
     entry.fileName = file.filePath();
+    if (entry.line > 0)
+        entry.column = std::max<qint64>(entry.column, 1);
+    while (entry.message.endsWith(QLatin1Char('.')))
+        entry.message.chop(1);
     if (entry.message.isEmpty())
         entry.message = QStringLiteral("there is no track in the file");
 

@@ -15,6 +15,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 namespace
 {
 

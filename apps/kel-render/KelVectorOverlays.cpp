@@ -6,12 +6,14 @@
 #include <KelCopyrightRenderer.h>
 #include <KelOsmScaleRenderer.h>
 
+#include <QColor>
 #include <QFont>
 #include <QFontInfo>
 #include <QPainter>
 #include <QPen>
 #include <QRectF>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
