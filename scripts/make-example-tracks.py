@@ -73,7 +73,8 @@ def timed_points(points, start, speed, elevation, indent="      "):
         if i:
             hours += kilometres(points[i - 1], point) / speed
         time = start + datetime.timedelta(seconds=round(hours * 3600))
-        lines.append(f'{indent}<trkpt lat="{point[0]:.6f}" lon="{point[1]:.6f}"><ele>{elevation(i, len(points)):.1f}</ele>'
+        lines.append(f'{indent}<trkpt lat="{point[0]:.6f}" lon="{point[1]:.6f}">'
+                     f'<ele>{elevation(i, len(points)):.1f}</ele>'
                      f'<time>{time:%Y-%m-%dT%H:%M:%SZ}</time></trkpt>\n')
     return "".join(lines)
 
@@ -98,9 +99,11 @@ def long_ride():
         [(52.628, 9.215), (52.510, 9.460), (52.374, 9.738), (52.150, 9.950), (51.900, 9.820), (51.533, 9.935)],
         [(51.528, 9.940), (51.320, 9.700), (51.060, 9.710), (50.870, 9.710), (50.555, 9.675), (50.300, 9.790)],
         [(50.295, 9.795), (50.050, 9.930), (49.794, 9.930), (49.570, 10.060), (49.378, 10.180), (49.070, 10.320)],
-        [(49.062, 10.325), (48.850, 10.490), (48.570, 10.230), (48.401, 9.988), (48.060, 9.800), (47.780, 9.610), (47.555, 9.685)],
+        [(49.062, 10.325), (48.850, 10.490), (48.570, 10.230), (48.401, 9.988), (48.060, 9.800), (47.780, 9.610),
+         (47.555, 9.685)],
     ]
-    text = GPX.format(more="") + "  <trk>\n    <name>From the sea to the lake</name>\n    <desc>Five days by bicycle</desc>\n"
+    text = GPX.format(more="") + "  <trk>\n    <name>From the sea to the lake</name>\n"
+    text += "    <desc>Five days by bicycle</desc>\n"
     for day, anchors in enumerate(days):
         points = wander(smooth(anchors, 14), 0.006, 10 + day)
         start = datetime.datetime(2024, 7, 1 + day, 7, 45)
@@ -134,8 +137,9 @@ def polygon_with_enclave():
     def segment(points, indent):
         return "".join(f'{indent}<trkpt lat="{lat:.3f}" lon="{lon:.3f}"/>\n' for lat, lon in points + points[:1])
 
-    return (GPX.format(more="") + "  <trk>\n    <name>A country around a country</name>\n    <trkseg>\n" + segment(country, "      ")
-            + "    </trkseg>\n    <shape>polygon</shape>\n    <enclaves>\n      <trk>\n        <name>The inner country</name>\n"
+    return (GPX.format(more="") + "  <trk>\n    <name>A country around a country</name>\n    <trkseg>\n"
+            + segment(country, "      ") + "    </trkseg>\n    <shape>polygon</shape>\n    <enclaves>\n      <trk>\n"
+            + "        <name>The inner country</name>\n"
             + "        <shape>polygon</shape>\n        <trkseg>\n" + segment(enclave, "          ")
             + "        </trkseg>\n      </trk>\n    </enclaves>\n  </trk>\n</gpx>\n")
 
@@ -166,10 +170,11 @@ def kml_tour():
     def coordinates(points):
         return " ".join(f"{lon:.4f},{lat:.4f},0" for lat, lon in points)
 
-    river = wander(smooth([(-3.74, -73.25), (-3.45, -72.00), (-4.22, -69.94), (-3.00, -67.90), (-3.35, -64.70), (-3.90, -62.00),
-                           (-3.13, -60.02), (-2.63, -56.74), (-2.42, -54.71), (-1.75, -52.24), (-1.45, -48.50)], 10), 0.05, 50)
-    bus = wander(smooth([(-0.18, -78.47), (-2.90, -79.00), (-5.19, -80.63), (-8.11, -79.03), (-12.05, -77.04), (-13.16, -74.22),
-                         (-13.53, -71.97), (-15.84, -70.02), (-16.50, -68.15)], 8), 0.06, 51)
+    river = wander(smooth([(-3.74, -73.25), (-3.45, -72.00), (-4.22, -69.94), (-3.00, -67.90), (-3.35, -64.70),
+                           (-3.90, -62.00), (-3.13, -60.02), (-2.63, -56.74), (-2.42, -54.71), (-1.75, -52.24),
+                           (-1.45, -48.50)], 10), 0.05, 50)
+    bus = wander(smooth([(-0.18, -78.47), (-2.90, -79.00), (-5.19, -80.63), (-8.11, -79.03), (-12.05, -77.04),
+                         (-13.16, -74.22), (-13.53, -71.97), (-15.84, -70.02), (-16.50, -68.15)], 8), 0.06, 51)
     reserve = [(-1.2, -65.9), (-1.1, -63.9), (-2.2, -62.3), (-3.0, -63.2), (-2.8, -65.0), (-2.0, -66.2)]
     islands = [(-0.2, -51.3), (-0.3, -49.2), (-0.8, -48.6), (-1.6, -49.5), (-1.5, -50.6)]
 
@@ -201,15 +206,18 @@ def kml_tour():
             + "      </Folder>\n      <Folder>\n        <name>Places</name>\n"
             + placemark("Manaus", "town", "<Point><coordinates>-60.0200,-3.1300,0</coordinates></Point>")
             + placemark("Cusco", "town", "<Point><coordinates>-71.9700,-13.5300,0</coordinates></Point>")
-            + "      </Folder>\n    </Folder>\n    <Folder>\n      <name>Areas</name>\n      <Folder>\n        <name>Green</name>\n"
+            + "      </Folder>\n    </Folder>\n    <Folder>\n      <name>Areas</name>\n      <Folder>\n"
+            + "        <name>Green</name>\n"
             + placemark("The reserve", "forest", polygon(reserve))
             + placemark("The island in the river's mouth", "island",
-                        "<MultiGeometry>" + polygon(islands) + "<Point><coordinates>-49.8,-0.9,0</coordinates></Point></MultiGeometry>")
+                        "<MultiGeometry>" + polygon(islands)
+                        + "<Point><coordinates>-49.8,-0.9,0</coordinates></Point></MultiGeometry>")
             + "      </Folder>\n    </Folder>\n  </Document>\n</kml>\n")
 
 
 def main():
-    folder = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "examples" / "tracks")
+    default = pathlib.Path(__file__).parent.parent / "examples" / "tracks"
+    folder = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else default
     folder.mkdir(parents=True, exist_ok=True)
     tour = kml_tour()
     files = {"city-walk.gpx": city_walk(), "long-ride.gpx": long_ride(), "date-line-flight.gpx": date_line_flight(),

@@ -59,10 +59,12 @@ std::optional<KelGPXTrack> KelBeelineBuilder::build(const KelBeelineOption &opti
     const auto place = [&](const QString &text) {
         const auto position = parsePlace(text);
         if (!position) {
-            diagnostics.error(KelExitCode::UsageError,
-                              QStringLiteral("--beeline: \"%1\" is no place; write \"N53.14 E8.21\", \"53.14,8.21\", \"53,8,24 N; 8,12,36 E\" "
-                                             "or a known place such as Sydney")
-                                  .arg(text));
+            diagnostics.error(
+                KelExitCode::UsageError,
+                QStringLiteral(
+                    "--beeline: \"%1\" is no place; write \"N53.14 E8.21\", \"53.14,8.21\", \"53,8,24 N; 8,12,36 E\" "
+                    "or a known place such as Sydney")
+                    .arg(text));
         }
         return position;
     };

@@ -21,7 +21,7 @@ namespace
 
 constexpr double MERCATOR_LIMIT = 85.05;
 constexpr double SINGLE_PLACE_DEGREES = 0.1;
-constexpr double NARROWEST_DEGREES = 0.002; // about 200 m from edge to edge
+constexpr double NARROWEST_DEGREES = 0.002;  // about 200 m from edge to edge
 constexpr double LARGEST_WORLD_PIXELS = 5e8; // the same limit for very large pictures
 constexpr int SECTORS = 3600;
 constexpr double SECTOR_DEGREES = 360.0 / SECTORS;
@@ -49,7 +49,7 @@ std::pair<double, double> rangeWithoutWidestGap(const QList<KelGeoPositionList> 
             const int sector = sectorOf(position.longitude().decimalDegrees());
             const int distance = previous < 0 ? 0 : (sector - previous + SECTORS) % SECTORS;
             const int step = distance <= SECTORS / 2 ? 1 : SECTORS - 1;
-            for (int i = previous < 0 ? sector : previous; ; i = (i + step) % SECTORS) {
+            for (int i = previous < 0 ? sector : previous;; i = (i + step) % SECTORS) {
                 used[static_cast<size_t>(i)] = 1;
                 if (i == sector)
                     break;
@@ -86,8 +86,8 @@ KelGeoPositionRect KelMapArea::boundingBox(const KelGPXTrackElement &tracks)
 
     const auto latitudes = positions.latitudes().range();
     const auto longitudes = positions.longitudes().effectiveRange();
-    KelMapBounds bounds{latitudes.min().decimalDegrees(), longitudes.min().decimalDegrees(), latitudes.max().decimalDegrees(),
-                        longitudes.max().decimalDegrees()};
+    KelMapBounds bounds{latitudes.min().decimalDegrees(), longitudes.min().decimalDegrees(),
+                        latitudes.max().decimalDegrees(), longitudes.max().decimalDegrees()};
     if (bounds.west == bounds.east)
         return bounds.toRect();
     if (bounds.width() > 180.0) {
@@ -100,7 +100,8 @@ KelGeoPositionRect KelMapArea::boundingBox(const KelGPXTrackElement &tracks)
     return bounds.toRect();
 }
 
-KelGeoPositionRect KelMapArea::aroundTracks(const KelGPXTrackElement &tracks, const QSize &size, const QMarginsF &margins)
+KelGeoPositionRect KelMapArea::aroundTracks(const KelGPXTrackElement &tracks, const QSize &size,
+                                            const QMarginsF &margins)
 {
     const KelGeoPositionRect box = boundingBox(tracks);
     if (!box.isValid())

@@ -50,7 +50,11 @@ KelMapBounds KelMapBounds::fromRect(const KelGeoPositionRect &rect)
 
 QString KelMapBounds::toString() const
 {
-    return QStringLiteral("%1,%2,%3,%4").arg(south, 0, 'f', 5).arg(west, 0, 'f', 5).arg(north, 0, 'f', 5).arg(east, 0, 'f', 5);
+    return QStringLiteral("%1,%2,%3,%4")
+        .arg(south, 0, 'f', 5)
+        .arg(west, 0, 'f', 5)
+        .arg(north, 0, 'f', 5)
+        .arg(east, 0, 'f', 5);
 }
 
 KelGeoPositionRect KelMapBounds::toRect() const

@@ -41,8 +41,9 @@ QPointF KelMapGeometry::toPixel(const KelGeoPosition &position) const
 
 QPointF KelMapGeometry::toPixel(double latitude, double longitude) const
 {
-    return m_frame.toPixel(m_projection.longitudeToNormalized(longitude),
-                           m_projection.latitudeToNormalized(std::clamp(latitude, -HIGHEST_LATITUDE, HIGHEST_LATITUDE)));
+    return m_frame.toPixel(
+        m_projection.longitudeToNormalized(longitude),
+        m_projection.latitudeToNormalized(std::clamp(latitude, -HIGHEST_LATITUDE, HIGHEST_LATITUDE)));
 }
 
 double KelMapGeometry::pixelsPerKilometre() const

@@ -26,8 +26,8 @@ public:
     [[nodiscard]] QSize size() const noexcept { return m_size; }
     [[nodiscard]] const KelWorldMapFrame &frame() const noexcept { return m_frame; }
 
-    /// Pixel of a position. One copy of the world: longitudes of ±180 are one worldWidth() apart. Positions at the poles
-    /// are drawn back to 89.9 degrees.
+    /// Pixel of a position. One copy of the world: longitudes of ±180 are one worldWidth() apart. Positions at the
+    /// poles are drawn back to 89.9 degrees.
     [[nodiscard]] QPointF toPixel(const KelGeoPosition &position) const;
     [[nodiscard]] QPointF toPixel(double latitude, double longitude) const;
 

@@ -71,9 +71,11 @@ bool KelMapPicture::load(const QString &fileName, const KelMapBounds &bounds, Ke
     }
     if (m_image.isNull()) {
         const bool unknown = reader.error() == QImageReader::UnsupportedFormatError;
-        diagnostics.error(unknown ? KelExitCode::UnsupportedFormat : KelExitCode::InputMalformed,
-                          unknown ? QStringLiteral("%1: the map picture is of no known kind; use PNG, JPEG or WebP").arg(fileName)
-                                  : QStringLiteral("%1: the map picture is damaged or too large: %2").arg(fileName, reader.errorString()));
+        diagnostics.error(
+            unknown ? KelExitCode::UnsupportedFormat : KelExitCode::InputMalformed,
+            unknown ? QStringLiteral("%1: the map picture is of no known kind; use PNG, JPEG or WebP").arg(fileName)
+                    : QStringLiteral("%1: the map picture is damaged or too large: %2")
+                          .arg(fileName, reader.errorString()));
         return false;
     }
     m_bounds = bounds;
@@ -92,7 +94,8 @@ void KelMapPicture::paint(QPainter &painter, const KelMapGeometry &geometry) con
     painter.setClipRect(view);
     painter.fillRect(view, NOT_COVERED);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    for (double shift = std::ceil((view.left() - target.right()) / world); target.left() + shift * world < view.right(); shift += 1.0) {
+    for (double shift = std::ceil((view.left() - target.right()) / world); target.left() + shift * world < view.right();
+         shift += 1.0) {
         // Only the visible part: the whole target may be far larger than a painter can take.
         const QRectF whole = target.translated(shift * world, 0);
         const QRectF visible = whole.intersected(view);
@@ -101,8 +104,8 @@ void KelMapPicture::paint(QPainter &painter, const KelMapGeometry &geometry) con
         const double sx = m_image.width() / whole.width();
         const double sy = m_image.height() / whole.height();
         painter.drawImage(visible, m_image,
-                          QRectF((visible.left() - whole.left()) * sx, (visible.top() - whole.top()) * sy, visible.width() * sx,
-                                 visible.height() * sy));
+                          QRectF((visible.left() - whole.left()) * sx, (visible.top() - whole.top()) * sy,
+                                 visible.width() * sx, visible.height() * sy));
     }
     painter.restore();
 }

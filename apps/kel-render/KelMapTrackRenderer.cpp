@@ -15,7 +15,8 @@
 #include <QPainterPath>
 #include <QPen>
 
-KelMapTrackRenderer::KelMapTrackRenderer(const KelGPXTrackSelection &selection, const KelMapGeometry &geometry, double renderingFactor)
+KelMapTrackRenderer::KelMapTrackRenderer(const KelGPXTrackSelection &selection, const KelMapGeometry &geometry,
+                                         double renderingFactor)
     : KelGPXTrackRenderer(selection, geometry.size(), renderingFactor)
     , m_selection(selection)
     , m_geometry(geometry)

@@ -83,7 +83,10 @@ bool KelOutputFile::write(const QByteArray &bytes)
         return writeThrough(bytes); // a device or a pipe
     if (info.exists() && !info.isWritable())
         return fail(EACCES);
-    return replace(info.exists() ? info.canonicalFilePath() : info.isSymLink() ? info.symLinkTarget() : info.absoluteFilePath(), bytes);
+    return replace(info.exists()          ? info.canonicalFilePath()
+                       : info.isSymLink() ? info.symLinkTarget()
+                                          : info.absoluteFilePath(),
+                   bytes);
 }
 
 bool KelOutputFile::writeThrough(const QByteArray &bytes)
@@ -104,7 +107,9 @@ bool KelOutputFile::replace(const QString &target, const QByteArray &bytes)
     if (descriptor < 0)
         return fail(errno);
 
-    struct stat former {};
+    struct stat former
+    {
+    };
     const mode_t mode = ::stat(final.constData(), &former) == 0 ? former.st_mode & 07777 : 0666 & ~currentMask();
     int error = writeAll(descriptor, bytes);
     if (error == 0 && ::fchmod(descriptor, mode) != 0)

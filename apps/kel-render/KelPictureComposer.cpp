@@ -22,7 +22,8 @@
 namespace
 {
 
-// The overlays are made for prints; half their size is easy to read on a screen, and less is enough for a small picture.
+// The overlays are made for prints; half their size is easy to read on a screen, and less is enough for a small
+// picture.
 constexpr double OVERLAY_SIZE = 0.5;
 constexpr double OVERLAY_FULL_WIDTH = 600.0;
 constexpr double OVERLAY_HEIGHT = 62.0; // of the box with its distance from the edge, at factor 1
@@ -49,7 +50,8 @@ double KelPictureComposer::overlayFactor(const KelRenderOptions &options, const 
     return OVERLAY_SIZE * options.scaleFactor * std::min(1.0, room);
 }
 
-QMarginsF KelPictureComposer::margins(const KelRenderOptions &options, const KelGPXTrackSelection &selection, const QSize &size)
+QMarginsF KelPictureComposer::margins(const KelRenderOptions &options, const KelGPXTrackSelection &selection,
+                                      const QSize &size)
 {
     double widest = 0.0;
     for (int row = 0; row < selection.count(); ++row) {
@@ -114,8 +116,9 @@ void KelPictureComposer::paint(QPainter &painter) const
     paintTracks(painter);
     const KelVectorOverlays overlays(m_geometry.size(), m_overlayFactor);
     if (m_options.scale) {
-        overlays.drawScale(painter, KelOsmScaleRenderer(KelDistance(m_geometry.pixelsPerKilometre() / m_overlayFactor),
-                                                        m_geometry.size() / m_overlayFactor));
+        overlays.drawScale(painter,
+                           KelOsmScaleRenderer(KelDistance(m_geometry.pixelsPerKilometre() / m_overlayFactor),
+                                               m_geometry.size() / m_overlayFactor));
     }
     if (m_options.attribution && !credit().isEmpty())
         overlays.drawCredit(painter, KelMapCredit(credit()));

@@ -19,11 +19,12 @@ class QPainter;
 class KelPictureComposer
 {
 public:
-    KelPictureComposer(const KelRenderOptions &options, const KelGPXTrackSelection &selection, const KelMapGeometry &geometry,
-                       const KelMapPicture &ownMap);
+    KelPictureComposer(const KelRenderOptions &options, const KelGPXTrackSelection &selection,
+                       const KelMapGeometry &geometry, const KelMapPicture &ownMap);
 
     /// What tracks should keep away from: the padding, line widths, and the overlays at the bottom.
-    [[nodiscard]] static QMarginsF margins(const KelRenderOptions &options, const KelGPXTrackSelection &selection, const QSize &size);
+    [[nodiscard]] static QMarginsF margins(const KelRenderOptions &options, const KelGPXTrackSelection &selection,
+                                           const QSize &size);
 
     /// The picture in pixels; null if there is too little memory.
     [[nodiscard]] QImage toImage() const;

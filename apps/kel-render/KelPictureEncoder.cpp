@@ -53,7 +53,9 @@ QByteArray KelPictureEncoder::encodePixels(const KelPictureComposer &composer)
 {
     QImage image = composer.toImage();
     if (image.isNull()) {
-        m_error = QStringLiteral("too little memory for %1 x %2 pixels; use a smaller --size").arg(m_size.width()).arg(m_size.height());
+        m_error = QStringLiteral("too little memory for %1 x %2 pixels; use a smaller --size")
+                      .arg(m_size.width())
+                      .arg(m_size.height());
         return {};
     }
     if (!m_options.format.hasTransparency()) {
@@ -72,7 +74,8 @@ QByteArray KelPictureEncoder::encodePixels(const KelPictureComposer &composer)
         writer.setQuality(m_options.quality);
     if (!writer.write(image)) {
         m_error = writer.error() == QImageWriter::UnsupportedFormatError
-            ? QStringLiteral("this Qt cannot write %1; install the package qt6-image-formats-plugins or choose another format")
+            ? QStringLiteral(
+                  "this Qt cannot write %1; install the package qt6-image-formats-plugins or choose another format")
                   .arg(QString::fromLatin1(m_options.format.encoder()))
             : writer.errorString();
         return {};
@@ -89,8 +92,9 @@ QByteArray KelPictureEncoder::encodePdf(const KelPictureComposer &composer)
         writer.setCreator(programName());
         writer.setTitle(programName());
         writer.setResolution(DOTS_PER_INCH);
-        writer.setPageLayout(QPageLayout(QPageSize(QSizeF(m_size) * POINTS_PER_PIXEL, QPageSize::Point, QString(), QPageSize::ExactMatch),
-                                         QPageLayout::Portrait, QMarginsF()));
+        writer.setPageLayout(QPageLayout(
+            QPageSize(QSizeF(m_size) * POINTS_PER_PIXEL, QPageSize::Point, QString(), QPageSize::ExactMatch),
+            QPageLayout::Portrait, QMarginsF()));
         QPainter painter;
         if (!painter.begin(&writer)) {
             m_error = QStringLiteral("the PDF cannot be made");

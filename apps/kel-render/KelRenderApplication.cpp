@@ -60,12 +60,14 @@ bool KelRenderApplication::readInputs()
         if (const auto track = KelBeelineBuilder::build(option, m_diagnostics))
             m_selection.addTrack(*track);
     }
-    if (m_options.map == KelRenderOptions::Map::Picture && !m_ownMap.load(m_options.mapFile, *m_options.mapBounds, m_diagnostics))
+    if (m_options.map == KelRenderOptions::Map::Picture
+        && !m_ownMap.load(m_options.mapFile, *m_options.mapBounds, m_diagnostics))
         return false;
     if (m_diagnostics.hasErrors() && !m_options.keepGoing)
         return false;
     if (m_selection.isEmpty()) {
-        m_diagnostics.error(KelExitCode::NothingToDraw, QStringLiteral("there is nothing to draw: no input holds a track"));
+        m_diagnostics.error(KelExitCode::NothingToDraw,
+                            QStringLiteral("there is nothing to draw: no input holds a track"));
         return false;
     }
     return true;
@@ -119,16 +121,20 @@ bool KelRenderApplication::checkScale(const KelMapGeometry &geometry)
 {
     const QString size = QStringLiteral("%1x%2").arg(geometry.size().width()).arg(geometry.size().height());
     if (geometry.worldWidth() > LARGEST_WORLD_PIXELS) {
-        m_diagnostics.error(KelExitCode::UsageError,
-                            QStringLiteral("the area is too small for a picture of %1 pixels; use wider --bounds or a smaller --size").arg(size));
+        m_diagnostics.error(
+            KelExitCode::UsageError,
+            QStringLiteral("the area is too small for a picture of %1 pixels; use wider --bounds or a smaller --size")
+                .arg(size));
         return false;
     }
     if (geometry.size().width() > MOST_COPIES_OF_THE_WORLD * geometry.worldWidth()) {
-        m_diagnostics.error(KelExitCode::UsageError,
-                            QStringLiteral("a picture of %1 pixels would show the whole world more than %2 times side by side; use a less "
-                                           "extreme --size or smaller --bounds")
-                                .arg(size)
-                                .arg(MOST_COPIES_OF_THE_WORLD));
+        m_diagnostics.error(
+            KelExitCode::UsageError,
+            QStringLiteral(
+                "a picture of %1 pixels would show the whole world more than %2 times side by side; use a less "
+                "extreme --size or smaller --bounds")
+                .arg(size)
+                .arg(MOST_COPIES_OF_THE_WORLD));
         return false;
     }
     return true;
@@ -145,7 +151,8 @@ bool KelRenderApplication::writePicture()
     else
         area = KelMapArea::aroundTracks(m_selection, size, KelPictureComposer::margins(m_options, m_selection, size));
     if (!area.latitudeRange().isValid()) {
-        m_diagnostics.error(KelExitCode::NothingToDraw, QStringLiteral("there is nothing to draw: no track has a position on the globe"));
+        m_diagnostics.error(KelExitCode::NothingToDraw,
+                            QStringLiteral("there is nothing to draw: no track has a position on the globe"));
         return false;
     }
 
@@ -161,7 +168,8 @@ bool KelRenderApplication::writePicture()
     const QString target = m_options.toStandardOutput() ? QStringLiteral("standard output") : m_options.outputFile;
     QString error = encoder.error();
     if (bytes.isEmpty()) {
-        m_diagnostics.error(KelExitCode::InternalError, QStringLiteral("%1: the picture was not made: %2").arg(target, error));
+        m_diagnostics.error(KelExitCode::InternalError,
+                            QStringLiteral("%1: the picture was not made: %2").arg(target, error));
         return false;
     }
     bool written = false;
@@ -173,6 +181,7 @@ bool KelRenderApplication::writePicture()
         error = file.error();
     }
     if (!written)
-        m_diagnostics.error(KelExitCode::OutputFailed, QStringLiteral("%1: the picture was not written: %2").arg(target, error));
+        m_diagnostics.error(KelExitCode::OutputFailed,
+                            QStringLiteral("%1: the picture was not written: %2").arg(target, error));
     return written;
 }

@@ -33,10 +33,12 @@ struct OptionText
 // One place for all options; --help shows them in this order.
 constexpr OptionText OPTIONS[] = {
     {"o,output", "Write the picture to <file>; \"-\" is standard output.", "file"},
-    {"format", "Kind of picture: png, jpg, webp, pdf or svg. Without it the file's suffix decides; png for \"-\".", "kind"},
+    {"format", "Kind of picture: png, jpg, webp, pdf or svg. Without it the file's suffix decides; png for \"-\".",
+     "kind"},
     {"quality", "Quality of jpg and webp, 1 to 100.", "percent"},
     {"s,size", "Width and height of the picture in pixels (default 1600x1000).", "WxH"},
-    {"scale-factor", "Multiply line widths, markers and texts, for displays and prints of high density (default 1).", "factor"},
+    {"scale-factor", "Multiply line widths, markers and texts, for displays and prints of high density (default 1).",
+     "factor"},
     {"padding", "Free border around the tracks in percent of the picture (default 8).", "percent"},
     {"bounds", "Show this area, in degrees. A west greater than the east goes across the date line.", "S,W,N,E"},
     {"map", "Your own map picture (Mercator); needs --map-bounds.", "image"},
@@ -53,12 +55,16 @@ constexpr OptionText OPTIONS[] = {
     {"halo-width", "Light border around tracks; also what --crop keeps clear.", "pixels"},
     {"pen-style", "solid, dash, dot, dash-dot, dash-dot-dot or none.", "style"},
     {"display-options", "What to paint: stroke, fill or stroke,fill.", "list"},
-    {"marker", "Marker of points: disk, circle, x, block, rect, rhombus, star6, star9, star12; arrow ends lines with one.", "marker"},
+    {"marker",
+     "Marker of points: disk, circle, x, block, rect, rhombus, star6, star9, star12; arrow ends lines with one.",
+     "marker"},
     {"shape", "Draw tracks as point, linestring, polygon, hop or auto.", "shape"},
     {"smoothing", "Percentage that each point keeps of its place; 100 smooths nothing.", "percent"},
     {"smoothing-steps", "Number of pieces that smoothing straightens.", "count"},
-    {"beeline", "Draw the great circle from <A> to <B> (two arguments; may be repeated): \"N53.14 E8.21\", \"53.14,8.21\", "
-                "\"53,8,24 N; 8,12,36 E\", or a known place such as Sydney.", "A> <B"},
+    {"beeline",
+     "Draw the great circle from <A> to <B> (two arguments; may be repeated): \"N53.14 E8.21\", \"53.14,8.21\", "
+     "\"53,8,24 N; 8,12,36 E\", or a known place such as Sydney.",
+     "A> <B"},
     {"name", "Name of the beeline before it.", "text"},
     {"selection", "Read tracks, looks and cropping from a file of --save-selection.", "file"},
     {"save-selection", "Store tracks, looks and cropping in <file> and the tracks in a folder beside it.", "file"},
@@ -71,30 +77,27 @@ constexpr OptionText OPTIONS[] = {
     {"v,version", "Show the version.", nullptr},
 };
 
-constexpr char INTRODUCTION[] =
-    "Usage: kel-render [options] <file or folder>... -o <picture>\n"
-    "Draws GPX, KML and KMZ tracks on a map.\n"
-    "\n"
-    "  kel-render walk.gpx tour.kml -o map.png --size 1600x1000\n"
-    "  kel-render --beeline Helsinki Honolulu --name \"Long way\" -o flight.svg\n"
-    "  kel-render tracks/ --info\n"
-    "\n"
-    "Options:\n";
+constexpr char INTRODUCTION[] = "Usage: kel-render [options] <file or folder>... -o <picture>\n"
+                                "Draws GPX, KML and KMZ tracks on a map.\n"
+                                "\n"
+                                "  kel-render walk.gpx tour.kml -o map.png --size 1600x1000\n"
+                                "  kel-render --beeline Helsinki Honolulu --name \"Long way\" -o flight.svg\n"
+                                "  kel-render tracks/ --info\n"
+                                "\n"
+                                "Options:\n";
 
-constexpr char CONCLUSION[] =
-    "\n"
-    "Exit codes:\n"
-    "  0  done\n"
-    "  1  internal error, such as too little memory\n"
-    "  2  wrong use: unknown option or bad value\n"
-    "  3  an input is missing or cannot be read\n"
-    "  4  an input is malformed (told as file:line:column: message)\n"
-    "  5  a kind of file that cannot be read or written\n"
-    "  6  nothing to draw\n"
-    "  7  a result could not be written; what was there before is unchanged\n"
-    "\n"
-    "The manual page kel-render(1) says more.\n";
-
+constexpr char CONCLUSION[] = "\n"
+                              "Exit codes:\n"
+                              "  0  done\n"
+                              "  1  internal error, such as too little memory\n"
+                              "  2  wrong use: unknown option or bad value\n"
+                              "  3  an input is missing or cannot be read\n"
+                              "  4  an input is malformed (told as file:line:column: message)\n"
+                              "  5  a kind of file that cannot be read or written\n"
+                              "  6  nothing to draw\n"
+                              "  7  a result could not be written; what was there before is unchanged\n"
+                              "\n"
+                              "The manual page kel-render(1) says more.\n";
 
 bool fail(KelDiagnostics &diagnostics, const QString &text)
 {
@@ -184,12 +187,13 @@ KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &
     options.attribution = !m_parser.isSet(QStringLiteral("no-attribution"));
     options.attributionText = m_parser.value(QStringLiteral("attribution"));
 
-    const bool ok = readOutput(options, diagnostics) && readNumbers(options, diagnostics) && readMap(options, diagnostics)
-        && readStyle(options.style, diagnostics) && checkWhole(options, diagnostics);
+    const bool ok = readOutput(options, diagnostics) && readNumbers(options, diagnostics)
+        && readMap(options, diagnostics) && readStyle(options.style, diagnostics) && checkWhole(options, diagnostics);
     return ok ? Outcome::Run : Outcome::Failed;
 }
 
-bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptions &options, KelDiagnostics &diagnostics) const
+bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptions &options,
+                                          KelDiagnostics &diagnostics) const
 {
     // QCommandLineParser knows options with one value only, and nothing of which --name belongs to which --beeline.
     QStringList rest;
@@ -201,7 +205,9 @@ bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptio
         }
         if (argument == QLatin1String("--beeline")) {
             if (i + 2 >= arguments.size())
-                return fail(diagnostics, QStringLiteral("--beeline needs two places, for example --beeline \"N53.14 E8.21\" Sydney"));
+                return fail(
+                    diagnostics,
+                    QStringLiteral("--beeline needs two places, for example --beeline \"N53.14 E8.21\" Sydney"));
             options.beelines.append({arguments.at(i + 1), arguments.at(i + 2), QString()});
             i += 2;
         } else if (argument == QLatin1String("--name") || argument.startsWith(QLatin1String("--name="))) {
@@ -209,7 +215,8 @@ bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptio
             if (!joined && i + 1 >= arguments.size())
                 return fail(diagnostics, QStringLiteral("--name needs a text"));
             if (options.beelines.isEmpty())
-                return fail(diagnostics, QStringLiteral("--name names the --beeline before it; put the --beeline first"));
+                return fail(diagnostics,
+                            QStringLiteral("--name names the --beeline before it; put the --beeline first"));
             options.beelines.last().name = joined ? argument.section(QLatin1Char('='), 1) : arguments.at(++i);
         } else {
             rest.append(argument);
@@ -229,8 +236,9 @@ bool KelRenderOptionsReader::readOutput(KelRenderOptions &options, KelDiagnostic
     if (m_parser.isSet(QStringLiteral("format"))) {
         const auto format = KelPictureFormat::fromName(m_parser.value(QStringLiteral("format")));
         if (!format) {
-            return fail(diagnostics, QStringLiteral("--format %1 is not known; use one of %2")
-                                         .arg(m_parser.value(QStringLiteral("format")), KelPictureFormat::allNames()));
+            return fail(diagnostics,
+                        QStringLiteral("--format %1 is not known; use one of %2")
+                            .arg(m_parser.value(QStringLiteral("format")), KelPictureFormat::allNames()));
         }
         options.format = *format;
     } else if (!options.outputFile.isEmpty() && !options.toStandardOutput()) {
@@ -247,8 +255,9 @@ bool KelRenderOptionsReader::readOutput(KelRenderOptions &options, KelDiagnostic
         options.format = *format;
     }
     if (!options.exportFile.isEmpty() && QFileInfo(options.exportFile).suffix().toLower() != QLatin1String("gpx")) {
-        diagnostics.error(KelExitCode::UnsupportedFormat,
-                          QStringLiteral("%1: only GPX can be exported; end the name with .gpx").arg(options.exportFile));
+        diagnostics.error(
+            KelExitCode::UnsupportedFormat,
+            QStringLiteral("%1: only GPX can be exported; end the name with .gpx").arg(options.exportFile));
         return false;
     }
     return true;
@@ -260,14 +269,23 @@ bool KelRenderOptionsReader::readNumbers(KelRenderOptions &options, KelDiagnosti
         const QString text = m_parser.value(QStringLiteral("size"));
         const auto size = parseSize(text);
         if (!size)
-            return fail(diagnostics, QStringLiteral("--size %1 is not a size; use WIDTHxHEIGHT in pixels, for example 1600x1000").arg(text));
+            return fail(
+                diagnostics,
+                QStringLiteral("--size %1 is not a size; use WIDTHxHEIGHT in pixels, for example 1600x1000").arg(text));
         const int most = options.format.maximumSide();
-        if (size->width() < SMALLEST_SIDE || size->height() < SMALLEST_SIDE || size->width() > most || size->height() > most)
-            return fail(diagnostics, QStringLiteral("--size %1: each side must have %2 to %3 pixels").arg(text).arg(SMALLEST_SIDE).arg(most));
+        if (size->width() < SMALLEST_SIDE || size->height() < SMALLEST_SIDE || size->width() > most
+            || size->height() > most)
+            return fail(diagnostics,
+                        QStringLiteral("--size %1: each side must have %2 to %3 pixels")
+                            .arg(text)
+                            .arg(SMALLEST_SIDE)
+                            .arg(most));
         if (static_cast<qint64>(size->width()) * size->height() > MOST_PIXELS)
-            return fail(diagnostics, QStringLiteral("--size %1: at most %2 million pixels; use pdf or svg with a smaller size for large prints")
-                                         .arg(text)
-                                         .arg(MOST_PIXELS / 1'000'000));
+            return fail(diagnostics,
+                        QStringLiteral(
+                            "--size %1: at most %2 million pixels; use pdf or svg with a smaller size for large prints")
+                            .arg(text)
+                            .arg(MOST_PIXELS / 1'000'000));
         options.size = size;
     }
     const auto take = [&](const char *name, double least, double most, auto &target) {
@@ -276,8 +294,9 @@ bool KelRenderOptionsReader::readNumbers(KelRenderOptions &options, KelDiagnosti
             return true;
         const auto value = number(m_parser.value(key), least, most);
         if (!value) {
-            return fail(diagnostics, QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                                         .arg(key, m_parser.value(key), QString::number(least), QString::number(most)));
+            return fail(diagnostics,
+                        QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
+                            .arg(key, m_parser.value(key), QString::number(least), QString::number(most)));
         }
         target = static_cast<std::remove_reference_t<decltype(target)>>(*value);
         return true;
@@ -291,7 +310,8 @@ bool KelRenderOptionsReader::readNumbers(KelRenderOptions &options, KelDiagnosti
         const bool percent = text.endsWith(QLatin1Char('%'));
         const auto value = percent ? number(text.chopped(1), 0, 100) : number(text, 0, 255);
         if (!value)
-            return fail(diagnostics, QStringLiteral("--crop %1: an opacity from 0 to 255 or a percentage is needed").arg(text));
+            return fail(diagnostics,
+                        QStringLiteral("--crop %1: an opacity from 0 to 255 or a percentage is needed").arg(text));
         options.croppingOpacity = static_cast<int>(std::lround(percent ? *value * 2.55 : *value));
     }
     return true;
@@ -304,25 +324,30 @@ bool KelRenderOptionsReader::readMap(KelRenderOptions &options, KelDiagnostics &
             return true;
         bounds = KelMapBounds::parse(m_parser.value(name));
         if (!bounds) {
-            return fail(diagnostics, QStringLiteral("--%1 %2: four numbers SOUTH,WEST,NORTH,EAST in degrees are needed, south below north, "
-                                                    "for example 53.0,8.1,53.2,8.4")
-                                         .arg(name, m_parser.value(name)));
+            return fail(
+                diagnostics,
+                QStringLiteral("--%1 %2: four numbers SOUTH,WEST,NORTH,EAST in degrees are needed, south below north, "
+                               "for example 53.0,8.1,53.2,8.4")
+                    .arg(name, m_parser.value(name)));
         }
         return true;
     };
-    if (!takeBounds(QStringLiteral("bounds"), options.bounds) || !takeBounds(QStringLiteral("map-bounds"), options.mapBounds))
+    if (!takeBounds(QStringLiteral("bounds"), options.bounds)
+        || !takeBounds(QStringLiteral("map-bounds"), options.mapBounds))
         return false;
 
     options.dark = m_parser.isSet(QStringLiteral("dark"));
     options.mapFile = m_parser.value(QStringLiteral("map"));
     const bool noMap = m_parser.isSet(QStringLiteral("no-map"));
     if (options.mapFile.isEmpty() == options.mapBounds.has_value())
-        return fail(diagnostics, QStringLiteral("--map and --map-bounds need each other: the picture, and the area that it shows"));
+        return fail(diagnostics,
+                    QStringLiteral("--map and --map-bounds need each other: the picture, and the area that it shows"));
     if (noMap && !options.mapFile.isEmpty())
         return fail(diagnostics, QStringLiteral("--map and --no-map contradict each other"));
-    options.map = noMap ? KelRenderOptions::Map::None
-        : options.mapFile.isEmpty() ? KelRenderOptions::Map::World
-                                    : KelRenderOptions::Map::Picture;
+    if (noMap)
+        options.map = KelRenderOptions::Map::None;
+    else
+        options.map = options.mapFile.isEmpty() ? KelRenderOptions::Map::World : KelRenderOptions::Map::Picture;
     return true;
 }
 
@@ -333,8 +358,9 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
             return true;
         const QColor value(m_parser.value(name));
         if (!value.isValid())
-            return fail(diagnostics, QStringLiteral("--%1 %2 is not a colour; use a name such as red, #rrggbb or #aarrggbb")
-                                         .arg(name, m_parser.value(name)));
+            return fail(diagnostics,
+                        QStringLiteral("--%1 %2 is not a colour; use a name such as red, #rrggbb or #aarrggbb")
+                            .arg(name, m_parser.value(name)));
         color = value.toRgb();
         return true;
     };
@@ -343,12 +369,14 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
             return true;
         const auto value = number(m_parser.value(name), least, most);
         if (!value)
-            return fail(diagnostics, QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                                         .arg(name, m_parser.value(name), QString::number(least), QString::number(most)));
+            return fail(diagnostics,
+                        QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
+                            .arg(name, m_parser.value(name), QString::number(least), QString::number(most)));
         target = static_cast<typename std::remove_reference_t<decltype(target)>::value_type>(*value);
         return true;
     };
-    if (!takeColor(QStringLiteral("line-color"), style.lineColor) || !takeColor(QStringLiteral("fill-color"), style.fillColor)
+    if (!takeColor(QStringLiteral("line-color"), style.lineColor)
+        || !takeColor(QStringLiteral("fill-color"), style.fillColor)
         || !takeNumber(QStringLiteral("line-width"), 0.0, 1000.0, style.lineWidth)
         || !takeNumber(QStringLiteral("halo-width"), 0.0, 1000.0, style.haloWidth)
         || !takeNumber(QStringLiteral("smoothing"), 0.0, 100.0, style.smoothing)
@@ -356,14 +384,18 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
         return false;
 
     if (m_parser.isSet(QStringLiteral("pen-style"))) {
-        static const std::map<QString, Qt::PenStyle> styles = {
-            {QStringLiteral("solid"), Qt::SolidLine},      {QStringLiteral("dash"), Qt::DashLine},
-            {QStringLiteral("dot"), Qt::DotLine},          {QStringLiteral("dash-dot"), Qt::DashDotLine},
-            {QStringLiteral("dash-dot-dot"), Qt::DashDotDotLine}, {QStringLiteral("none"), Qt::NoPen}};
+        static const std::map<QString, Qt::PenStyle> styles = {{QStringLiteral("solid"), Qt::SolidLine},
+                                                               {QStringLiteral("dash"), Qt::DashLine},
+                                                               {QStringLiteral("dot"), Qt::DotLine},
+                                                               {QStringLiteral("dash-dot"), Qt::DashDotLine},
+                                                               {QStringLiteral("dash-dot-dot"), Qt::DashDotDotLine},
+                                                               {QStringLiteral("none"), Qt::NoPen}};
         const auto found = styles.find(m_parser.value(QStringLiteral("pen-style")).toLower());
         if (found == styles.end())
-            return fail(diagnostics, QStringLiteral("--pen-style %1 is not known; use solid, dash, dot, dash-dot, dash-dot-dot or none")
-                                         .arg(m_parser.value(QStringLiteral("pen-style"))));
+            return fail(
+                diagnostics,
+                QStringLiteral("--pen-style %1 is not known; use solid, dash, dot, dash-dot, dash-dot-dot or none")
+                    .arg(m_parser.value(QStringLiteral("pen-style"))));
         style.penStyle = KelPenStyle(found->second);
     }
 
@@ -373,7 +405,9 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
             return true;
         const QString list = m_parser.value(name);
         if (!allKeysKnown<Wrapper>(list))
-            return fail(diagnostics, QStringLiteral("--%1 %2 is not known; kel-render --help lists the words that are").arg(name, list));
+            return fail(
+                diagnostics,
+                QStringLiteral("--%1 %2 is not known; kel-render --help lists the words that are").arg(name, list));
         target = Wrapper(list).toInt();
         return true;
     };
@@ -385,11 +419,17 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
 bool KelRenderOptionsReader::checkWhole(const KelRenderOptions &options, KelDiagnostics &diagnostics) const
 {
     if (options.inputs.isEmpty() && options.beelines.isEmpty() && options.selectionFile.isEmpty())
-        return fail(diagnostics, QStringLiteral("no tracks named; give GPX, KML or KMZ files or folders, or --beeline (kel-render --help)"));
-    if (options.outputFile.isEmpty() && !options.info && options.exportFile.isEmpty() && options.saveSelectionFile.isEmpty())
-        return fail(diagnostics, QStringLiteral("no result named; use -o map.png for a picture, or --info, --export, --save-selection"));
+        return fail(
+            diagnostics,
+            QStringLiteral("no tracks named; give GPX, KML or KMZ files or folders, or --beeline (kel-render --help)"));
+    if (options.outputFile.isEmpty() && !options.info && options.exportFile.isEmpty()
+        && options.saveSelectionFile.isEmpty())
+        return fail(
+            diagnostics,
+            QStringLiteral("no result named; use -o map.png for a picture, or --info, --export, --save-selection"));
     if (options.toStandardOutput() && options.info)
-        return fail(diagnostics, QStringLiteral("-o - and --info would mix on standard output; write the picture to a file"));
+        return fail(diagnostics,
+                    QStringLiteral("-o - and --info would mix on standard output; write the picture to a file"));
     return true;
 }
 

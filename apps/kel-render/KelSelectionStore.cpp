@@ -57,7 +57,8 @@ std::optional<KelGPXTrackSelection> KelSelectionStore::load()
 {
     const QFileInfo file(m_path);
     if (!file.isFile() || !QFile(m_path).open(QIODevice::ReadOnly)) {
-        m_diagnostics.error(KelExitCode::InputUnreadable, QStringLiteral("%1: the selection cannot be read; check the name").arg(m_path));
+        m_diagnostics.error(KelExitCode::InputUnreadable,
+                            QStringLiteral("%1: the selection cannot be read; check the name").arg(m_path));
         return std::nullopt;
     }
     KelErrorHistory errors;
@@ -85,7 +86,8 @@ std::optional<KelGPXTrackSelection> KelSelectionStore::load()
 bool KelSelectionStore::save(const KelGPXTrackSelection &selection)
 {
     const auto fail = [&](const QString &reason) {
-        m_diagnostics.error(KelExitCode::OutputFailed, QStringLiteral("%1: the selection was not saved: %2").arg(m_path, reason));
+        m_diagnostics.error(KelExitCode::OutputFailed,
+                            QStringLiteral("%1: the selection was not saved: %2").arg(m_path, reason));
         return false;
     };
     const QFileInfo file(QFileInfo(m_path).absoluteFilePath());
@@ -108,14 +110,16 @@ bool KelSelectionStore::save(const KelGPXTrackSelection &selection)
     // The library stores tracks without a word about success.
     if (!unreadableTrackFiles(root).isEmpty()) {
         removeFilesBut(formerFiles);
-        return fail(QStringLiteral("its tracks could not be written to %1; is the disk full or the folder read-only?").arg(m_store.path()));
+        return fail(QStringLiteral("its tracks could not be written to %1; is the disk full or the folder read-only?")
+                        .arg(m_store.path()));
     }
     KelErrorHistory errors;
     if (!KelXMLBuilder::saveUTF8(document, file, &errors)) {
         removeFilesBut(formerFiles);
         return fail(errors.last().message);
     }
-    m_diagnostics.note(QStringLiteral("%1: saved, with the tracks in %2").arg(m_path, m_store.dirName() + QLatin1Char('/')));
+    m_diagnostics.note(
+        QStringLiteral("%1: saved, with the tracks in %2").arg(m_path, m_store.dirName() + QLatin1Char('/')));
     return true;
 }
 

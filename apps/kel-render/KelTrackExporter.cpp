@@ -43,7 +43,8 @@ bool KelTrackExporter::write(const KelGPXTrackSelection &selection, const QStrin
 bool KelTrackExporter::writeTrack(const KelGPXTrack &track, const QString &path)
 {
     const auto fail = [&](const QString &reason) {
-        m_diagnostics.error(KelExitCode::OutputFailed, QStringLiteral("%1: the track was not exported: %2").arg(path, reason));
+        m_diagnostics.error(KelExitCode::OutputFailed,
+                            QStringLiteral("%1: the track was not exported: %2").arg(path, reason));
         return false;
     };
     // The library writes a file without a word about success: let it write to a place of our own and look at that.

@@ -58,7 +58,8 @@ QStringList KelTrackLoader::filesOf(const QString &path)
         return {path};
     const QDir folder(path);
     if (!folder.isReadable()) {
-        m_diagnostics.error(KelExitCode::InputUnreadable, QStringLiteral("%1: the folder cannot be read; check its permissions").arg(path));
+        m_diagnostics.error(KelExitCode::InputUnreadable,
+                            QStringLiteral("%1: the folder cannot be read; check its permissions").arg(path));
         return {};
     }
     const QStringList patterns = KelTrackSelectionFactory::instance().supportedFileFormats();
@@ -67,7 +68,8 @@ QStringList KelTrackLoader::filesOf(const QString &path)
     for (const QString &name : names)
         files.append(path.endsWith(QLatin1Char('/')) ? path + name : path + QLatin1Char('/') + name);
     if (files.isEmpty())
-        m_diagnostics.warning(QStringLiteral("%1: no track files in this folder (%2)").arg(path, patterns.join(QLatin1String(", "))));
+        m_diagnostics.warning(
+            QStringLiteral("%1: no track files in this folder (%2)").arg(path, patterns.join(QLatin1String(", "))));
     return files;
 }
 
@@ -98,7 +100,8 @@ void KelTrackLoader::loadFile(const QString &path, KelGPXConfiguredTrackList &tr
         explainNothing(file, reasons);
         return;
     }
-    QString text = QStringLiteral("%1: %2").arg(path, countOf(taken, QStringLiteral("track"), QStringLiteral("tracks")));
+    QString text = QStringLiteral("%1: %2").arg(path,
+                                                countOf(taken, QStringLiteral("track"), QStringLiteral("tracks")));
     if (taken < all.count()) {
         text += QStringLiteral("; %1 without coordinates left out")
                     .arg(countOf(all.count() - taken, QStringLiteral("placemark"), QStringLiteral("placemarks")));
@@ -135,8 +138,9 @@ void KelTrackLoader::explainNothing(const QFileInfo &file, const KelErrorHistory
         entry.message = QStringLiteral("there is no track in the file");
 
     if (file.size() == 0 && file.isFile()) {
-        m_diagnostics.error(KelExitCode::InputMalformed,
-                            QStringLiteral("%1: the file is empty; check that it was copied completely").arg(file.filePath()));
+        m_diagnostics.error(
+            KelExitCode::InputMalformed,
+            QStringLiteral("%1: the file is empty; check that it was copied completely").arg(file.filePath()));
     } else if (entry.line > 0) {
         m_diagnostics.error(KelExitCode::InputMalformed,
                             entry.toString() + QStringLiteral("; check that the file was copied completely"));

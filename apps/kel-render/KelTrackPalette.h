@@ -14,7 +14,8 @@ class KelTrackPalette
 public:
     explicit KelTrackPalette(bool darkMap);
 
-    /// The colour of the track of that number, from 0; saturated, and dark enough (on a dark map: bright enough) to read.
+    /// The colour of the track of that number, from 0; saturated, and dark enough (on a dark map: bright enough) to
+    /// read.
     [[nodiscard]] QColor color(int index) const;
 
     /// Gives each of the rows from the first on that look like nothing in particular (the default configuration) a

@@ -40,7 +40,8 @@ int main(int argc, char *argv[])
     try {
         return static_cast<int>(KelRenderApplication().run(QCoreApplication::arguments()));
     } catch (const std::bad_alloc &) {
-        KelDiagnostics().error(KelExitCode::InternalError, QStringLiteral("there is too little memory; use a smaller --size or fewer tracks"));
+        KelDiagnostics().error(KelExitCode::InternalError,
+                               QStringLiteral("there is too little memory; use a smaller --size or fewer tracks"));
         return static_cast<int>(KelExitCode::InternalError);
     }
 }

@@ -122,8 +122,10 @@ void tst_KelWorldMap::damagedDataGiveAnEmptyMap_data()
     QTest::newRow("empty") << QByteArray("KELMAP1\n") + qCompress(QByteArray());
     QTest::newRow("more outlines than bytes") << QByteArray("KELMAP1\n") + qCompress(QByteArray("\x10\x7f\x00", 3));
     QTest::newRow("points missing") << QByteArray("KELMAP1\n") + qCompress(QByteArray("\x10\x01\x00\x00\x04\x00", 6));
-    QTest::newRow("unknown kind") << QByteArray("KELMAP1\n") + qCompress(QByteArray("\x10\x01\x04\x00\x01\x00\x02\x02", 8));
-    QTest::newRow("something left over") << QByteArray("KELMAP1\n") + qCompress(QByteArray("\x10\x01\x00\x00\x01\x00\x02\x02\x00", 9));
+    QTest::newRow("unknown kind") << QByteArray("KELMAP1\n")
+            + qCompress(QByteArray("\x10\x01\x04\x00\x01\x00\x02\x02", 8));
+    QTest::newRow("something left over") << QByteArray("KELMAP1\n")
+            + qCompress(QByteArray("\x10\x01\x00\x00\x01\x00\x02\x02\x00", 9));
 }
 
 void tst_KelWorldMap::damagedDataGiveAnEmptyMap()
@@ -131,7 +133,10 @@ void tst_KelWorldMap::damagedDataGiveAnEmptyMap()
     QFETCH(QByteArray, data);
     QVERIFY(KelWorldMap(data).outlines().empty());
     // The whole one of the rows above, to show that they fail for their own reason.
-    QCOMPARE(KelWorldMap(QByteArray("KELMAP1\n") + qCompress(QByteArray("\x10\x01\x00\x00\x01\x00\x02\x02", 8))).outlines().size(), 1U);
+    QCOMPARE(KelWorldMap(QByteArray("KELMAP1\n") + qCompress(QByteArray("\x10\x01\x00\x00\x01\x00\x02\x02", 8)))
+                 .outlines()
+                 .size(),
+             1U);
 }
 
 void tst_KelWorldMap::levelFollowsTheScale_data()
@@ -255,7 +260,8 @@ void tst_KelWorldMap::graticuleStep()
 {
     QFETCH(double, pixelsPerDegree);
     QFETCH(double, factor);
-    QTEST(KelWorldMapPainter(frameAround(0, 0, QSizeF(100, 100), pixelsPerDegree), factor, COLORS).graticuleStep(), "step");
+    QTEST(KelWorldMapPainter(frameAround(0, 0, QSizeF(100, 100), pixelsPerDegree), factor, COLORS).graticuleStep(),
+          "step");
 }
 
 void tst_KelWorldMap::graticuleLabel_data()

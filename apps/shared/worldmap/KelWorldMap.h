@@ -28,7 +28,7 @@ public:
     {
         double x;
         double y;
-        bool onDateLine;     ///< the point lies on the date line, where the source cut lands in two
+        bool onDateLine; ///< the point lies on the date line, where the source cut lands in two
         unsigned char level;
     };
 
@@ -39,7 +39,7 @@ public:
         Kind kind;
         int level;
         std::span<const Vertex> vertices;
-        double west;  ///< bounds, x
+        double west; ///< bounds, x
         double east;
         double north; ///< bounds, y
         double south;

@@ -16,9 +16,9 @@
 namespace
 {
 
-constexpr double MARGIN = 24.0;                 // pixels at factor 1 around the picture that are still drawn
-constexpr double THINNING = 0.3;                // pixels; nearer points say nothing
-constexpr double GRATICULE_PIXELS = 105.0;      // least distance of the graticule's meridians at factor 1
+constexpr double MARGIN = 24.0;            // pixels at factor 1 around the picture that are still drawn
+constexpr double THINNING = 0.3;           // pixels; nearer points say nothing
+constexpr double GRATICULE_PIXELS = 105.0; // least distance of the graticule's meridians at factor 1
 constexpr double LABEL_PIXELS = 11.0;
 constexpr double OVERLAY_PIXELS = 30.0;
 constexpr double SHALLOWS_WIDTH = 7.0;
@@ -26,9 +26,9 @@ constexpr double COAST_WIDTH = 0.9;
 constexpr double BORDER_WIDTH = 0.9;
 constexpr double GRATICULE_WIDTH = 0.8;
 // Degrees, then minutes and seconds.
-constexpr double STEPS[] = {30.0,       20.0,       10.0,        5.0,         2.0,         1.0,          1.0 / 2,
-                            1.0 / 3,    1.0 / 6,    1.0 / 12,    1.0 / 30,    1.0 / 60,    1.0 / 120,    1.0 / 180,
-                            1.0 / 360,  1.0 / 720,  1.0 / 1800,  1.0 / 3600};
+constexpr double STEPS[] = {30.0,      20.0,      10.0,      5.0,       2.0,        1.0,
+                            1.0 / 2,   1.0 / 3,   1.0 / 6,   1.0 / 12,  1.0 / 30,   1.0 / 60,
+                            1.0 / 120, 1.0 / 180, 1.0 / 360, 1.0 / 720, 1.0 / 1800, 1.0 / 3600};
 
 double squaredDistance(const QPointF &a, const QPointF &b)
 {
@@ -67,14 +67,18 @@ void cutPolygon(QList<QPointF> &polygon, const QRectF &clip)
     QList<QPointF> scratch;
     scratch.reserve(polygon.size());
     const double left = clip.left(), right = clip.right(), top = clip.top(), bottom = clip.bottom();
-    cutAtEdge(polygon, scratch, [&](const QPointF &p) { return p.x() >= left; },
-              [&](const QPointF &a, const QPointF &b) { return atX(a, b, left); });
-    cutAtEdge(polygon, scratch, [&](const QPointF &p) { return p.x() <= right; },
-              [&](const QPointF &a, const QPointF &b) { return atX(a, b, right); });
-    cutAtEdge(polygon, scratch, [&](const QPointF &p) { return p.y() >= top; },
-              [&](const QPointF &a, const QPointF &b) { return atY(a, b, top); });
-    cutAtEdge(polygon, scratch, [&](const QPointF &p) { return p.y() <= bottom; },
-              [&](const QPointF &a, const QPointF &b) { return atY(a, b, bottom); });
+    cutAtEdge(
+        polygon, scratch, [&](const QPointF &p) { return p.x() >= left; },
+        [&](const QPointF &a, const QPointF &b) { return atX(a, b, left); });
+    cutAtEdge(
+        polygon, scratch, [&](const QPointF &p) { return p.x() <= right; },
+        [&](const QPointF &a, const QPointF &b) { return atX(a, b, right); });
+    cutAtEdge(
+        polygon, scratch, [&](const QPointF &p) { return p.y() >= top; },
+        [&](const QPointF &a, const QPointF &b) { return atY(a, b, top); });
+    cutAtEdge(
+        polygon, scratch, [&](const QPointF &p) { return p.y() <= bottom; },
+        [&](const QPointF &a, const QPointF &b) { return atY(a, b, bottom); });
 }
 
 /// The part of a line within the rectangle.
@@ -115,7 +119,8 @@ KelWorldMapPainter::KelWorldMapPainter(const KelWorldMapFrame &frame, double fac
     : m_frame(frame)
     , m_factor(factor)
     , m_colors(colors)
-    , m_clip(QRectF(QPointF(0, 0), frame.size).adjusted(-MARGIN * factor, -MARGIN * factor, MARGIN * factor, MARGIN * factor))
+    , m_clip(QRectF(QPointF(0, 0), frame.size)
+                 .adjusted(-MARGIN * factor, -MARGIN * factor, MARGIN * factor, MARGIN * factor))
 {
 }
 

@@ -11,7 +11,6 @@
 #include <KelGPXTrackPointImpl.h>
 #include <KelXMLStreamCursor.h>
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -165,10 +164,17 @@ Tuple readTuple(QStringView text)
     return tuple;
 }
 
-/// Such tuples are dropped from compact point text, see KelGPXTrackPoint::isNull().
-bool isNull(const Tuple &tuple)
+KelGPXTrackPoint toPoint(const Tuple &tuple)
 {
-    return tuple.latitude == 0.0 && tuple.longitude == 0.0;
+    return KelGPXTrackPoint(KelGeoPosition(tuple.latitude, tuple.longitude), tuple.elevation, tuple.timeStamp,
+                            QString());
+}
+
+/// Appends the point unless it is null, see KelGPXTrackPoint::isNull().
+void appendTuple(const Tuple &tuple, QList<KelGPXTrackPoint> &points)
+{
+    if (tuple.latitude != 0.0 || tuple.longitude != 0.0)
+        points.append(toPoint(tuple));
 }
 
 /// Cut toward zero; 0, no elevation, for what does not fit.
@@ -332,32 +338,17 @@ KelGPXTrackPoint KelGPXReader::readPoint(KelXMLCursor &element)
             hasDescription = true;
         }
     }
-    return makePoint(latitude, longitude, toWholeMetres(elevation), std::move(timeStamp), std::move(description));
+    return KelGPXTrackPoint(KelGeoPosition(latitude, longitude), toWholeMetres(elevation), timeStamp, description);
 }
 
-/// The point without a copy, and with that a reference count, of any of its parts.
-KelGPXTrackPoint KelGPXReader::makePoint(double latitude, double longitude, int elevation, QDateTime timeStamp,
-                                         QString description)
+KelGPXTrackPoint KelGPXReader::decodeTuple(QStringView tuple)
 {
-    return KelGPXTrackPoint(new KelGPXTrackPointImpl(KelGeoPosition(latitude, longitude), elevation,
-                                                     std::move(timeStamp), std::move(description)));
-}
-
-KelGPXTrackPoint KelGPXReader::decodeTuple(QStringView text)
-{
-    Tuple tuple = readTuple(text);
-    return makePoint(tuple.latitude, tuple.longitude, tuple.elevation, std::move(tuple.timeStamp), QString());
+    return toPoint(readTuple(tuple));
 }
 
 QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
 {
     QList<KelGPXTrackPoint> points;
-    const auto append = [&points](Tuple &tuple) {
-        if (!isNull(tuple)) {
-            points.append(makePoint(tuple.latitude, tuple.longitude, tuple.elevation, std::move(tuple.timeStamp),
-                                    QString()));
-        }
-    };
     bool checked = false;
     const char16_t *at = text.utf16();
     const char16_t *const end = at + text.size();
@@ -371,8 +362,7 @@ QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
             // Half a surrogate pair anywhere: no regular expression matches in such a text, so it is one tuple.
             if (!checked && !text.isValidUtf16()) {
                 points.clear();
-                tuple = readTuple(text);
-                append(tuple);
+                appendTuple(readTuple(text), points);
                 return points;
             }
             checked = true;
@@ -381,7 +371,7 @@ QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
                 ++at;
             tuple = readTuple(QStringView(begin, at));
         }
-        append(tuple);
+        appendTuple(tuple, points);
     }
     return points;
 }
