@@ -6,6 +6,7 @@
 
 #include "KelMapGeometry.h"
 #include "KelMapPicture.h"
+#include "KelPictureSource.h"
 #include "KelRenderOptions.h"
 
 #include <KelGPXTrackSelection.h>
@@ -16,7 +17,7 @@
 class QPainter;
 
 /// Puts map, tracks, scale bar and credit together.
-class KelPictureComposer
+class KelPictureComposer : public KelPictureSource
 {
 public:
     KelPictureComposer(const KelRenderOptions &options, const KelGPXTrackSelection &selection,
@@ -27,9 +28,9 @@ public:
                                            const QSize &size);
 
     /// The picture in pixels; null if there is too little memory.
-    [[nodiscard]] QImage toImage() const;
+    [[nodiscard]] QImage toImage() const override;
     /// The picture as vectors. A cropped map is faded pixel by pixel and stands in it as an image.
-    void paint(QPainter &painter) const;
+    void paint(QPainter &painter) const override;
 
 private:
     [[nodiscard]] static double overlayFactor(const KelRenderOptions &options, const QSize &size);

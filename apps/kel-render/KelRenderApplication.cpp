@@ -10,12 +10,13 @@
 #include "KelPictureComposer.h"
 #include "KelPictureEncoder.h"
 #include "KelRenderOptionsReader.h"
-#include "KelSelectionStore.h"
+#include "KelSelectionFile.h"
 #include "KelTrackExporter.h"
 #include "KelTrackLoader.h"
 #include "KelTrackPalette.h"
 #include "KelTrackReport.h"
 
+#include <KelErrorHistory.h>
 #include <KelGPXConfiguredTrackList.h>
 #include <KelGPXTrackConfiguration.h>
 
@@ -50,10 +51,8 @@ KelExitCode KelRenderApplication::run(const QStringList &arguments)
 
 bool KelRenderApplication::readInputs()
 {
-    if (!m_options.selectionFile.isEmpty()) {
-        if (const auto stored = KelSelectionStore(m_options.selectionFile, m_diagnostics).load())
-            m_selection = *stored;
-    }
+    if (!m_options.selectionFile.isEmpty())
+        loadSelection();
     m_storedRows = m_selection.count();
     m_selection.addTracks(KelTrackLoader(m_diagnostics).load(m_options.inputs));
     for (const KelBeelineOption &option : std::as_const(m_options.beelines)) {
@@ -71,6 +70,28 @@ bool KelRenderApplication::readInputs()
         return false;
     }
     return true;
+}
+
+void KelRenderApplication::loadSelection()
+{
+    KelErrorHistory errors;
+    const auto result = KelSelectionFile(m_options.selectionFile).load(m_selection, errors);
+    const KelExitCode code = result == KelSelectionFile::Result::Malformed ? KelExitCode::InputMalformed : KelExitCode::InputUnreadable;
+    for (const KelErrorHistory::Entry &entry : errors.entries())
+        m_diagnostics.error(code, entry.toString());
+}
+
+bool KelRenderApplication::saveSelection()
+{
+    KelErrorHistory errors;
+    const KelSelectionFile file(m_options.saveSelectionFile);
+    const bool saved = file.save(m_selection, errors) == KelSelectionFile::Result::Done;
+    for (const KelErrorHistory::Entry &entry : errors.entries())
+        m_diagnostics.error(KelExitCode::OutputFailed, entry.toString());
+    if (saved) {
+        m_diagnostics.note(QStringLiteral("%1: saved, with the tracks in %2/").arg(m_options.saveSelectionFile, file.store().dirName()));
+    }
+    return saved;
 }
 
 void KelRenderApplication::applyStyle()
@@ -91,8 +112,7 @@ bool KelRenderApplication::writeResults()
         return false;
     if (!m_options.exportFile.isEmpty() && !KelTrackExporter(m_diagnostics).write(m_selection, m_options.exportFile))
         return false;
-    if (!m_options.saveSelectionFile.isEmpty()
-        && !KelSelectionStore(m_options.saveSelectionFile, m_diagnostics).save(m_selection))
+    if (!m_options.saveSelectionFile.isEmpty() && !saveSelection())
         return false;
     return m_options.outputFile.isEmpty() || writePicture();
 }
@@ -161,7 +181,7 @@ bool KelRenderApplication::writePicture()
         return false;
 
     m_diagnostics.progress(QStringLiteral("Drawing %1 x %2 pixels").arg(size.width()).arg(size.height()));
-    KelPictureEncoder encoder(m_options, size);
+    KelPictureEncoder encoder(m_options.format, size, m_options.scaleFactor, m_options.quality);
     const QByteArray bytes = encoder.encode(KelPictureComposer(m_options, m_selection, geometry, m_ownMap));
     m_diagnostics.progress(QString());
 

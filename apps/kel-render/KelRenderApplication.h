@@ -23,6 +23,8 @@ public:
 
 private:
     bool readInputs();
+    void loadSelection();
+    bool saveSelection();
     void applyStyle();
     bool writeResults();
     bool printInfo();

@@ -3,9 +3,10 @@
 
 #include "KelPictureEncoder.h"
 
-#include "KelPictureComposer.h"
+#include "KelPictureSource.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QImage>
 #include <QImageWriter>
 #include <QMarginsF>
@@ -26,64 +27,66 @@ constexpr double INCHES_PER_METRE = 1000.0 / 25.4;
 
 QString programName()
 {
-    return QStringLiteral("kel-render");
+    return QCoreApplication::applicationName();
 }
 
 } // namespace
 
-KelPictureEncoder::KelPictureEncoder(const KelRenderOptions &options, const QSize &size)
-    : m_options(options)
+KelPictureEncoder::KelPictureEncoder(const KelPictureFormat &format, const QSize &size, double scaleFactor, int quality)
+    : m_format(format)
     , m_size(size)
+    , m_scaleFactor(scaleFactor)
+    , m_quality(quality)
 {
 }
 
-QByteArray KelPictureEncoder::encode(const KelPictureComposer &composer)
+QByteArray KelPictureEncoder::encode(const KelPictureSource &source)
 {
-    switch (m_options.format.kind()) {
+    switch (m_format.kind()) {
     case KelPictureFormat::Pdf:
-        return encodePdf(composer);
+        return encodePdf(source);
     case KelPictureFormat::Svg:
-        return encodeSvg(composer);
+        return encodeSvg(source);
     default:
-        return encodePixels(composer);
+        return encodePixels(source);
     }
 }
 
-QByteArray KelPictureEncoder::encodePixels(const KelPictureComposer &composer)
+QByteArray KelPictureEncoder::encodePixels(const KelPictureSource &source)
 {
-    QImage image = composer.toImage();
+    QImage image = source.toImage();
     if (image.isNull()) {
         m_error = QStringLiteral("too little memory for %1 x %2 pixels; use a smaller --size")
                       .arg(m_size.width())
                       .arg(m_size.height());
         return {};
     }
-    if (!m_options.format.hasTransparency()) {
+    if (!m_format.hasTransparency()) {
         QImage opaque(image.size(), QImage::Format_RGB32);
         opaque.fill(Qt::white);
         QPainter(&opaque).drawImage(0, 0, image);
         image = opaque;
     }
-    const int dotsPerMetre = static_cast<int>(std::lround(DOTS_PER_INCH * m_options.scaleFactor * INCHES_PER_METRE));
+    const int dotsPerMetre = static_cast<int>(std::lround(DOTS_PER_INCH * m_scaleFactor * INCHES_PER_METRE));
     image.setDotsPerMeterX(dotsPerMetre);
     image.setDotsPerMeterY(dotsPerMetre);
 
     QBuffer buffer;
-    QImageWriter writer(&buffer, m_options.format.encoder());
-    if (m_options.quality >= 0 && m_options.format.kind() != KelPictureFormat::Png)
-        writer.setQuality(m_options.quality);
+    QImageWriter writer(&buffer, m_format.encoder());
+    if (m_quality >= 0 && m_format.kind() != KelPictureFormat::Png)
+        writer.setQuality(m_quality);
     if (!writer.write(image)) {
         m_error = writer.error() == QImageWriter::UnsupportedFormatError
             ? QStringLiteral(
                   "this Qt cannot write %1; install the package qt6-image-formats-plugins or choose another format")
-                  .arg(QString::fromLatin1(m_options.format.encoder()))
+                  .arg(QString::fromLatin1(m_format.encoder()))
             : writer.errorString();
         return {};
     }
     return buffer.data();
 }
 
-QByteArray KelPictureEncoder::encodePdf(const KelPictureComposer &composer)
+QByteArray KelPictureEncoder::encodePdf(const KelPictureSource &source)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -100,12 +103,12 @@ QByteArray KelPictureEncoder::encodePdf(const KelPictureComposer &composer)
             m_error = QStringLiteral("the PDF cannot be made");
             return {};
         }
-        composer.paint(painter);
+        source.paint(painter);
     }
     return buffer.data();
 }
 
-QByteArray KelPictureEncoder::encodeSvg(const KelPictureComposer &composer)
+QByteArray KelPictureEncoder::encodeSvg(const KelPictureSource &source)
 {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -120,7 +123,7 @@ QByteArray KelPictureEncoder::encodeSvg(const KelPictureComposer &composer)
         m_error = QStringLiteral("the SVG cannot be made");
         return {};
     }
-    composer.paint(painter);
+    source.paint(painter);
     painter.end();
     return buffer.data();
 }

@@ -102,7 +102,7 @@ bool KelOutputFile::writeThrough(const QByteArray &bytes)
 bool KelOutputFile::replace(const QString &target, const QByteArray &bytes)
 {
     const QByteArray final = QFile::encodeName(target);
-    QByteArray temporary = QFile::encodeName(QFileInfo(target).absolutePath()) + "/.kel-render-XXXXXX";
+    QByteArray temporary = QFile::encodeName(QFileInfo(target).absolutePath()) + "/.kel-XXXXXX";
     const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (descriptor < 0)
         return fail(errno);

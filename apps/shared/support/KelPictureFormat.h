@@ -9,7 +9,7 @@
 
 #include <optional>
 
-/// The kinds of picture that kel-render writes.
+/// The kinds of picture that the programs write.
 class KelPictureFormat
 {
 public:

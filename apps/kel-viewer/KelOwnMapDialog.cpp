@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelOwnMapDialog.h"
+
+#include <KelGeoArcEdit.h>
+#include <KelGeoPosition.h>
+
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QImageReader>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+KelOwnMapDialog::KelOwnMapDialog(QWidget *parent)
+    : QDialog(parent)
+    , m_file(new QLineEdit(this))
+    , m_south(new KelGeoArcEdit(this, true))
+    , m_west(new KelGeoArcEdit(this, false))
+    , m_north(new KelGeoArcEdit(this, true))
+    , m_east(new KelGeoArcEdit(this, false))
+    , m_problem(new QLabel(this))
+    , m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this))
+{
+    setWindowTitle(tr("Eigenes Kartenbild"));
+    auto *choose = new QPushButton(tr("&Datei …"), this);
+    connect(choose, &QPushButton::clicked, this, &KelOwnMapDialog::chooseFile);
+    m_file->setReadOnly(true);
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_file, 1);
+    row->addWidget(choose);
+
+    auto *form = new QFormLayout(this);
+    form->addRow(tr("Bild:"), row);
+    form->addRow(tr("Nordrand:"), m_north);
+    form->addRow(tr("Südrand:"), m_south);
+    form->addRow(tr("Westrand:"), m_west);
+    form->addRow(tr("Ostrand:"), m_east);
+    form->addRow(m_problem);
+    form->addRow(m_buttons);
+    m_north->setGeoArc(KelGeoArc(55.0));
+    m_south->setGeoArc(KelGeoArc(47.0));
+    m_west->setGeoArc(KelGeoArc(5.0));
+    m_east->setGeoArc(KelGeoArc(16.0));
+
+    m_buttons->button(QDialogButtonBox::Ok)->setText(tr("Verwenden"));
+    m_buttons->button(QDialogButtonBox::Cancel)->setText(tr("Abbrechen"));
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    for (KelGeoArcEdit *edge : {m_south, m_west, m_north, m_east}) {
+        for (QAbstractSpinBox *box : edge->findChildren<QAbstractSpinBox *>())
+            connect(box, &QAbstractSpinBox::editingFinished, this, &KelOwnMapDialog::validate);
+        for (QComboBox *hemisphere : edge->findChildren<QComboBox *>())
+            connect(hemisphere, &QComboBox::activated, this, &KelOwnMapDialog::validate);
+    }
+    validate();
+}
+
+KelGeoPositionRect KelOwnMapDialog::bounds() const
+{
+    return KelGeoPositionRect(KelGeoPosition(KelLatitude(m_south->geoArc().decimalDegrees()),
+                                             KelLongitude(m_west->geoArc().decimalDegrees())),
+                              KelGeoPosition(KelLatitude(m_north->geoArc().decimalDegrees()),
+                                             KelLongitude(m_east->geoArc().decimalDegrees())));
+}
+
+void KelOwnMapDialog::chooseFile()
+{
+    const QString name = QFileDialog::getOpenFileName(this, tr("Kartenbild wählen"), {},
+                                                      tr("Bilder (*.png *.jpg *.jpeg *.webp)"));
+    if (name.isEmpty())
+        return;
+    QImageReader reader(name);
+    m_image = reader.read();
+    m_file->setText(name);
+    validate();
+    if (m_image.isNull())
+        m_problem->setText(tr("Das Bild ist nicht lesbar: %1").arg(reader.errorString()));
+}
+
+void KelOwnMapDialog::validate()
+{
+    QString problem;
+    if (m_image.isNull())
+        problem = tr("Bitte ein Bild wählen.");
+    else if (!bounds().isValid() || bounds().north() == bounds().south())
+        problem = tr("Der Nordrand muss nördlich des Südrands liegen, alle Ränder auf der Erde.");
+    m_problem->setText(problem);
+    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(problem.isEmpty());
+}

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELSELECTIONFILE_H
+#define KELSELECTIONFILE_H
+
+#include <KelGPXTrackSelection.h>
+
+#include <QDir>
+#include <QString>
+#include <QStringList>
+
+class KelErrorHistory;
+class QDomElement;
+
+/// Keeps a selection in a document of its own: looks and cropping in the document, each track in a file of a folder
+/// beside it ("trip.xml" and "trip.tracks/"), so that points are stored once.
+///
+/// Reasons of a failure are added to the error history, in words that fit behind the file's name.
+class KelSelectionFile
+{
+public:
+    enum class Result {
+        Done,
+        Unreadable, ///< the document or one of its tracks is missing or may not be read
+        Malformed,  ///< the document is no stored selection
+        NotWritten  ///< a document that was there before is unchanged
+    };
+
+    explicit KelSelectionFile(const QString &path);
+
+    /// On failure the selection is left alone.
+    Result load(KelGPXTrackSelection &selection, KelErrorHistory &errors) const;
+    Result save(const KelGPXTrackSelection &selection, KelErrorHistory &errors) const;
+
+    /// Deletes track files that the document does not mention: those of former versions. Only for documents that
+    /// nobody keeps copies of.
+    void removeUnusedTracks() const;
+
+    /// The folder with the tracks, absolute.
+    [[nodiscard]] QDir store() const { return m_store; }
+
+private:
+    [[nodiscard]] static QStringList trackFiles(const QDomElement &root);
+    /// Names of files that hold no track, of those mentioned.
+    [[nodiscard]] QStringList unreadable(const QStringList &names) const;
+    void writeMissingTracks(const KelGPXTrackSelection &selection, const QDomElement &root) const;
+    void removeFilesBut(const QStringList &kept) const;
+    Result fail(Result result, const QString &message, KelErrorHistory &errors) const;
+
+    QString m_path;
+    QDir m_store; ///< absolute
+};
+
+#endif
