@@ -13,6 +13,7 @@ cmake --build --preset release
 
 mkdir -p out
 picture="$PWD/out/demo.png"
-build/release/bin/kel-render examples/tracks -o "$picture" --size 1600x1000 "$@"
+build/release/bin/kel-render examples/tracks -o "$picture" --size 1600x1000 \
+    --line-width 5 --display-options stroke,fill "$@"
 echo
 echo "The picture: $picture"
