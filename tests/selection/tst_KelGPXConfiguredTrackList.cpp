@@ -214,6 +214,12 @@ void tst_KelGPXConfiguredTrackList::moveTrack_data()
     QTest::newRow("first to the middle") << 0 << 1 << "B A C";
     QTest::newRow("last to the middle") << 2 << 1 << "A C B";
     QTest::newRow("to itself") << 1 << 1 << "A B C";
+    QTest::newRow("from before the first") << -1 << 1 << "A B C";
+    QTest::newRow("from behind the last") << 3 << 1 << "A B C";
+    QTest::newRow("to before the first") << 1 << -1 << "A B C";
+    QTest::newRow("to behind the last") << 1 << 3 << "A B C";
+    QTest::newRow("both out of range") << 7 << -7 << "A B C";
+    QTest::newRow("to itself, out of range") << 3 << 3 << "A B C";
 }
 
 void tst_KelGPXConfiguredTrackList::moveTrack()
@@ -223,6 +229,10 @@ void tst_KelGPXConfiguredTrackList::moveTrack()
     KelGPXConfiguredTrackList tracks = list(QStringLiteral("A B C"));
     tracks.moveTrack(from, to);
     QTEST(names(tracks), "order");
+
+    KelGPXConfiguredTrackList none;
+    none.moveTrack(from, to);
+    QCOMPARE(none.count(), 0);
 }
 
 void tst_KelGPXConfiguredTrackList::wouldChangeHaloToVisibleAgainst_data()

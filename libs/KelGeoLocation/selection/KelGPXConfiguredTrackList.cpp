@@ -73,7 +73,7 @@ bool KelGPXConfiguredTrackList::setConfiguration(int index, const KelGPXTrackCon
 
 void KelGPXConfiguredTrackList::moveTrack(int from, int to)
 {
-    if (from != to)
+    if (from != to && checkRange(from) && checkRange(to))
         m_entries.move(from, to);
 }
 

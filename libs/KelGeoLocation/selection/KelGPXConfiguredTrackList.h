@@ -68,7 +68,8 @@ public:
     /// out of range.
     bool setConfiguration(int index, const KelGPXTrackConfiguration &configuration);
 
-    /// Takes the entry out and puts it back so that it ends up at the index @p to. Both must be in range.
+    /// Takes the entry out and puts it back so that it ends up at the index @p to; those between move up by one toward
+    /// the gap. Nothing happens unless both indexes are in range: stale ones, as from a drop, lose no track.
     void moveTrack(int from, int to);
 
     /// Whether in any row that both lists have this one has a halo and the other one has none.
