@@ -132,8 +132,8 @@ private:
 class WorldOffsetRenderer : public LinearRenderer
 {
 public:
-    WorldOffsetRenderer(const KelGPXTrackSelection &selection, const QPointF &worldOffset)
-        : LinearRenderer(selection)
+    WorldOffsetRenderer(const KelGPXTrackSelection &selection, const QPointF &worldOffset, double factor = 1.0)
+        : LinearRenderer(selection, QSize(320, 200), factor)
         , m_worldOffset(worldOffset)
     {
     }

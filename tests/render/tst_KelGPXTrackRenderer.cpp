@@ -172,6 +172,8 @@ private Q_SLOTS:
     void twoPointsAreAMoveAndALine();
     void singlePointIsEmpty();
     void pointsThatAreNotFiniteAreLeftOut();
+    void linesBeginAndEndAtFinitePoints_data();
+    void linesBeginAndEndAtFinitePoints();
     void strengthOfOneHundredDoesNotSmooth();
     void strengthIsAPercentage();
     void smoothingStepsAreThePieces();
@@ -183,6 +185,7 @@ private Q_SLOTS:
     void dateLineThereAndBack();
     void dateLineBetweenSegments();
     void dateLineWrittenAsWestIsEastern();
+    void dateLineIsMendedBeforeSmoothing();
     void primeMeridianIsNotShifted();
     void dateLineWithAMapProjection();
 
@@ -543,6 +546,49 @@ void tst_KelGPXTrackRenderer::pointsThatAreNotFiniteAreLeftOut()
     QVERIFY(Renderer().createPainterPath(onlyPoles, 100, 1).isEmpty());
 }
 
+void tst_KelGPXTrackRenderer::linesBeginAndEndAtFinitePoints_data()
+{
+    QTest::addColumn<double>("nowhere");
+    QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN();
+    QTest::newRow("infinite") << std::numeric_limits<double>::infinity();
+    QTest::newRow("infinite on the other side") << -std::numeric_limits<double>::infinity();
+    QTest::newRow("farther than painter paths take") << 1e200;
+}
+
+void tst_KelGPXTrackRenderer::linesBeginAndEndAtFinitePoints()
+{
+    class Renderer : public LinearRenderer
+    {
+    public:
+        explicit Renderer(double nowhere)
+            : LinearRenderer(selectionOf(trackOf({segment({degrees(-90, 5)})}), configuration()))
+            , m_nowhere(nowhere)
+        {
+        }
+        QPointF projectPosition(const KelGeoPosition &position) const override
+        {
+            return position.latitude().decimalDegrees() < -80 ? QPointF(50, m_nowhere)
+                                                              : LinearRenderer::projectPosition(position);
+        }
+
+    private:
+        double m_nowhere;
+    };
+    QFETCH(double, nowhere);
+    const Renderer renderer(nowhere);
+    const KelGPXTrack track = trackOf({segment({degrees(-90, 5), degrees(-90, 6), at(100, 10), at(200, 10),
+                                                degrees(-90, 5), at(201, 10), degrees(-90, 5)})});
+    // Neither from the origin nor to nowhere; the last finite point ends the line, near as it is to the one before.
+    QVERIFY(samePoints(elements(renderer.createPainterPath(track, 100, 1)),
+                       {QPointF(100, 10), QPointF(200, 10), QPointF(201, 10)}));
+    QVERIFY(renderer.createPainterPath(trackOf({segment({degrees(-90, 5), at(100, 10), degrees(-90, 5)})}), 100, 1)
+                .isEmpty());
+
+    // A single point nowhere has no marker.
+    const QImage picture = renderer.render(KelGPXTrackRenderer::Foreground);
+    QCOMPARE(picture, image(picture.size(), picture.format(), 0));
+}
+
 void tst_KelGPXTrackRenderer::strengthOfOneHundredDoesNotSmooth()
 {
     const QList<QPointF> bend = {QPointF(0, 0), QPointF(100, 100), QPointF(200, 0)};
@@ -643,6 +689,14 @@ void tst_KelGPXTrackRenderer::dateLineWrittenAsWestIsEastern()
     const KelGPXTrack writtenAsEast = trackOf({segment(longitudes({179, 180, -179}))});
     QVERIFY(samePoints(elements(LinearRenderer().createPainterPath(writtenAsEast, 100, 1)),
                        {QPointF(1790, 0), QPointF(1800, 0), QPointF(1810, 0)}));
+}
+
+void tst_KelGPXTrackRenderer::dateLineIsMendedBeforeSmoothing()
+{
+    // The middle point goes onto the chord from 170 E to 150 W = 210 E, not onto one that leads around the world.
+    const KelGPXTrack track = trackOf({segment({degrees(0, 170), degrees(10, -170), degrees(0, -150)})});
+    QVERIFY(samePoints(elements(LinearRenderer().createPainterPath(track, 0, 1)),
+                       {QPointF(1700, 0), QPointF(1900, 0), QPointF(2100, 0)}));
 }
 
 void tst_KelGPXTrackRenderer::primeMeridianIsNotShifted()

@@ -6,10 +6,16 @@
 
 #include "KelRenderTestSupport.h"
 
+#include <KelIntRange.h>
+
+#include <QImage>
 #include <QPainter>
+#include <QRandomGenerator>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 using namespace KelRenderTest;
 using TrackRenderOption = KelGPXTrackRenderer::TrackRenderOption;
@@ -135,6 +141,8 @@ private Q_SLOTS:
     void threeWorldWidthsInAscendingOrder();
     void worldCopiesFollowTheWholeOffset();
     void mirroredSmallWorldPaintsNothing();
+    void unseenCopiesAreLeftOutOfImages_data();
+    void unseenCopiesAreLeftOutOfImages();
     void painterComesBackAsItWas();
     void pathIsStrokedOnlyIfConfigured_data();
     void pathIsStrokedOnlyIfConfigured();
@@ -164,6 +172,7 @@ private Q_SLOTS:
     void markerRadius();
     void markerStandsAtTheFirstDrawingPoint_data();
     void markerStandsAtTheFirstDrawingPoint();
+    void markerOfACollapsedTrackStandsAtItsFirstPoint();
     void markerShapesWithoutADrawingAreEllipses();
     void markerIsRepeatedAroundTheWorld();
     void markersOutlineIsDashedOnlyInNormal();
@@ -176,6 +185,8 @@ private Q_SLOTS:
     void polygonFillsUnderTheStroke();
     void strokedPolygonIsFilledInForeground();
     void worldCopiesInThePicture();
+    void unseenCopiesChangeNoPixel_data();
+    void unseenCopiesChangeNoPixel();
     void trackOverTheDateLineIsContinuous_data();
     void trackOverTheDateLineIsContinuous();
     void arrowBarbsInThePicture();
@@ -272,6 +283,81 @@ void tst_TrackDrawing::mirroredSmallWorldPaintsNothing()
     const WorldOffsetRenderer renderer(KelGPXTrackSelection(), QPointF(-150, 0));
     const KelGPXConfiguredTrack track(trackThrough({QPointF(50, 50), QPointF(150, 50)}), configuration());
     QVERIFY(record([&](QPainter *painter) { renderer.drawTrack(painter, track, Normal); }).isEmpty());
+}
+
+namespace
+{
+
+/// An image in all but that it keeps a list of what is painted.
+class RecordingImage : public QImage
+{
+public:
+    explicit RecordingImage(const QSize &size)
+        : QImage(size, QImage::Format_ARGB32_Premultiplied)
+        , m_engine(&painted)
+    {
+    }
+    QPaintEngine *paintEngine() const override { return const_cast<RecordingEngine *>(&m_engine); }
+
+    QList<Painted> painted;
+
+private:
+    RecordingEngine m_engine;
+};
+
+} // namespace
+
+void tst_TrackDrawing::unseenCopiesAreLeftOutOfImages_data()
+{
+    QTest::addColumn<QList<QPointF>>("points");
+    QTest::addColumn<int>("marker");
+    QTest::addColumn<QList<double>>("shifts");
+
+    const int none = MarkerUnknown;
+    const int arrow = MarkerArrow;
+    // A world of 300 in an image of 320: -2 to 2 are asked for. Lines are 6 wide.
+    QTest::newRow("in the middle") << QList<QPointF>{{100, 100}, {200, 100}} << none << QList<double>{0};
+    QTest::newRow("at both edges") << QList<QPointF>{{2, 100}, {200, 100}} << none << QList<double>{0, 1};
+    QTest::newRow("longer than the world") << QList<QPointF>{{100, 100}, {500, 100}} << none << QList<double>{-1, 0};
+    QTest::newRow("the pen reaches in from the left") << QList<QPointF>{{-100, 100}, {-2, 100}} << none
+                                                      << QList<double>{0, 1};
+    QTest::newRow("above") << QList<QPointF>{{100, -100}, {200, -10}} << none << QList<double>{};
+    QTest::newRow("below") << QList<QPointF>{{100, 300}, {200, 210}} << none << QList<double>{};
+    // The barbs of 50 reach 43 back and 25 to each side.
+    QTest::newRow("below, but a barb reaches in") << QList<QPointF>{{100, 210}, {200, 210}} << arrow
+                                                  << QList<double>{0};
+    QTest::newRow("marker in the middle") << QList<QPointF>{{150, 100}} << int(MarkerDisk) << QList<double>{0};
+    QTest::newRow("marker at the left edge") << QList<QPointF>{{-5, 100}} << int(MarkerDisk) << QList<double>{0, 1};
+    QTest::newRow("marker above") << QList<QPointF>{{150, -30}} << int(MarkerDisk) << QList<double>{};
+}
+
+void tst_TrackDrawing::unseenCopiesAreLeftOutOfImages()
+{
+    QFETCH(QList<QPointF>, points);
+    QFETCH(int, marker);
+    QFETCH(QList<double>, shifts);
+
+    const WorldOffsetRenderer renderer(KelGPXTrackSelection(), QPointF(300, 0));
+    const KelGPXConfiguredTrack track(trackThrough(points), withMarker(static_cast<KelGPXMarkerShapeEnum>(marker)));
+    RecordingImage image(QSize(320, 200));
+    QPainter painter(&image);
+    renderer.drawTrack(&painter, track, Normal);
+    painter.end();
+
+    QList<double> seen;
+    for (const Painted &painted : image.painted) {
+        const double shift = painted.transform.dx() / 300;
+        if (!seen.contains(shift))
+            seen.append(shift);
+    }
+    QCOMPARE(seen, shifts);
+    // Other devices may show more than their rectangle, and behind a perspective nothing is measured.
+    QVERIFY(record([&](QPainter *other) { renderer.drawTrack(other, track, Normal); }).size() >= 5);
+    image.painted.clear();
+    painter.begin(&image);
+    painter.setTransform(QTransform(1, 0, 0.00001, 0, 1, 0, 0, 0, 1));
+    renderer.drawTrack(&painter, track, Normal);
+    QVERIFY(image.painted.size() >= 5);
 }
 
 void tst_TrackDrawing::painterComesBackAsItWas()
@@ -693,6 +779,20 @@ void tst_TrackDrawing::markerStandsAtTheFirstDrawingPoint()
     QVERIFY(near(painted.first().rect.center(), center));
 }
 
+void tst_TrackDrawing::markerOfACollapsedTrackStandsAtItsFirstPoint()
+{
+    // The first segment holds no point; the first point is that of the second.
+    const KelGPXTrack track = trackOf({KelGPXTrackSegment(), segment(positions({QPointF(100, 80), QPointF(101, 81)})),
+                                       segment(positions({QPointF(102, 80)}))});
+    for (const KelGPXTrackShapeEnum shape : {TrackShapeLineString, TrackShapePolygon}) {
+        const KelGPXConfiguredTrack configured(track, withShape(shape));
+        const QList<Painted> painted = recordTrack(configured, Normal);
+        QCOMPARE(painted.size(), 1);
+        QVERIFY(near(painted.first().rect.center(), QPointF(100, 80)));
+        QCOMPARE(configured.drawingPoints().first(), at(100, 80));
+    }
+}
+
 void tst_TrackDrawing::markerShapesWithoutADrawingAreEllipses()
 {
     // Deliberate: only icons treat "unknown" and "arrow" as nothing.
@@ -846,6 +946,165 @@ void tst_TrackDrawing::worldCopiesInThePicture()
         QCOMPARE(picture.pixel(x, 100), 0u);
     // The copy to the right that just begins.
     QCOMPARE(picture.pixelColor(318, 100), BLUE);
+}
+
+namespace
+{
+
+/// Draws every copy, seen or not, with the operations that draw a single one.
+void drawAllCopies(const KelGPXTrackRenderer &renderer, QPainter *painter, const KelGPXConfiguredTrack &track,
+                   TrackRenderOption option)
+{
+    const KelGPXTrackConfiguration configuration = track.configuration();
+    const QPainterPath path = renderer.createPainterPath(track);
+    const bool marker = path.isEmpty() || track.effectiveShape() == TrackShapePoint;
+    const bool foreground = option == Foreground;
+    const bool stroked = foreground || configuration.hasDrawOption(options(DisplayStroke));
+    const bool filled = foreground || configuration.hasDrawOption(options(DisplayFill));
+    const KelIntRange shifts = renderer.visibleShifts(painter);
+    for (int shift = shifts.min(); shift <= shifts.max(); ++shift) {
+        painter->save();
+        painter->translate(renderer.aroundTheWorldOffset() * shift);
+        if (!marker && track.effectiveShape() == TrackShapePolygon) {
+            renderer.drawPolygon(painter, path, configuration, option);
+        } else if (!marker) {
+            renderer.drawLine(painter, path, configuration, option);
+        } else if (stroked || filled) {
+            painter->setPen(stroked ? renderer.penFromTrack(configuration, option) : QPen(Qt::transparent));
+            painter->setBrush(filled ? renderer.brushFromTrack(configuration, option) : QBrush(Qt::transparent));
+            const double radius = renderer.scale(configuration.lineWidth().value());
+            configuration.markerShape().draw(painter, renderer.projectPosition(track.drawingPoints().first()), radius,
+                                             radius);
+        }
+        painter->restore();
+    }
+}
+
+struct RandomScene
+{
+    explicit RandomScene(quint32 seed)
+        : random(seed)
+    {
+    }
+
+    double between(double low, double high) { return low + random.generateDouble() * (high - low); }
+    int oneOf(std::initializer_list<int> values)
+    {
+        return *(values.begin() + random.bounded(static_cast<int>(values.size())));
+    }
+
+    /// In and around a picture of 160 × 100, often just beside its edges.
+    QPointF point()
+    {
+        const auto coordinate = [this](double length) {
+            switch (random.bounded(4)) {
+            case 0:
+                return between(-60, 0);
+            case 1:
+                return between(length, length + 60);
+            default:
+                return between(-150, length + 150);
+            }
+        };
+        return {coordinate(160), coordinate(100)};
+    }
+
+    KelGPXConfiguredTrack track()
+    {
+        QList<QPointF> points;
+        const QPointF start = point();
+        const int count = oneOf({1, 2, 2, 3, 6});
+        const double spread = between(3, 200);
+        for (int i = 0; i < count; ++i)
+            points.append(start + QPointF(between(-spread, spread), between(-spread, spread)));
+
+        KelGPXTrackConfiguration result = withOptions(random.bounded(4));
+        result.setTrackShape(KelGPXTrackShape(oneOf({TrackShapePoint, TrackShapeLineString, TrackShapePolygon})));
+        result.setMarkerShape(KelGPXMarkerShape(
+            oneOf({MarkerUnknown, MarkerDisk, MarkerCircle, MarkerX, MarkerRhombus, MarkerStar9, MarkerBlock,
+                   MarkerArrow, MarkerArrow, MarkerArrow, MarkerArrow, MarkerArrow, MarkerArrow | MarkerDisk})));
+        result.setLineWidth(KelDistance(random.bounded(8) == 0 ? 0.0 : between(0.1, 40)));
+        result.setHaloWidth(KelDistance(random.bounded(2) * between(0, 30)));
+        result.setPenStyle(KelPenStyle(static_cast<Qt::PenStyle>(oneOf({Qt::SolidLine, Qt::DashLine, Qt::DotLine}))));
+        result.setLineColor(QColor(0, 0, 255, 100));
+        return KelGPXConfiguredTrack(trackThrough(points), result);
+    }
+
+    void prepare(QPainter *painter)
+    {
+        painter->setRenderHint(QPainter::Antialiasing, random.bounded(2) == 0);
+        if (random.bounded(4) == 0)
+            painter->setBrush(QColor(0, 255, 0, 90));
+        switch (random.bounded(6)) {
+        case 0:
+            painter->scale(between(0.3, 4), between(0.3, 4));
+            break;
+        case 1:
+            painter->translate(between(-50, 50), between(-50, 50));
+            painter->rotate(between(0, 360));
+            break;
+        case 2:
+            painter->shear(between(-1, 1), between(-1, 1));
+            break;
+        case 3:
+            painter->setWindow(-50, -20, 300, 150);
+            break;
+        case 4:
+            painter->setTransform(QTransform(1, 0, 0.001, 0, 1, 0.0005, 0, 0, 1));
+            break;
+        default:
+            break;
+        }
+    }
+
+    QRandomGenerator random;
+};
+
+} // namespace
+
+void tst_TrackDrawing::unseenCopiesChangeNoPixel_data()
+{
+    QTest::addColumn<double>("pixelRatio");
+    QTest::addColumn<double>("factor");
+    QTest::newRow("plain") << 1.0 << 1.0;
+    QTest::newRow("high density by the factor") << 1.0 << 2.0;
+    QTest::newRow("high density by the image") << 2.0 << 1.0;
+    QTest::newRow("low density") << 0.5 << 0.5;
+}
+
+void tst_TrackDrawing::unseenCopiesChangeNoPixel()
+{
+    QFETCH(double, pixelRatio);
+    QFETCH(double, factor);
+
+    int painted = 0;
+    for (quint32 seed = 0; seed < 600; ++seed) {
+        RandomScene scene(seed);
+        const QPointF world(scene.between(20, 400), scene.random.bounded(3) == 0 ? scene.between(-50, 50) : 0.0);
+        const WorldOffsetRenderer renderer(KelGPXTrackSelection(), world, factor);
+        const KelGPXConfiguredTrack track = scene.track();
+        const TrackRenderOption option = scene.random.bounded(2) == 0 ? Normal : Foreground;
+        const quint32 painterSeed = scene.random.generate();
+
+        const auto picture = [&](auto draw) {
+            QImage image(160, 100, QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            image.setDevicePixelRatio(pixelRatio);
+            QPainter painter(&image);
+            RandomScene(painterSeed).prepare(&painter);
+            draw(&painter);
+            painter.end();
+            return image;
+        };
+        const QImage all = picture([&](QPainter *painter) { drawAllCopies(renderer, painter, track, option); });
+        const QImage seen = picture([&](QPainter *painter) { renderer.drawTrack(painter, track, option); });
+        QVERIFY2(seen == all, qPrintable(QStringLiteral("scene %1").arg(seed)));
+        const bool empty = std::all_of(all.constBits(), all.constBits() + all.sizeInBytes(),
+                                       [](uchar byte) { return byte == 0; });
+        painted += empty ? 0 : 1;
+    }
+    // Neither all in view nor all beside it.
+    QVERIFY2(painted > 100 && painted < 500, qPrintable(QString::number(painted)));
 }
 
 void tst_TrackDrawing::trackOverTheDateLineIsContinuous_data()

@@ -13,6 +13,7 @@
 #include <KelGPXTrack.h>
 #include <KelGPXTrackConfiguration.h>
 #include <KelGPXTrackDisplayOptions.h>
+#include <KelGPXTrackSegment.h>
 #include <KelGPXTrackShape.h>
 #include <KelGPXTrackSmoothing.h>
 #include <KelGeoPosition.h>
@@ -30,6 +31,8 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
+#include <QRectF>
+#include <QTransform>
 
 #include <algorithm>
 #include <array>
@@ -37,6 +40,7 @@
 #include <iterator>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace
@@ -54,6 +58,12 @@ constexpr double ARROW_PART_OF_DISTANCE = 0.5;
 constexpr double SHORTEST_BARB = 10.0;
 constexpr double LONGEST_BARB = 100.0;
 
+// Painter paths refuse what is not a number and coordinates from 1e128 on.
+constexpr double FARTHEST_COORDINATE = 1e100;
+
+// More than rounding to pixels, antialiasing and cosmetic pens add to what is painted.
+constexpr double PIXELS_AROUND = 2.0;
+
 // Out of reach of any device; it only keeps the ends of the range within an int.
 constexpr int MOST_WORLD_WIDTHS = std::numeric_limits<int>::max() - 2;
 
@@ -70,6 +80,18 @@ bool isStroked(const KelGPXTrackConfiguration &configuration)
 bool isFilled(const KelGPXTrackConfiguration &configuration)
 {
     return configuration.hasDrawOption(KelGPXTrackDisplayOptions(DisplayFill));
+}
+
+bool hasArrow(const KelGPXTrackConfiguration &configuration)
+{
+    return (configuration.markerShape() & KelGPXMarkerShape(MarkerArrow)) != 0;
+}
+
+// Before scaling; the path is not empty.
+double barbLength(const QPainterPath &path)
+{
+    const double distance = QLineF(path.elementAt(0), path.elementAt(path.elementCount() - 1)).length();
+    return std::clamp(ARROW_PART_OF_DISTANCE * distance, SHORTEST_BARB, LONGEST_BARB);
 }
 
 // ---- one path build -------------------------------------------------------------------------------------------
@@ -137,33 +159,94 @@ void smooth(PathBuild *build, int strength, int steps)
     KelGPXTrackSmoothing(build->projected.get(), build->total, strength / PERCENT, steps).run();
 }
 
+// A path that is asked to begin at a point that it refuses begins at the origin instead.
+bool isDrawable(const QPointF &point)
+{
+    return std::abs(point.x()) < FARTHEST_COORDINATE && std::abs(point.y()) < FARTHEST_COORDINATE;
+}
+
 QPainterPath thinnedPath(const PathBuild &build)
 {
     const QPointF *points = build.projected.get();
-    const double threshold = build.renderer.renderingFactor() * THINNING_DISTANCE;
+    const QPointF *end = points + build.total;
+    const QPointF *first = std::find_if(points, end, isDrawable);
+    if (first == end)
+        return QPainterPath();
 
+    const double threshold = build.renderer.renderingFactor() * THINNING_DISTANCE;
     QPainterPath path;
-    path.moveTo(points[0]);
-    QPointF last = points[0];
+    path.moveTo(*first);
+    QPointF last = *first;
+    QPointF lastDrawable = *first;
     int lines = 0;
-    for (int k = 1; k < build.total; ++k) {
-        if ((points[k] - last).manhattanLength() > threshold) {
-            path.lineTo(points[k]);
+    for (const QPointF *point = first + 1; point != end; ++point) {
+        if (!isDrawable(*point))
+            continue;
+        lastDrawable = *point;
+        if ((*point - last).manhattanLength() > threshold) {
+            path.lineTo(*point);
             ++lines;
-            last = points[k];
+            last = *point;
         }
     }
     // Deliberate: what collapses into the threshold is a point, and the callers draw empty paths as markers.
     if (lines == 0)
         return QPainterPath();
-    path.lineTo(points[build.total - 1]);
+    path.lineTo(lastDrawable);
     return path;
 }
 
 // ---- world copies ---------------------------------------------------------------------------------------------
 
+double outlineWidth(const KelGPXTrackRenderer &renderer, const KelGPXTrackConfiguration &configuration)
+{
+    return std::abs(renderer.scale((configuration.lineWidth() + configuration.haloWidth()).value()));
+}
+
+QRectF grown(const QRectF &rect, double margin)
+{
+    return rect.adjusted(-margin, -margin, margin, margin);
+}
+
+// An area that holds all that is painted of a path that is not empty: the path and its arrow head, beyond which round
+// caps and joins reach half the pen's width.
+QRectF areaOfPath(const KelGPXTrackRenderer &renderer, const QPainterPath &path,
+                  const KelGPXTrackConfiguration &configuration)
+{
+    QRectF area = grown(path.controlPointRect(), outlineWidth(renderer, configuration));
+    if (hasArrow(configuration)) {
+        const QPointF tip = path.elementAt(path.elementCount() - 1);
+        const double reach = std::abs(renderer.scale(barbLength(path))) + outlineWidth(renderer, configuration);
+        area |= grown(QRectF(tip, tip), reach);
+    }
+    return area;
+}
+
+// The same for a marker, which grows with the pen's width rounded to a whole number.
+QRectF areaOfMarker(const KelGPXTrackRenderer &renderer, const QPointF &center, double radius,
+                    const KelGPXTrackConfiguration &configuration)
+{
+    return grown(QRectF(center, center), std::abs(radius) + outlineWidth(renderer, configuration) + 1.0);
+}
+
+// Whether what is painted in that area can reach a pixel. Only images are asked: what other devices do with things
+// outside of their rectangle is their own affair (vector formats keep them).
+bool reachesThePicture(const QPainter &painter, const QRectF &area)
+{
+    const QPaintDevice *device = painter.device();
+    const QTransform toDevice = painter.deviceTransform();
+    if (!device || device->devType() != QInternal::Image || !toDevice.isAffine())
+        return true;
+    const QRectF reached = grown(toDevice.mapRect(area), PIXELS_AROUND);
+    // Written so that an area that is not finite counts as seen.
+    return !(reached.right() < 0 || reached.bottom() < 0 || reached.left() > device->width()
+             || reached.top() > device->height());
+}
+
+// Calls draw() with the painter moved to each world copy in turn. Copies of which nothing can be seen are left out:
+// outlining a long path costs the same wherever it lies.
 template <typename Draw>
-void forEachWorldCopy(const KelGPXTrackRenderer &renderer, QPainter *painter, Draw draw)
+void forEachWorldCopy(const KelGPXTrackRenderer &renderer, QPainter *painter, const QRectF &area, Draw draw)
 {
     const QPointF worldOffset = renderer.aroundTheWorldOffset();
     const KelIntRange shifts = renderer.visibleShifts(painter);
@@ -174,9 +257,26 @@ void forEachWorldCopy(const KelGPXTrackRenderer &renderer, QPainter *painter, Dr
             continue;
         painter->save();
         painter->translate(offset);
-        draw();
+        if (reachesThePicture(*painter, area))
+            draw();
         painter->restore();
     }
+}
+
+// ---- points ---------------------------------------------------------------------------------------------------
+
+// The first of the drawing points, without the list of all of them where a long line is drawn as a point only because
+// it is small on the map. Without points there is none.
+std::optional<KelGeoPosition> firstDrawingPoint(const KelGPXConfiguredTrack &configuredTrack)
+{
+    if (configuredTrack.effectiveShape() == TrackShapePoint) {
+        const KelGeoPositionList points = configuredTrack.drawingPoints();
+        return points.isEmpty() ? std::nullopt : std::optional(points.first());
+    }
+    const QList<KelGPXTrackSegment> segments = configuredTrack.track().segments();
+    const auto segment = std::find_if(segments.begin(), segments.end(),
+                                      [](const KelGPXTrackSegment &candidate) { return candidate.isValid(); });
+    return segment == segments.end() ? std::nullopt : std::optional(segment->firstPoint());
 }
 
 // ---- images ---------------------------------------------------------------------------------------------------
@@ -535,12 +635,13 @@ void KelGPXTrackRenderer::drawPoint(QPainter *painter, const KelGPXConfiguredTra
     // A transparent pen rather than none: markers are sized by the pen's width.
     painter->setPen(stroked ? penFromTrack(configuration, option) : QPen(Qt::transparent));
     painter->setBrush(filled ? brushFromTrack(configuration, option) : QBrush(Qt::transparent));
-    const auto points = configuredTrack.drawingPoints();
-    if (!points.isEmpty()) {
-        const QPointF point = projectPosition(points.first());
+    const std::optional<KelGeoPosition> position = firstDrawingPoint(configuredTrack);
+    const QPointF point = position ? projectPosition(*position) : QPointF();
+    if (position && isDrawable(point)) {
         const double radius = scale(configuredTrack.lineWidth().value());
         const KelGPXMarkerShape marker = configuration.markerShape();
-        forEachWorldCopy(*this, painter, [&] { marker.draw(painter, point, radius, radius); });
+        forEachWorldCopy(*this, painter, areaOfMarker(*this, point, radius, configuration),
+                         [&] { marker.draw(painter, point, radius, radius); });
     }
     painter->restore();
 }
@@ -554,7 +655,8 @@ void KelGPXTrackRenderer::drawLine(QPainter *painter, const KelGPXConfiguredTrac
         return;
     }
     const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
-    forEachWorldCopy(*this, painter, [&] { drawLine(painter, path, configuration, option); });
+    forEachWorldCopy(*this, painter, areaOfPath(*this, path, configuration),
+                     [&] { drawLine(painter, path, configuration, option); });
 }
 
 void KelGPXTrackRenderer::drawPolygon(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,
@@ -566,14 +668,15 @@ void KelGPXTrackRenderer::drawPolygon(QPainter *painter, const KelGPXConfiguredT
         return;
     }
     const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
-    forEachWorldCopy(*this, painter, [&] { drawPolygon(painter, path, configuration, option); });
+    forEachWorldCopy(*this, painter, areaOfPath(*this, path, configuration),
+                     [&] { drawPolygon(painter, path, configuration, option); });
 }
 
 void KelGPXTrackRenderer::drawLine(QPainter *painter, const QPainterPath &path,
                                    const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const
 {
     drawPath(painter, path, configuration, option);
-    if ((configuration.markerShape() & KelGPXMarkerShape(MarkerArrow)) != 0)
+    if (hasArrow(configuration))
         drawArrowHead(painter, path, configuration, option);
 }
 
@@ -603,11 +706,8 @@ void KelGPXTrackRenderer::drawArrowHead(QPainter *painter, const QPainterPath &p
     if (path.elementCount() == 0)
         return;
     const double angle = detectAngleOfPath(path);
-    const QPointF start = path.elementAt(0);
     const QPointF tip = path.elementAt(path.elementCount() - 1);
-    const double length = std::clamp(ARROW_PART_OF_DISTANCE * QLineF(start, tip).length(), SHORTEST_BARB,
-                                     LONGEST_BARB);
-    const double barb = scale(length);
+    const double barb = scale(barbLength(path));
 
     painter->save();
     painter->setPen(solidPenFromTrack(configuration, option));

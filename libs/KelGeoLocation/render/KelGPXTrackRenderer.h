@@ -75,7 +75,7 @@ public:
     virtual ~KelGPXTrackRenderer();
 
     /// The image point of a position, in pixels. Called from several threads at once. The world must be at least one
-    /// pixel wide (see aroundTheWorldOffset()). Points that are not finite are left out of lines.
+    /// pixel wide (see aroundTheWorldOffset()). Points that are not finite are left out of lines and get no marker.
     [[nodiscard]] virtual QPointF projectPosition(const KelGeoPosition &position) const = 0;
 
     /// \a value in configured size units as pixels: value × renderingFactor().
@@ -209,7 +209,8 @@ public:
     /// @}
 
     /// \name Drawing a configured track
-    /// Each repeats the track for all visible world copies and leaves the painter's state as it was.
+    /// Each repeats the track for all visible world copies and leaves the painter's state as it was. On a QImage,
+    /// copies of which no pixel would be seen are left out; other devices get them all.
     /// @{
 
     /// Draws a point, polygon or line according to the track's effective shape.
