@@ -11,11 +11,28 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QString>
+#include <QXmlStreamReader>
 
 namespace
 {
 
 constexpr QChar ByteOrderMark(0xfeff);
+
+/// Whether elements are nested deeper than the tree bears. Most documents have fewer tags than that and need no look.
+template<class Source>
+bool isTooDeep(const Source &source)
+{
+    if (source.count('<') <= KelXMLLoader::MAXIMUM_DEPTH)
+        return false;
+    QXmlStreamReader xml(source);
+    xml.setNamespaceProcessing(false);
+    int depth = 0;
+    while (!xml.atEnd() && depth <= KelXMLLoader::MAXIMUM_DEPTH) {
+        const QXmlStreamReader::TokenType token = xml.readNext();
+        depth += token == QXmlStreamReader::StartElement ? 1 : token == QXmlStreamReader::EndElement ? -1 : 0;
+    }
+    return depth > KelXMLLoader::MAXIMUM_DEPTH;
+}
 
 void report(KelErrorHistory *errorHistory, const KelErrorHistory::Entry &entry)
 {
@@ -27,6 +44,12 @@ void report(KelErrorHistory *errorHistory, const KelErrorHistory::Entry &entry)
 template<class Source>
 QDomDocument parse(const Source &source, const QString &fileName, KelErrorHistory *errorHistory)
 {
+    if (isTooDeep(source)) {
+        report(errorHistory, {fileName, -1, -1,
+                              QStringLiteral("elements are nested more than %1 levels deep")
+                                  .arg(KelXMLLoader::MAXIMUM_DEPTH)});
+        return {};
+    }
     QDomDocument document;
     QString message;
     int line = -1;

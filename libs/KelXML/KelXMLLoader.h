@@ -27,6 +27,11 @@ class KELXML_EXPORT KelXMLLoader
 public:
     KelXMLLoader() = delete;
 
+    /// The deepest nesting of elements that is read; what lies deeper counts as malformed. Qt needs time with the square
+    /// of the depth to build a tree, and stack with the depth to delete it, so that a small file could stop or crash the
+    /// program.
+    static constexpr int MAXIMUM_DEPTH = 5000;
+
     /// The root element of a file; a null element if the file cannot be read or is no well-formed XML.
     ///
     /// The element and everything below it stay alive and readable as long as the caller keeps the element. It no longer

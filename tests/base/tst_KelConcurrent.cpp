@@ -5,15 +5,13 @@
 
 #include <QtTest>
 
-#include <QMutex>
-#include <QSet>
 #include <QSemaphore>
 #include <QThread>
 #include <QThreadPool>
 
 #include <list>
-#include <memory>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 namespace
@@ -31,9 +29,7 @@ QList<int> numbers(int count)
 template<class Function>
 void inWorkerThread(Function function)
 {
-    const std::unique_ptr<QThread> thread(QThread::create(function));
-    thread->start();
-    thread->wait();
+    std::thread(function).join();
 }
 
 /// Lets the global pool count further tasks as running.
@@ -290,12 +286,13 @@ void tst_KelConcurrent::firstExceptionReachesTheCaller()
 
 void tst_KelConcurrent::exceptionOfABlockingMap()
 {
-    QVERIFY_EXCEPTION_THROWN(KelConcurrent::blockingMap(numbers(10), [](int number) {
+    const auto throwAtNine = [](int number) {
         if (number == 9)
             throw std::out_of_range("nine");
-    }), std::out_of_range);
-    QVERIFY_EXCEPTION_THROWN(KelConcurrent::blockingMap(numbers(1), [](int) { throw std::out_of_range("one"); }),
-                             std::out_of_range);
+    };
+    const auto throwAlways = [](int) { throw std::out_of_range("always"); };
+    QVERIFY_THROWS_EXCEPTION(std::out_of_range, KelConcurrent::blockingMap(numbers(10), throwAtNine));
+    QVERIFY_THROWS_EXCEPTION(std::out_of_range, KelConcurrent::blockingMap(numbers(1), throwAlways));
 }
 
 void tst_KelConcurrent::nestedCalls()

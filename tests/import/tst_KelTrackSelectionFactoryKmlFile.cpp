@@ -639,6 +639,11 @@ void tst_KelTrackSelectionFactoryKmlFile::deepFoldersDoNoHarm()
     QCOMPARE(list.count(), 2);
     QCOMPARE(list.at(0).name(), QStringLiteral("deep"));
     QCOMPARE(list.at(1).track().countPoints(), 1);
+
+    KelErrorHistory errors;
+    QVERIFY(!m_factory.decode(QString("<a>").repeated(100000) + QString("</a>").repeated(100000), FILE_NAME, &errors)
+                 .isValid());
+    QVERIFY2(errors.last().message.contains("nested"), qPrintable(errors.last().message));
 }
 
 void tst_KelTrackSelectionFactoryKmlFile::largeDocument()

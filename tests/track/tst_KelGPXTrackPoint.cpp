@@ -244,6 +244,17 @@ void tst_KelGPXTrackPoint::toKml_data()
     QTest::newRow("milliseconds") << point(50.25, 7.5, 300, someTime.addMSecs(7)) << "7.5,50.25,300,1700000000007";
     QTest::newRow("time at the epoch")
         << point(50.25, 7.5, 0, QDateTime::fromMSecsSinceEpoch(0, Qt::UTC)) << "7.5,50.25,0,0";
+    QTest::newRow("greatest elevation")
+        << point(50.25, 7.5, 2147483647) << "7.5,50.25,2147483647";
+    QTest::newRow("least elevation") << point(50.25, 7.5, std::numeric_limits<int>::min()) << "7.5,50.25,-2147483648";
+    QTest::newRow("time before the epoch")
+        << point(50.25, 7.5, 0, QDateTime::fromMSecsSinceEpoch(-1500, Qt::UTC)) << "7.5,50.25,0,-1500";
+    QTest::newRow("latest time")
+        << point(50.25, 7.5, -10, QDateTime::fromMSecsSinceEpoch(std::numeric_limits<qint64>::max(), Qt::UTC))
+        << "7.5,50.25,-10,9223372036854775807";
+    QTest::newRow("earliest time")
+        << point(50.25, 7.5, -10, QDateTime::fromMSecsSinceEpoch(std::numeric_limits<qint64>::min(), Qt::UTC))
+        << "7.5,50.25,-10,-9223372036854775808";
     QTest::newRow("the description is not written") << point(50.25, 7.5, 0, noTime, "Lock") << "7.5,50.25";
     QTest::newRow("invalid position") << KelGPXTrackPoint() << "720.,720.";
 }

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void oldDocumentSurvivesInOtherHandles();
     void textWithByteOrderMark();
     void namesKeepTheirPrefix();
+    void depthIsLimited_data();
+    void depthIsLimited();
     void fileEncodings_data();
     void fileEncodings();
     void elementOutlivesItsDocument();
@@ -148,6 +150,34 @@ void tst_KelXMLLoader::namesKeepTheirPrefix()
     const QDomElement child = document.documentElement().firstChildElement();
     QCOMPARE(child.tagName(), QStringLiteral("gpxx:rpt"));
     QCOMPARE(child.attribute(QStringLiteral("gpxx:lat")), QStringLiteral("1"));
+}
+
+void tst_KelXMLLoader::depthIsLimited_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("readable");
+
+    const auto nested = [](int depth) {
+        return QStringLiteral("<a>").repeated(depth) + QStringLiteral("</a>").repeated(depth);
+    };
+    QTest::newRow("as deep as allowed") << nested(5000) << true;
+    QTest::newRow("one level deeper") << nested(5001) << false;
+    QTest::newRow("far too deep") << nested(200000) << false;
+    QTest::newRow("many elements beside one another") << "<a>" + QStringLiteral("<b/>").repeated(20000) + "</a>" << true;
+}
+
+void tst_KelXMLLoader::depthIsLimited()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, readable);
+    KelErrorHistory errors;
+    QDomDocument document;
+    QCOMPARE(KelXMLLoader::setContent(document, text, &errors), readable);
+    QCOMPARE(document.isNull(), !readable);
+    QCOMPARE(KelXMLLoader::setContent(document, text.toUtf8(), &errors), readable);
+    QCOMPARE(errors.entries().size(), readable ? 0 : 2);
+    for (const KelErrorHistory::Entry &entry : errors.entries())
+        QCOMPARE(entry.message, QStringLiteral("elements are nested more than 5000 levels deep"));
 }
 
 void tst_KelXMLLoader::fileEncodings_data()

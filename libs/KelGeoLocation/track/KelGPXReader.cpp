@@ -11,6 +11,7 @@
 #include <KelGPXTrackPointImpl.h>
 #include <KelXMLStreamCursor.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -164,17 +165,10 @@ Tuple readTuple(QStringView text)
     return tuple;
 }
 
-KelGPXTrackPoint toPoint(const Tuple &tuple)
+/// Such tuples are dropped from compact point text, see KelGPXTrackPoint::isNull().
+bool isNull(const Tuple &tuple)
 {
-    return KelGPXTrackPoint(KelGeoPosition(tuple.latitude, tuple.longitude), tuple.elevation, tuple.timeStamp,
-                            QString());
-}
-
-/// Appends the point unless it is null, see KelGPXTrackPoint::isNull().
-void appendTuple(const Tuple &tuple, QList<KelGPXTrackPoint> &points)
-{
-    if (tuple.latitude != 0.0 || tuple.longitude != 0.0)
-        points.append(toPoint(tuple));
+    return tuple.latitude == 0.0 && tuple.longitude == 0.0;
 }
 
 /// Cut toward zero; 0, no elevation, for what does not fit.
@@ -338,17 +332,32 @@ KelGPXTrackPoint KelGPXReader::readPoint(KelXMLCursor &element)
             hasDescription = true;
         }
     }
-    return KelGPXTrackPoint(KelGeoPosition(latitude, longitude), toWholeMetres(elevation), timeStamp, description);
+    return makePoint(latitude, longitude, toWholeMetres(elevation), std::move(timeStamp), std::move(description));
 }
 
-KelGPXTrackPoint KelGPXReader::decodeTuple(QStringView tuple)
+/// The point without a copy, and with that a reference count, of any of its parts.
+KelGPXTrackPoint KelGPXReader::makePoint(double latitude, double longitude, int elevation, QDateTime timeStamp,
+                                         QString description)
 {
-    return toPoint(readTuple(tuple));
+    return KelGPXTrackPoint(new KelGPXTrackPointImpl(KelGeoPosition(latitude, longitude), elevation,
+                                                     std::move(timeStamp), std::move(description)));
+}
+
+KelGPXTrackPoint KelGPXReader::decodeTuple(QStringView text)
+{
+    Tuple tuple = readTuple(text);
+    return makePoint(tuple.latitude, tuple.longitude, tuple.elevation, std::move(tuple.timeStamp), QString());
 }
 
 QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
 {
     QList<KelGPXTrackPoint> points;
+    const auto append = [&points](Tuple &tuple) {
+        if (!isNull(tuple)) {
+            points.append(makePoint(tuple.latitude, tuple.longitude, tuple.elevation, std::move(tuple.timeStamp),
+                                    QString()));
+        }
+    };
     bool checked = false;
     const char16_t *at = text.utf16();
     const char16_t *const end = at + text.size();
@@ -362,7 +371,8 @@ QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
             // Half a surrogate pair anywhere: no regular expression matches in such a text, so it is one tuple.
             if (!checked && !text.isValidUtf16()) {
                 points.clear();
-                appendTuple(readTuple(text), points);
+                tuple = readTuple(text);
+                append(tuple);
                 return points;
             }
             checked = true;
@@ -371,7 +381,7 @@ QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
                 ++at;
             tuple = readTuple(QStringView(begin, at));
         }
-        appendTuple(tuple, points);
+        append(tuple);
     }
     return points;
 }

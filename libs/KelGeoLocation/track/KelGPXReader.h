@@ -10,8 +10,10 @@
 class KelGPXTrack;
 class KelGPXTrackPoint;
 class KelXMLCursor;
+class QDateTime;
 class QDir;
 class QFileInfo;
+class QString;
 
 /// All rules by which GPX is read, written once for trees and streams.
 ///
@@ -41,6 +43,8 @@ public:
     static QList<KelGPXTrackPoint> decodeTuples(QStringView text);
 
 private:
+    static KelGPXTrackPoint makePoint(double latitude, double longitude, int elevation, QDateTime timeStamp,
+                                      QString description);
     static void mergeTrack(KelXMLCursor &element, const QDir *directory, int depth, KelGPXTrack &track);
     static void mergeIncludedFile(const QFileInfo &file, int depth, KelGPXTrack &track);
     static void mergeEnclaves(KelXMLCursor &enclaves, int depth, KelGPXTrack &track);

@@ -7,6 +7,7 @@
 #include <KelErrorHistory.h>
 #include <KelXMLStreamCursor.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QDomElement>
 #include <QFile>
@@ -29,7 +30,7 @@ void addError(KelErrorHistory *errors, const QFileInfo &file, qint64 line, qint6
 KelGPXTrackFile::KelGPXTrackFile(const QFileInfo &file, KelErrorHistory *errors)
 {
     if (file.filePath().isEmpty()) { // QFile would say so on standard error
-        addError(errors, file, -1, -1, QStringLiteral("No file name specified"));
+        addError(errors, file, -1, -1, QCoreApplication::translate("KelXMLLoader", "no file name"));
         return;
     }
     QFile source(file.filePath());

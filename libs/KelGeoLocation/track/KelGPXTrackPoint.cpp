@@ -10,6 +10,7 @@
 #include <KelXMLDomCursor.h>
 
 #include <QDomElement>
+#include <QStringView>
 
 #include <array>
 #include <cmath>
@@ -20,6 +21,31 @@ namespace
 
 constexpr int decimals = 10;
 constexpr std::uint64_t decimalsFactor = 10'000'000'000; // 10^decimals
+
+/// Text that grows to the left, in place.
+class Digits
+{
+public:
+    void prepend(char16_t character) { *--m_begin = character; }
+    void prepend(std::uint64_t number)
+    {
+        do {
+            prepend(char16_t(u'0' + number % 10));
+            number /= 10;
+        } while (number != 0);
+    }
+    void prependInteger(qint64 number)
+    {
+        prepend(number < 0 ? 0 - std::uint64_t(number) : std::uint64_t(number));
+        if (number < 0)
+            prepend(u'-');
+    }
+    void appendTo(QString &text) const { text.append(QStringView(m_begin, m_buffer.data() + m_buffer.size())); }
+
+private:
+    std::array<char16_t, 48> m_buffer; // two 64-bit numbers with signs and commas
+    char16_t *m_begin = m_buffer.data() + m_buffer.size();
+};
 
 /// Appends QString::number(value, 'f', 10) without its trailing zeros, by way of exactly that text.
 void appendByText(QString &text, double value)
@@ -47,25 +73,18 @@ void appendCoordinate(QString &text, double value)
     const Wide scaled = Wide(mantissa) * decimalsFactor;
     const auto rounded = static_cast<std::uint64_t>((scaled + (Wide(1) << (shift - 1))) >> shift);
 
-    const std::uint64_t whole = rounded / decimalsFactor;
+    Digits digits;
     std::uint64_t fraction = rounded % decimalsFactor;
-
-    std::array<char16_t, 24> buffer;
-    auto at = buffer.end();
     int length = decimals;
     for (; length > 0 && fraction % 10 == 0; --length)
         fraction /= 10;
     for (; length > 0; --length, fraction /= 10)
-        *--at = char16_t(u'0' + fraction % 10);
-    *--at = u'.';
-    std::uint64_t rest = whole;
-    do {
-        *--at = char16_t(u'0' + rest % 10);
-        rest /= 10;
-    } while (rest != 0);
+        digits.prepend(char16_t(u'0' + fraction % 10));
+    digits.prepend(u'.');
+    digits.prepend(rounded / decimalsFactor);
     if (value < 0)
-        *--at = u'-';
-    text.append(QStringView(&*at, buffer.end() - at));
+        digits.prepend(u'-');
+    digits.appendTo(text);
 }
 
 } // namespace
@@ -156,11 +175,17 @@ void KelGPXTrackPoint::appendKml(QString &text) const
     appendCoordinate(text, d->position().longitude().decimalDegrees());
     text.append(QLatin1Char(','));
     appendCoordinate(text, d->position().latitude().decimalDegrees());
-    if (d->elevation() != 0 || hasTime)
-        text.append(QLatin1Char(',')).append(QString::number(d->elevation()));
+    if (d->elevation() == 0 && !hasTime)
+        return;
+    Digits fields;
     // Deliberate: milliseconds here, although decodeKml() reads seconds.
-    if (hasTime)
-        text.append(QLatin1Char(',')).append(QString::number(d->timeStamp().toMSecsSinceEpoch()));
+    if (hasTime) {
+        fields.prependInteger(d->timeStamp().toMSecsSinceEpoch());
+        fields.prepend(u',');
+    }
+    fields.prependInteger(d->elevation());
+    fields.prepend(u',');
+    fields.appendTo(text);
 }
 
 KelGPXTrackPoint KelGPXTrackPoint::decodeKml(const QString &tuple)

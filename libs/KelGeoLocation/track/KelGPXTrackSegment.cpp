@@ -43,7 +43,9 @@ void KelGPXTrackSegment::toXml(QDomElement &parent) const
 
 QString KelGPXTrackSegment::toKml() const
 {
+    constexpr qsizetype usualLength = 40;
     QString text;
+    text.reserve(m_trackPoints.size() * usualLength);
     for (const KelGPXTrackPoint &point : m_trackPoints) {
         if (!text.isEmpty())
             text.append(QLatin1Char('\n'));
