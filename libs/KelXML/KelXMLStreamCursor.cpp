@@ -4,6 +4,7 @@
 #include "KelXMLStreamCursor.h"
 
 #include <KelXMLConversion.h>
+#include <KelXMLLoader.h>
 
 #include <QIODevice>
 #include <QXmlStreamReader>
@@ -23,7 +24,7 @@ struct KelXMLStreamCursor::Document
         const QXmlStreamReader::TokenType token = reader.readNext();
         ++tokens;
         if (token == QXmlStreamReader::StartElement)
-            ++depth;
+            open();
         else if (token == QXmlStreamReader::EndElement)
             --depth;
         else if (token == QXmlStreamReader::DTD)
@@ -34,6 +35,15 @@ struct KelXMLStreamCursor::Document
     [[nodiscard]] bool isOver() const
     {
         return reader.atEnd();
+    }
+
+    /// Deeper nesting counts as malformed here because it does where trees are loaded.
+    void open()
+    {
+        if (++depth > KelXMLLoader::MAXIMUM_DEPTH) {
+            reader.raiseError(QStringLiteral("elements are nested more than %1 levels deep")
+                                  .arg(KelXMLLoader::MAXIMUM_DEPTH));
+        }
     }
 
     /// There may be one, before the root. The reader lets more pass, XML and the tree do not.

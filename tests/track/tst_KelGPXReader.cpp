@@ -31,7 +31,7 @@ private Q_SLOTS:
     void sameOverDamagedDocuments();
     void nothingOfAFileThatBreaksOff();
     void nothingOfAFileWithAnErrorAnywhere();
-    void deepNestingIsHarmless();
+    void enclavesDeeperThanTheLimitAreSkipped();
 
 private:
     QTemporaryDir m_dir;
@@ -452,24 +452,26 @@ void tst_KelGPXReader::nothingOfAFileWithAnErrorAnywhere()
     }
 }
 
-void tst_KelGPXReader::deepNestingIsHarmless()
+void tst_KelGPXReader::enclavesDeeperThanTheLimitAreSkipped()
 {
-    // Far deeper than a stack would carry; the levels below 256 are skipped. (As a tree this is not to be tried.)
-    const int levels = 100000;
-    const QByteArray xml = "<gpx><trk><trkseg><trkpt lat='1' lon='2'/></trkseg>"
-        + QByteArray("<enclaves><trk>").repeated(levels) + QByteArray("</trk></enclaves>").repeated(levels)
-        + "<name>survivor</name></trk></gpx>";
-    QFile file(m_dir.filePath("deep.gpx"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(xml);
-    file.close();
-    const KelGPXTrackFile deep{QFileInfo(file.fileName())};
-    QCOMPARE(deep.tracks().size(), 1);
-    QCOMPARE(deep.tracks().first().name(), "survivor");
-    int depth = 0;
-    for (KelGPXTrack t = deep.tracks().first(); !t.enclaves().isEmpty(); t = t.enclaves().first())
-        ++depth;
-    QCOMPARE(depth, 256);
+    const auto nested = [](int levels) {
+        return "<gpx><trk><trkseg><trkpt lat='1' lon='2'/></trkseg>" + QByteArray("<enclaves><trk>").repeated(levels)
+            + QByteArray("</trk></enclaves>").repeated(levels) + "<name>survivor</name></trk></gpx>";
+    };
+    for (const int levels : {255, 256, 257, 2000}) {
+        readAll(m_dir, nested(levels)); // writes the file
+        const KelGPXTrackFile file(QFileInfo(m_dir.filePath("walk.gpx")));
+        QCOMPARE(file.tracks().size(), 1);
+        QCOMPARE(file.tracks().first().name(), "survivor");
+        int depth = 0;
+        for (KelGPXTrack t = file.tracks().first(); !t.enclaves().isEmpty(); t = t.enclaves().first())
+            ++depth;
+        QCOMPARE(depth, qMin(levels, 256));
+    }
+    // Deeper than trees may be: malformed.
+    const Outcome outcome = readAll(m_dir, nested(100000));
+    QVERIFY(!outcome.wellFormed);
+    QVERIFY(outcome.byStream.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_KelGPXReader)

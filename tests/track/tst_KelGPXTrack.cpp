@@ -13,10 +13,9 @@
 #include <QDomDocument>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QThread>
 #include <QtTest>
 
-#include <memory>
+#include <thread>
 #include <utility>
 
 class tst_KelGPXTrack : public QObject
@@ -542,9 +541,7 @@ void tst_KelGPXTrack::chunksDoNotSpanSegments()
     QCOMPARE(latitudes, (QList<double>{1.0, 2.0, 3.0, 4.0, 5.0}));
 
     QList<KelGeoPositionList> inWorker;
-    const std::unique_ptr<QThread> thread(QThread::create([&] { inWorker = t.chunkedPoints(); }));
-    thread->start();
-    QVERIFY(thread->wait());
+    std::thread([&] { inWorker = t.chunkedPoints(); }).join();
     QCOMPARE(inWorker.size(), 2);
     QCOMPARE(inWorker.at(0).size(), 3);
     QCOMPARE(inWorker.at(1).size(), 2);

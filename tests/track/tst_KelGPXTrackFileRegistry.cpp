@@ -11,12 +11,11 @@
 #include <QDomElement>
 #include <QFile>
 #include <QFileInfo>
-#include <QSemaphore>
 #include <QTemporaryDir>
-#include <QThread>
 #include <QtTest>
 
-#include <memory>
+#include <latch>
+#include <thread>
 #include <vector>
 
 class tst_KelGPXTrackFileRegistry : public QObject
@@ -333,20 +332,18 @@ void tst_KelGPXTrackFileRegistry::twoThreadsMakeOneFile()
     for (int round = 0; round < 20; ++round) {
         const QTemporaryDir dir;
         const QDir store(dir.path());
-        QSemaphore start;
+        std::latch start(2);
         std::vector<QString> names(2);
-        std::vector<std::unique_ptr<QThread>> threads;
+        std::vector<std::thread> threads;
         for (std::size_t i = 0; i < names.size(); ++i) {
-            threads.emplace_back(QThread::create([&names, &start, i, path = dir.path()] {
+            threads.emplace_back([&names, &start, i, path = dir.path()] {
                 const KelGPXTrackFileRegistryKey key(track("n"), QDir(path)); // a track of the thread's own
-                start.acquire();
+                start.arrive_and_wait();
                 names[i] = KelGPXTrackFileRegistry::instance().createAssignedFile(key);
-            }));
-            threads.back()->start();
+            });
         }
-        start.release(int(names.size()));
-        for (const auto &thread : threads)
-            QVERIFY(thread->wait());
+        for (std::thread &thread : threads)
+            thread.join();
         QCOMPARE(names.at(0), names.at(1));
         QCOMPARE(filesIn(store), QStringList{names.at(0)});
     }
@@ -355,18 +352,17 @@ void tst_KelGPXTrackFileRegistry::twoThreadsMakeOneFile()
 void tst_KelGPXTrackFileRegistry::manyThreadsWithDifferentTracks()
 {
     const QTemporaryDir dir;
-    std::vector<std::unique_ptr<QThread>> threads;
+    std::vector<std::thread> threads;
     for (int i = 0; i < 8; ++i) {
-        threads.emplace_back(QThread::create([i, path = dir.path()] {
+        threads.emplace_back([i, path = dir.path()] {
             for (int n = 0; n < 5; ++n) {
                 const KelGPXTrackFileRegistryKey key(track(QString::number(i * 100 + n)), QDir(path));
                 KelGPXTrackFileRegistry::instance().createAssignedFile(key);
             }
-        }));
-        threads.back()->start();
+        });
     }
-    for (const auto &thread : threads)
-        QVERIFY(thread->wait());
+    for (std::thread &thread : threads)
+        thread.join();
     const QStringList files = filesIn(QDir(dir.path()));
     QCOMPARE(files.size(), 40);
     for (int i = 0; i < 8; ++i) {

@@ -8,11 +8,10 @@
 
 #include <QDomDocument>
 #include <QRegularExpression>
-#include <QThread>
 #include <QtTest>
 
-#include <memory>
 #include <random>
+#include <thread>
 
 class tst_KelGPXTrackSegment : public QObject
 {
@@ -120,9 +119,7 @@ QList<KelGPXTrackPoint> plainTrackPoints(const QString &text)
 template<typename Function>
 void runInWorkerThread(Function function)
 {
-    const std::unique_ptr<QThread> thread(QThread::create(function));
-    thread->start();
-    QVERIFY(thread->wait());
+    std::thread(function).join();
 }
 
 KelGPXTrackSegment segment(const QString &xml)

@@ -39,7 +39,8 @@ private Q_SLOTS:
     void attributeAfterAChildIsNullOnAStream();
     void nullElement();
     void lineAndColumn();
-    void deepNestingNeedsNoStack();
+    void deepNesting_data();
+    void deepNesting();
     void finish_data();
     void finish();
     void errorPlaceIsThatOfTheTree_data();
@@ -389,28 +390,32 @@ void tst_KelXMLCursor::lineAndColumn()
     }
 }
 
-void tst_KelXMLCursor::deepNestingNeedsNoStack()
+void tst_KelXMLCursor::deepNesting_data()
 {
-    // Only on the stream: building a tree of this depth is Qt's affair.
-    const int depth = 200000;
-    QByteArray xml("<r>");
-    for (int i = 0; i < depth; ++i)
-        xml += "<a>";
-    xml += "x";
-    for (int i = 0; i < depth; ++i)
-        xml += "</a>";
-    xml += "<b/></r>";
+    QTest::addColumn<int>("depth");
+    QTest::addColumn<bool>("wellFormed");
+    QTest::newRow("as deep as trees may be") << KelXMLLoader::MAXIMUM_DEPTH << true;
+    QTest::newRow("one level deeper") << KelXMLLoader::MAXIMUM_DEPTH + 1 << false;
+    QTest::newRow("deeper than any stack") << 1000000 << false;
+}
+
+void tst_KelXMLCursor::deepNesting()
+{
+    QFETCH(int, depth);
+    QFETCH(bool, wellFormed);
+    const QByteArray inner = QByteArray("<a>").repeated(depth - 1) + "x" + QByteArray("</a>").repeated(depth - 1);
+    const QByteArray xml = "<r>" + inner + "<b>y</b></r>";
+    QDomDocument document;
+    QCOMPARE(KelXMLLoader::setContent(document, xml), wellFormed);
     {
         Source source(xml, true);
         QVERIFY(source.cursor->nextChild());
-        QVERIFY(source.cursor->nextChild());
-        QCOMPARE(source.cursor->child().name(), u"b");
+        QCOMPARE(source.cursor->nextChild(), wellFormed);
+        QCOMPARE(source.cursor->child().name(), wellFormed ? u"b" : u"a");
     }
-    {
-        Source source(xml, true);
-        QCOMPARE(source.cursor->text(), "x");
-        QVERIFY(static_cast<KelXMLStreamCursor &>(*source.cursor).finish());
-    }
+    Source source(xml, true);
+    QCOMPARE(source.cursor->text(), wellFormed ? "xy" : "");
+    QCOMPARE(static_cast<KelXMLStreamCursor &>(*source.cursor).finish(), wellFormed);
 }
 
 void tst_KelXMLCursor::finish_data()
