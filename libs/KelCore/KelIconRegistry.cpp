@@ -137,3 +137,6 @@ QIcon KelIconRegistry::find(const QString &name, const QAbstractButton *button) 
         return QIcon(new MonochromeSvgIconEngine(name, button));
     return {};
 }
+
+// Here, so that programs and plugins that come without any other user of it find one and the same object.
+template class KelSingleton<KelIconRegistry>;

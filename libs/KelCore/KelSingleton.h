@@ -24,7 +24,9 @@
 /// instance() may be called from any thread; what the object itself may be asked from which thread is its own rule.
 /// A QObject belongs to the thread that created it: hosts that care call instance() once from the main thread.
 ///
-/// The template has default visibility: library and program share one instance.
+/// The template has default visibility: library and program share one instance. A class that lives in a library
+/// instantiates the template in its source, `template class KelSingleton<KelThing>;`, so that plugins share it as well
+/// when the library itself does not use it.
 template<class T>
 class KELCORE_TEMPLATE_EXPORT KelSingleton
 {

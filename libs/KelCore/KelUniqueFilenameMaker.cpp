@@ -77,3 +77,6 @@ QString KelUniqueFilenameMaker::uniqueName(const QDir &dir, const QString &wante
         return name;
     }
 }
+
+// Here, so that programs and plugins that come without any other user of it find one and the same object.
+template class KelSingleton<KelUniqueFilenameMaker>;

@@ -60,3 +60,6 @@ void KelRequestDiskAccess::setDialog(
 {
     m_dialog = std::move(dialog);
 }
+
+// Here, so that programs and plugins that come without any other user of it find one and the same object.
+template class KelSingleton<KelRequestDiskAccess>;

@@ -14,6 +14,8 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include <dlfcn.h>
+
 namespace
 {
 
@@ -78,6 +80,7 @@ private Q_SLOTS:
     void unknownName();
     void hostsIconComesFirst();
     void nullButtonIsIgnored();
+    void stateLivesInTheLibrary();
 };
 
 void tst_KelIconRegistry::builtInIcons_data()
@@ -222,6 +225,12 @@ void tst_KelIconRegistry::hostsIconComesFirst()
 void tst_KelIconRegistry::nullButtonIsIgnored()
 {
     registry().setIcon(nullptr, QStringLiteral("ico_fit_map"));
+}
+
+void tst_KelIconRegistry::stateLivesInTheLibrary()
+{
+    // Programs and plugins find one state only if a library shows it to all of them, as the C++ ABI names it.
+    QVERIFY(dlsym(RTLD_DEFAULT, "_ZZN12KelSingletonI15KelIconRegistryE5stateEvE8theState") != nullptr);
 }
 
 QTEST_MAIN(tst_KelIconRegistry)

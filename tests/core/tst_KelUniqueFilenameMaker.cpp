@@ -14,6 +14,8 @@
 #include <thread>
 #include <vector>
 
+#include <dlfcn.h>
+
 namespace
 {
 
@@ -58,6 +60,7 @@ private Q_SLOTS:
     void withoutContainerThereIsNoName();
     void missingDirectoryIsNotCreated();
     void threadsGetDifferentNames();
+    void stateLivesInTheLibrary();
 
 private:
     std::unique_ptr<QTemporaryDir> m_temporary;
@@ -228,6 +231,12 @@ void tst_KelUniqueFilenameMaker::threadsGetDifferentNames()
     for (std::thread &thread : threads)
         thread.join();
     QCOMPARE(names.size(), threadCount * namesEach);
+}
+
+void tst_KelUniqueFilenameMaker::stateLivesInTheLibrary()
+{
+    // Programs and plugins find one state only if a library shows it to all of them, as the C++ ABI names it.
+    QVERIFY(dlsym(RTLD_DEFAULT, "_ZZN12KelSingletonI22KelUniqueFilenameMakerE5stateEvE8theState") != nullptr);
 }
 
 QTEST_GUILESS_MAIN(tst_KelUniqueFilenameMaker)

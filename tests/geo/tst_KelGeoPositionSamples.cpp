@@ -8,6 +8,8 @@
 
 #include <type_traits>
 
+#include <dlfcn.h>
+
 class tst_KelGeoPositionSamples : public QObject
 {
     Q_OBJECT
@@ -17,6 +19,7 @@ private Q_SLOTS:
     void table();
     void unknownSample();
     void isOneObject();
+    void stateLivesInTheLibrary();
     void greenwichIsValid();
     void wellingtonToHonoluluCrossesTheDateLine();
 };
@@ -77,6 +80,12 @@ void tst_KelGeoPositionSamples::isOneObject()
 {
     QCOMPARE(&KelGeoPositionSamples::instance(), &KelSingleton<KelGeoPositionSamples>::instance());
     QVERIFY(std::has_virtual_destructor_v<KelGeoPositionSamples>);
+}
+
+void tst_KelGeoPositionSamples::stateLivesInTheLibrary()
+{
+    // Programs and plugins find one state only if a library shows it to all of them, as the C++ ABI names it.
+    QVERIFY(dlsym(RTLD_DEFAULT, "_ZZN12KelSingletonI21KelGeoPositionSamplesE5stateEvE8theState") != nullptr);
 }
 
 void tst_KelGeoPositionSamples::greenwichIsValid()

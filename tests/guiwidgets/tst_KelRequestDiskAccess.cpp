@@ -12,6 +12,8 @@
 
 #include <KelTemporarySettings.h>
 
+#include <dlfcn.h>
+
 namespace
 {
 
@@ -38,6 +40,7 @@ private Q_SLOTS:
     void startPathGoesBeforeTheRememberedDirectory();
     void aRememberedDirectoryThatIsGoneIsNotOffered();
     void withoutAGraphicalApplicationNobodyIsAsked();
+    void stateLivesInTheLibrary();
 
 private:
     QString ask(KelDiskAccessMode mode, const QString &startPath = QString());
@@ -143,6 +146,12 @@ void tst_KelRequestDiskAccess::withoutAGraphicalApplicationNobodyIsAsked()
 {
     diskAccess().setDialog({});
     QCOMPARE(ask(KelDiskAccessMode::Read), QString());
+}
+
+void tst_KelRequestDiskAccess::stateLivesInTheLibrary()
+{
+    // Programs and plugins find one state only if a library shows it to all of them, as the C++ ABI names it.
+    QVERIFY(dlsym(RTLD_DEFAULT, "_ZZN12KelSingletonI20KelRequestDiskAccessE5stateEvE8theState") != nullptr);
 }
 
 QTEST_GUILESS_MAIN(tst_KelRequestDiskAccess)

@@ -72,3 +72,6 @@ KelLongitude KelGeoPositionSamples::longitude(const KelGeoPositionSamplesEnum &s
 {
     return position(sample).longitude();
 }
+
+// Here, so that programs and plugins that come without any other user of it find one and the same object.
+template class KelSingleton<KelGeoPositionSamples>;
