@@ -9,6 +9,8 @@
 #include <QtTest>
 
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 #include <limits>
 
 namespace
@@ -86,6 +88,39 @@ public:
     }
 };
 
+/// Writes down which range is asked for which point, and answers by a list of the points that count as contained.
+class AskedRange : public KelRange<int>
+{
+public:
+    AskedRange(int min, int max, const QList<int> &contained, QList<int> *asked)
+        : KelRange<int>(min, max)
+        , m_contained(contained)
+        , m_asked(asked)
+    {
+    }
+    using KelRange<int>::contains;
+
+    bool contains(const int &value) const override
+    {
+        m_asked->append(value);
+        return m_contained.contains(value);
+    }
+
+private:
+    QList<int> m_contained;
+    QList<int> *m_asked;
+};
+
+/// Where the compiler puts a virtual operation into the table of its class.
+template<class Operation>
+std::ptrdiff_t slotOf(Operation operation)
+{
+    std::ptrdiff_t offset = 0;
+    static_assert(sizeof operation >= sizeof offset);
+    std::memcpy(&offset, &operation, sizeof offset);
+    return offset;
+}
+
 class NeverValidRange : public KelRange<int>
 {
 public:
@@ -121,6 +156,9 @@ private Q_SLOTS:
     void containsRange();
     void intersects_data();
     void intersects();
+    void intersectsAsksInOrderUntilTheFirstTrue_data();
+    void intersectsAsksInOrderUntilTheFirstTrue();
+    void containsRangeAsksForBothEndsInOrder();
     void equality();
     void lessThan_data();
     void lessThan();
@@ -131,6 +169,7 @@ private Q_SLOTS:
     void expandUnsetTimeRange();
     void rangeTestsAskTheOverriddenPointTest();
     void orderAsksTheOverriddenValidity();
+    void virtualOperationsKeepTheirOrder();
 };
 
 void tst_KelRange::defaultIsUnset()
@@ -320,6 +359,39 @@ void tst_KelRange::intersects()
     QTEST(other.intersects(range), "intersecting");
 }
 
+void tst_KelRange::intersectsAsksInOrderUntilTheFirstTrue_data()
+{
+    QTest::addColumn<QList<int>>("contained");
+    QTest::addColumn<QList<int>>("asked");
+    QTest::addColumn<bool>("intersecting");
+
+    // The range is [1, 2], the other one [3, 4].
+    QTest::newRow("min of the other") << QList<int>{3} << QList<int>{3} << true;
+    QTest::newRow("max of the other") << QList<int>{4} << QList<int>{3, 4} << true;
+    QTest::newRow("own min in the other") << QList<int>{1} << QList<int>{3, 4, 1} << true;
+    QTest::newRow("own max in the other") << QList<int>{2} << QList<int>{3, 4, 1, 2} << true;
+    QTest::newRow("none") << QList<int>{} << QList<int>{3, 4, 1, 2} << false;
+}
+
+void tst_KelRange::intersectsAsksInOrderUntilTheFirstTrue()
+{
+    QFETCH(QList<int>, contained);
+    QList<int> asked;
+    const AskedRange range(1, 2, contained, &asked);
+    QTEST(range.intersects(AskedRange(3, 4, contained, &asked)), "intersecting");
+    QTEST(asked, "asked");
+}
+
+void tst_KelRange::containsRangeAsksForBothEndsInOrder()
+{
+    QList<int> asked;
+    QVERIFY(AskedRange(1, 2, {3, 4}, &asked).contains(KelRange<int>(3, 4)));
+    QCOMPARE(asked, (QList<int>{3, 4}));
+    asked.clear();
+    QVERIFY(!AskedRange(1, 2, {4}, &asked).contains(KelRange<int>(3, 4)));
+    QCOMPARE(asked, QList<int>{3});
+}
+
 void tst_KelRange::equality()
 {
     const KelRange<int> range(1, 2);
@@ -439,6 +511,26 @@ void tst_KelRange::orderAsksTheOverriddenValidity()
 {
     QVERIFY(!(NeverValidRange(1, 2) < KelRange<int>(8, 9)));
     QVERIFY(KelRange<int>(8, 9) < NeverValidRange(1, 2));
+}
+
+void tst_KelRange::virtualOperationsKeepTheirOrder()
+{
+    using Range = KelRange<int>;
+    const QList<std::ptrdiff_t> places{
+        slotOf(&Range::operator==),
+        slotOf(&Range::operator!=),
+        slotOf(&Range::operator<),
+        slotOf(&Range::expandTo),
+        slotOf(&Range::center),
+        slotOf(&Range::isValid),
+        slotOf(qOverload<const int &>(&Range::contains)),
+        slotOf(qOverload<const Range &>(&Range::contains)),
+        slotOf(&Range::intersects),
+    };
+    for (qsizetype i = 1; i < places.size(); ++i)
+        QCOMPARE(places.at(i) - places.at(i - 1), std::ptrdiff_t(sizeof(void *)));
+    // The destructor comes first, in the two forms that the compiler makes of it.
+    QCOMPARE(places.first() / std::ptrdiff_t(sizeof(void *)), std::ptrdiff_t(2));
 }
 
 QTEST_GUILESS_MAIN(tst_KelRange)
