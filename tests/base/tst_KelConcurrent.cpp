@@ -89,6 +89,8 @@ private Q_SLOTS:
     void concurrentCallersInSmallPoolFinish_data();
     void concurrentCallersInSmallPoolFinish();
     void poolIsAsBeforeAfterwards();
+    void waitingCallersCountAsRunning();
+    void callersOutsideThePoolMakeNoRoomInIt();
 };
 
 void tst_KelConcurrent::cleanup()
@@ -362,6 +364,75 @@ void tst_KelConcurrent::poolIsAsBeforeAfterwards()
         qFatal("the callers wait for one another");
     QCOMPARE(caught.load(), 10);
     QCOMPARE(pool->activeThreadCount(), 0);
+}
+
+void tst_KelConcurrent::waitingCallersCountAsRunning()
+{
+#ifdef KEL_STD_THREAD_EXECUTOR
+    QSKIP("plain threads do not wait for the pool");
+#endif
+    const auto mayInWorker = [] {
+        bool parallel = false;
+        inWorkerThread([&parallel] { parallel = KelConcurrent::mayRunParallel(); });
+        return parallel;
+    };
+    // Each caller gives its place to a piece of its own, which stays until the gate opens. So there are as many
+    // waiting callers as running pieces: too few pieces for the limit, but enough together.
+    const int callers = (KelConcurrent::maxRunningThreads + 1) / 2;
+    QVERIFY(callers < KelConcurrent::maxRunningThreads);
+    QThreadPool *pool = QThreadPool::globalInstance();
+    QSemaphore arrived;
+    QSemaphore gate;
+    std::atomic<int> done{0};
+    bool parallelBefore = true;
+    for (int i = 1; i <= callers; ++i) {
+        parallelBefore = parallelBefore && mayInWorker();
+        pool->setMaxThreadCount(i);
+        pool->start([&arrived, &gate, &done] {
+            KelConcurrent::blockingMap(numbers(2), [&arrived, &gate](int) {
+                arrived.release();
+                gate.acquire();
+            });
+            ++done;
+        });
+        if (!arrived.tryAcquire(1, 60000))
+            qFatal("the caller keeps its place");
+    }
+    const int active = pool->activeThreadCount();
+    const bool parallelAfterwards = mayInWorker();
+    gate.release(2 * callers);
+    if (!pool->waitForDone(60000))
+        qFatal("the callers wait for one another");
+    QCOMPARE(active, callers);
+    QVERIFY(parallelBefore);
+    QVERIFY(!parallelAfterwards);
+    QCOMPARE(done.load(), callers);
+
+    // None of them is counted any more.
+    const BusyPool busy(KelConcurrent::maxRunningThreads - 1);
+    QVERIFY(mayInWorker());
+}
+
+void tst_KelConcurrent::callersOutsideThePoolMakeNoRoomInIt()
+{
+#ifdef KEL_STD_THREAD_EXECUTOR
+    QSKIP("plain threads do not care about the pool");
+#endif
+    QThreadPool::globalInstance()->setMaxThreadCount(1);
+    std::atomic<int> running{0};
+    std::atomic<int> most{0};
+    const auto run = [&running, &most] {
+        KelConcurrent::blockingMap(numbers(20), [&running, &most](int) {
+            const int now = ++running;
+            if (now > most)
+                most = now;
+            QThread::msleep(2);
+            --running;
+        });
+    };
+    run();
+    inWorkerThread(run);
+    QCOMPARE(most.load(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_KelConcurrent)
