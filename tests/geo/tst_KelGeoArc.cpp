@@ -31,6 +31,7 @@ private Q_SLOTS:
     void roundingOfOneDegreeFortyMinutes();
     void setDegree_data();
     void setDegree();
+    void setDegreeAddsMinuteDegreeSecond();
     void radians();
     void absDistance_data();
     void absDistance();
@@ -182,6 +183,16 @@ void tst_KelGeoArc::setDegree()
     KelGeoArc arc;
     arc.setDegree(degree, minute, second);
     QTEST(arc.decimalDegrees(), "degrees");
+}
+
+void tst_KelGeoArc::setDegreeAddsMinuteDegreeSecond()
+{
+    // Rounded after each step; every other order of the three gives a number next to these.
+    KelGeoArc arc;
+    arc.setDegree(1, 13, 5.0);
+    QVERIFY(arc.decimalDegrees() == 1.2180555555555557);
+    arc.setDegree(1, 13, 28.0);
+    QVERIFY(arc.decimalDegrees() == 1.2244444444444447);
 }
 
 void tst_KelGeoArc::radians()
@@ -425,7 +436,11 @@ void tst_KelGeoArc::fromString_data()
     QTest::newRow("S") << QStringLiteral("S1,2,3") << -small;
     QTest::newRow("s") << QStringLiteral("1,s2,3") << -small;
     QTest::newRow("N") << QStringLiteral("1,2,3 N") << small;
+    QTest::newRow("n") << QStringLiteral("-1,-2,-3 n") << small;
+    QTest::newRow("E") << QStringLiteral("-1,-2,-3 E") << small;
     QTest::newRow("e") << QStringLiteral("1,2,3 e") << small;
+    QTest::newRow("blanks within a number are removed") << QStringLiteral("5 3, 8,3\t0 N") << northern;
+    QTest::newRow("letters within a number are removed") << QStringLiteral("5n3,8,3N0") << northern;
     QTest::newRow("S and E: the second test wins") << QStringLiteral("1,2,3 SE") << small;
     QTest::newRow("N and w: the second test wins") << QStringLiteral("N 1,2,3 w") << small;
     QTest::newRow("negative parts stay negative with W") << QStringLiteral("-1,-2,-3 W") << -small;

@@ -364,6 +364,9 @@ void tst_KelGeoPosition::latitudeDeviation()
 void tst_KelGeoPosition::longitudeDeviation()
 {
     QVERIFY(KelGeoPosition(90.0, 8.0).longitudeDeviation(0.0).decimalDegrees() == 0.0);
+    // No distance makes no degrees, wherever the position is.
+    const double infinity = std::numeric_limits<double>::infinity();
+    QVERIFY(KelGeoPosition(infinity, 8.0).longitudeDeviation(0.0).decimalDegrees() == 0.0);
     QCOMPARE(KelGeoPosition(0.0, 8.0).longitudeDeviation(111.1774733520461).decimalDegrees(), 1.0);
     QCOMPARE(KelGeoPosition(60.0, 8.0).longitudeDeviation(111.1774733520461).decimalDegrees(), 2.0);
     QCOMPARE(KelGeoPosition(-60.0, 8.0).longitudeDeviation(-111.1774733520461).decimalDegrees(), -2.0);

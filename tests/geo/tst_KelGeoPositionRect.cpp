@@ -66,6 +66,7 @@ private Q_SLOTS:
     void expandToPosition();
     void expandToInvalidPositions();
     void expandToRect();
+    void expandToRectTakesNorthAndEastFirst();
     void sum();
     void toString();
     void debugStream();
@@ -369,6 +370,20 @@ void tst_KelGeoPositionRect::expandToRect()
     KelGeoPositionRect unset;
     unset.expandTo(rect(10.0, 170.0, 20.0, -170.0));
     QVERIFY(hasBounds(unset, 10.0, -170.0, 20.0, 170.0));
+}
+
+void tst_KelGeoPositionRect::expandToRectTakesNorthAndEastFirst()
+{
+    // An inverted latitude range: north first moves its northern bound to 3, then south its southern one to 2. South
+    // first would move the northern bound twice.
+    KelGeoPositionRect inverted = rect(5.0, 0.0, 1.0, 10.0);
+    inverted.expandTo(rect(2.0, 3.0, 3.0, 4.0));
+    QVERIFY(hasBounds(inverted, 2.0, 0.0, 3.0, 10.0));
+
+    // The eastern bound lies outside and becomes the new western one; the western bound then is within its tolerance.
+    KelGeoPositionRect crossing = rect(10.0, 170.0, 20.0, -170.0);
+    crossing.expandTo(rect(10.0, 169.9999978, 20.0, 169.9999985));
+    QVERIFY(hasBounds(crossing, 10.0, 169.9999985, 20.0, -170.0));
 }
 
 void tst_KelGeoPositionRect::sum()

@@ -5,6 +5,7 @@
 
 #include <QtTest>
 
+#include <cmath>
 #include <type_traits>
 
 class tst_KelLatitudeList : public QObject

@@ -85,6 +85,7 @@ void tst_KelLatitudeRange::spawn_data()
     QTest::newRow("in order") << -10.0 << 20.0 << -10.0 << 20.0;
     QTest::newRow("swapped") << 20.0 << -10.0 << -10.0 << 20.0;
     QTest::newRow("equal") << 20.0 << 20.0 << 20.0 << 20.0;
+    QTest::newRow("equal within the tolerance, in order") << 20.0 << 20.0000005 << 20.0 << 20.0000005;
     QTest::newRow("swapped within the tolerance as well") << 20.0000005 << 20.0 << 20.0 << 20.0000005;
 }
 

@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QUrlQuery>
 
+#include <cmath>
 #include <cstdio>
 #include <type_traits>
 

@@ -291,6 +291,12 @@ void tst_KelMapProjection::resultBoundingBoxIsFolded()
     QVERIFY(near(projection.convert(QPoint(0, 50)).longitude().normalized().decimalDegrees(),
                  fitted.west().decimalDegrees()));
     QVERIFY(projection.convert(QPoint(0, 50)).longitude() < -180.0);
+
+    // Latitudes on the far side of the globe: half turns are taken off.
+    const KelGeoPositionRect farSide =
+        KelMapProjection(rect(290.0, 0.0, 300.0, 10.0), QSize(1000, 100)).resultBoundingBox();
+    QVERIFY(farSide.south().decimalDegrees() == -70.0);
+    QVERIFY(farSide.north().decimalDegrees() == -60.0);
     QVERIFY(std::has_virtual_destructor_v<KelMapProjection>);
 }
 
