@@ -53,7 +53,8 @@ public:
     [[nodiscard]] double degreeF() const noexcept { return m_decimalDegrees; }
     void setDecimalDegrees(double decimalDegrees) noexcept { m_decimalDegrees = decimalDegrees; }
 
-    /// Sets the angle from its parts, which all carry the same sign: -0.5 degrees are (0, -30, 0.0).
+    /// Sets the angle from its parts, which all carry the same sign: -0.5 degrees are (0, -30, 0.0). The parts are
+    /// added up as they are, sixty minutes and more included.
     void setDegree(int degree, int minute, double second) noexcept;
 
     /// Whole degrees, truncated toward zero. What does not fit a 32-bit integer gives its end (plus or minus
@@ -133,14 +134,16 @@ public:
 
     /// The angle for people. @p format "d" gives "53.144° N" (degrees with @p precision decimals), "dm"
     /// "53° 8.625' N" (minutes with the decimals), anything else 53° 8' 37.5" N (seconds with the decimals).
-    /// The letter is that of directionIndicator() and therefore empty for a bare angle.
+    /// The numbers are absolute. The letter is that of directionIndicator() and therefore empty for a bare angle,
+    /// whose text ends with a blank and does not tell its sign. Nothing is folded, an invalid angle is written too.
     [[nodiscard]] QString humanReadable(const QString &format, int precision) const;
 
     /// Reads degrees, minutes and seconds separated by commas: "53°,8',30\" N" or "53, 8, 30 N".
     ///
-    /// Fewer than three parts give INVALID; a part that is no number counts as 0. An S or W anywhere in the text,
-    /// in either case, makes the angle negative, an N or E makes it positive; with both it ends positive. Letters
-    /// other than these spoil the part in which they stand. Use parse() of the subclasses for decimal degrees.
+    /// Fewer than three parts give INVALID, further ones are ignored. Degrees and minutes must be whole numbers,
+    /// seconds may have a fraction; a part that is no such number counts as 0. An S or W anywhere in the text, in
+    /// either case, makes the angle negative, an N or E makes it positive; with both it ends positive. Letters other
+    /// than these spoil the part in which they stand. Use parse() of the subclasses for decimal degrees.
     [[nodiscard]] static KelGeoArc fromString(const QString &text);
 
     /// The absolute angle as the three rationals of an EXIF position: "53/1 8/1 3750000/100000".

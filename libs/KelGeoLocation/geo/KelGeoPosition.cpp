@@ -13,6 +13,7 @@
 #include <QUrlQuery>
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {

@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QObject>
 
+#include <cmath>
+
 namespace
 {
 

@@ -39,9 +39,11 @@ public:
 
     /// y in the normalised world of a latitude in degrees: 0.5 at the equator.
     [[nodiscard]] static double latitudeToNormalized(double latitude) noexcept;
+    /// The reverse, always between -90 and +90 degrees; y is not limited to 0 ... 1.
     [[nodiscard]] static double normalizedToLatitude(double y) noexcept;
     /// x in the normalised world of a longitude in degrees: 0 at -180, 1 at +180.
     [[nodiscard]] static double longitudeToNormalized(double longitude) noexcept;
+    /// The reverse, not wrapped: 1.25 gives 270 degrees.
     [[nodiscard]] static double normalizedToLongitude(double x) noexcept;
 
     /// The pixel of a position given in degrees; both coordinates are whole numbers, truncated toward zero. What is
