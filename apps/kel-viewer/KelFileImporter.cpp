@@ -52,15 +52,31 @@ KelFileImporter::~KelFileImporter()
 
 void KelFileImporter::read(const QList<QUrl> &urls)
 {
-    QList<QUrl> files;
-    for (const QUrl &url : urls)
-        files.append(expanded(url));
-    if (files.isEmpty())
+    if (urls.isEmpty())
         return;
-    const bool idle = !isRunning();
+    m_running = true;
+    ++m_folders;
+    // A folder may hold a whole disk: listing its files is the thread's work as well.
+    QMetaObject::invokeMethod(
+        m_inThread,
+        [this, urls, generation = m_generation] {
+            QList<QUrl> files;
+            for (const QUrl &url : urls)
+                files.append(expanded(url));
+            QMetaObject::invokeMethod(
+                this, [this, files, generation] { take(files, generation); }, Qt::QueuedConnection);
+        },
+        Qt::QueuedConnection);
+}
+
+void KelFileImporter::take(const QList<QUrl> &files, int generation)
+{
+    if (generation != m_generation)
+        return;
+    --m_folders;
     m_waiting.append(files);
     m_total += int(files.size());
-    if (idle)
+    if (!m_reading)
         readNext();
 }
 
@@ -72,8 +88,10 @@ void KelFileImporter::cancel()
 
 void KelFileImporter::readNext()
 {
-    if (m_waiting.isEmpty()) {
-        finish(false);
+    m_reading = !m_waiting.isEmpty();
+    if (!m_reading) {
+        if (m_folders == 0)
+            finish(false);
         return;
     }
     const QUrl url = m_waiting.takeFirst();
@@ -108,6 +126,9 @@ void KelFileImporter::finish(bool cancelled)
 {
     ++m_generation;
     m_waiting.clear();
+    m_running = false;
+    m_reading = false;
+    m_folders = 0;
     m_total = 0;
     m_done = 0;
     Q_EMIT finished(cancelled);

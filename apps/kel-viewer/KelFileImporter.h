@@ -29,7 +29,7 @@ public:
     /// Folders stand for the track files in them. Files that come while others are read are queued.
     void read(const QList<QUrl> &urls);
     void cancel();
-    [[nodiscard]] bool isRunning() const noexcept { return m_total > 0; }
+    [[nodiscard]] bool isRunning() const noexcept { return m_running; }
 
 Q_SIGNALS:
     /// Before each file: its number from 1, how many there are by now, and its name.
@@ -45,12 +45,16 @@ private:
         KelGPXConfiguredTrackList tracks;
         KelErrorHistory errors;
     };
+    void take(const QList<QUrl> &files, int generation);
     void readNext();
     void take(const QUrl &url, const Result &result, int generation);
     void finish(bool cancelled);
     static Result readFile(const QUrl &url);
 
     QList<QUrl> m_waiting;
+    bool m_running = false;
+    bool m_reading = false;     ///< a file, not only the contents of folders
+    int m_folders = 0;          ///< lists of files that the thread is still making
     int m_total = 0;
     int m_done = 0;
     int m_generation = 0; ///< grows with every cancellation: results of an older one are thrown away

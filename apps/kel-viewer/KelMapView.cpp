@@ -8,9 +8,12 @@
 
 #include <KelGeoPositionRect.h>
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
+#include <QThreadPool>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -23,6 +26,16 @@ constexpr double FIT_MARGIN = 0.08;
 constexpr double ZOOM_STEP = 1.5;
 constexpr double WHEEL_STEPS_PER_DOUBLING = 4.0;
 constexpr double KEY_PAN_SHARE = 0.15;
+/// So many points are looked at within a millisecond or two.
+constexpr int FIT_AT_ONCE = 10000;
+
+int countPoints(const KelGPXTrackSelection &selection)
+{
+    int count = 0;
+    for (int row = 0; row < selection.count(); ++row)
+        count += selection.value(row).track().countPoints();
+    return count;
+}
 
 } // namespace
 
@@ -97,7 +110,7 @@ void KelMapView::fitAll()
 void KelMapView::fitTrack(int row)
 {
     if (m_selection.isValidRow(row))
-        fit(m_selection.value(row));
+        fit(m_selection.reduceToTrackNumber(row));
 }
 
 void KelMapView::zoomIn()
@@ -112,9 +125,29 @@ void KelMapView::zoomOut()
     viewportMoved();
 }
 
-void KelMapView::fit(const KelGPXTrackElement &tracks)
+void KelMapView::fit(const KelGPXTrackSelection &tracks)
 {
-    m_viewport.fit(KelMapArea::boundingBox(tracks), FIT_MARGIN);
+    ++m_fits;
+    if (countPoints(tracks) <= FIT_AT_ONCE) {
+        fitArea(KelMapArea::boundingBox(tracks));
+        return;
+    }
+    QThreadPool::globalInstance()->start([view = QPointer<KelMapView>(this), tracks, number = m_fits] {
+        const KelGeoPositionRect area = KelMapArea::boundingBox(tracks);
+        // Through the application: the view may be gone by now, which only its own thread can tell.
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [view, area, number] {
+                if (view && number == view->m_fits)
+                    view->fitArea(area);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void KelMapView::fitArea(const KelGeoPositionRect &area)
+{
+    m_viewport.fit(area, FIT_MARGIN);
     viewportMoved();
 }
 
@@ -146,11 +179,11 @@ void KelMapView::takePicture(const QImage &image, const KelMapViewport &viewport
 void KelMapView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), palette().color(QPalette::Mid));
+    painter.fillRect(rect(), m_background ? m_background->baseColor() : palette().color(QPalette::Mid));
     if (m_image.isNull())
         return;
 
-    // A view that was moved since shows its last picture where it belongs now, and the world copies beside it.
+    // A view that was moved since shows its last picture where it belongs now.
     const bool moved = m_imageViewport != m_viewport;
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform, moved);
@@ -159,15 +192,26 @@ void KelMapView::paintEvent(QPaintEvent *)
     painter.drawImage(QRectF(QPointF(0, 0), QSizeF(m_imageViewport.size())), m_image);
     painter.restore();
 
-    QImage overlays(size() * devicePixelRatioF(), QImage::Format_ARGB32_Premultiplied);
-    overlays.fill(Qt::transparent);
-    picture().paintOverlays(overlays);
-    painter.drawImage(QRectF(rect()), overlays);
+    painter.drawImage(QRectF(rect()), overlays());
 
     if (hasFocus()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
         painter.drawRect(rect().adjusted(1, 1, -1, -1));
     }
+}
+
+const QImage &KelMapView::overlays()
+{
+    const QSize pixels = size() * devicePixelRatioF();
+    const double scale = m_viewport.pixelsPerKilometre();
+    if (m_overlays.size() != pixels || m_overlayScale != scale || m_overlayBackground != m_background) {
+        m_overlays = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+        m_overlays.fill(Qt::transparent);
+        picture().paintOverlays(m_overlays);
+        m_overlayScale = scale;
+        m_overlayBackground = m_background;
+    }
+    return m_overlays;
 }
 
 void KelMapView::resizeEvent(QResizeEvent *)

@@ -10,12 +10,14 @@
 #include <QTimer>
 #include <QWidget>
 
+class KelGeoPositionRect;
 class KelMapWorker;
 
 /// The map in the middle of the window: tracks on a background, moved with the mouse or the keyboard.
 ///
 /// Pictures are painted in a worker thread: quickly while the map moves, in full quality once it rests.
-/// Until the next one is there, the last picture is shown moved and stretched into place.
+/// Until the next one is there, the last picture is shown moved and stretched into place. Nothing that this class
+/// does in the thread of the user interface depends on the number of points.
 /// Keys: arrows pan, + and - zoom, Home shows everything.
 class KelMapView : public QWidget
 {
@@ -66,7 +68,10 @@ private:
     void requestPicture(KelViewPicture::Quality quality);
     void takePicture(const QImage &image, const KelMapViewport &viewport, double density,
                      KelViewPicture::Quality quality);
-    void fit(const KelGPXTrackElement &tracks);
+    /// Shows the tracks' area, at once or, where many points have to be looked at, as soon as it is known.
+    void fit(const KelGPXTrackSelection &tracks);
+    void fitArea(const KelGeoPositionRect &area);
+    [[nodiscard]] const QImage &overlays();
 
     KelMapViewport m_viewport;
     std::shared_ptr<const KelMapBackground> m_background;
@@ -74,6 +79,11 @@ private:
 
     KelMapWorker *m_worker;
     QTimer m_restTimer;
+
+    std::shared_ptr<const KelMapBackground> m_overlayBackground;
+    QImage m_overlays;
+    double m_overlayScale = 0.0;
+    int m_fits = 0; ///< an area that is known only after the next fit is not shown any more
 
     QImage m_image;
     KelMapViewport m_imageViewport;

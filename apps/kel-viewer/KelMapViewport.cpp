@@ -14,6 +14,10 @@ namespace
 
 constexpr double SMALLEST_WORLD = 128.0;
 constexpr double LARGEST_WORLD = 256.0 * (1 << 22);
+constexpr double LARGEST_FITTED_WORLD = 256.0 * (1 << 17);
+// A single place would fit at any scale: enough of its surroundings to see where it lies.
+constexpr double PLACE_WORLD = 256.0 * (1 << 9);
+constexpr double PLACE_EXTENT = 1e-7; // of the world: about four metres
 constexpr double WIDEST_FIT_LATITUDE = 85.0511;
 constexpr double EQUATOR_KILOMETRES = 2.0 * 3.141592653589793 * 6370.0;
 
@@ -103,7 +107,8 @@ void KelMapViewport::fit(const KelGeoPositionRect &area, double margin)
     const double share = 1.0 - 2.0 * margin;
     const double byWidth = m_size.width() * share / std::max(extent.x(), 1e-9);
     const double byHeight = m_size.height() * share / std::max(extent.y(), 1e-9);
-    m_worldSize = std::clamp(std::min(byWidth, byHeight), SMALLEST_WORLD, 256.0 * (1 << 17));
+    const bool isPlace = extent.x() < PLACE_EXTENT && extent.y() < PLACE_EXTENT;
+    m_worldSize = std::clamp(std::min(byWidth, byHeight), SMALLEST_WORLD, isPlace ? PLACE_WORLD : LARGEST_FITTED_WORLD);
     normalize();
 }
 

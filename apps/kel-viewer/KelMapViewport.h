@@ -44,7 +44,8 @@ public:
     /// Changes the scale and keeps what lies under the pixel there; the scale is limited at both ends.
     void zoomAt(const QPointF &pixel, double factor);
     /// Shows the whole area (across the date line where its west is greater than its east) with a margin around
-    /// it, as a share of the window (0.1 leaves a tenth free on every side). An invalid area shows the whole world.
+    /// it, as a share of the window (0.1 leaves a tenth free on every side). An invalid area shows the whole world,
+    /// a single place some hundred kilometres around it.
     void fit(const KelGeoPositionRect &area, double margin);
 
     /// The same view with every length multiplied, for devices of higher density.

@@ -36,3 +36,8 @@ QString KelPictureBackground::credit() const
 {
     return KelCopyrightRenderer().copyrightText();
 }
+
+QColor KelPictureBackground::baseColor() const
+{
+    return m_around ? m_around->baseColor() : QColor(Qt::white);
+}

@@ -20,6 +20,7 @@ public:
     void paint(QPainter &painter, const KelMapViewport &viewport, double density) const override;
     /// The attribution that the library knows; a picture carries its own beside it.
     [[nodiscard]] QString credit() const override;
+    [[nodiscard]] QColor baseColor() const override;
 
 private:
     QImage m_image;

@@ -9,7 +9,7 @@
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QLabel>
+#include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -20,13 +20,15 @@ namespace
 
 constexpr double WIDEST_LINE = 200.0;
 constexpr QSize PEN_SAMPLE(64, 16);
+constexpr QSize COLOR_SAMPLE(36, 16);
 
-QIcon penIcon(Qt::PenStyle style, const QPalette &palette)
+QIcon penIcon(Qt::PenStyle style, const QWidget &widget)
 {
-    QPixmap pixmap(PEN_SAMPLE);
+    QPixmap pixmap(PEN_SAMPLE * widget.devicePixelRatioF());
+    pixmap.setDevicePixelRatio(widget.devicePixelRatioF());
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    painter.setPen(QPen(palette.color(QPalette::Text), 3, style));
+    painter.setPen(QPen(widget.palette().color(QPalette::Text), 2, style));
     painter.drawLine(2, PEN_SAMPLE.height() / 2, PEN_SAMPLE.width() - 2, PEN_SAMPLE.height() / 2);
     return pixmap;
 }
@@ -40,7 +42,6 @@ QDoubleSpinBox *widthBox(QWidget *parent, const QString &name)
     box->setKeyboardTracking(false);
     box->setSuffix(KelStyleEditor::tr(" px"));
     box->setAccessibleName(name);
-    box->setObjectName(name);
     return box;
 }
 
@@ -68,19 +69,20 @@ void setOption(KelGPXTrackConfiguration &configuration, KelGPXTrackDisplayOption
 KelStyleEditor::KelStyleEditor(QWidget *parent)
     : QWidget(parent)
     , m_shown(KelGPXTrackConfiguration::defaultValue())
-    , m_title(new QLabel(this))
+    , m_name(new QLineEdit(this))
     , m_lineColor(new QPushButton(this))
     , m_lineWidth(widthBox(this, tr("Linienbreite")))
     , m_penStyle(new QComboBox(this))
     , m_fillColor(new QPushButton(this))
     , m_haloWidth(widthBox(this, tr("Breite des Hofs")))
     , m_stroke(new QCheckBox(tr("&Linie zeichnen"), this))
-    , m_fill(new QCheckBox(tr("&Fläche füllen"), this))
+    , m_fill(new QCheckBox(tr("Fläche fülle&n"), this))
     , m_shape(new QComboBox(this))
     , m_smoothingStrength(numberBox(this, 0, 100, tr("Glättung")))
     , m_smoothingSteps(numberBox(this, 1, 100000, tr("Schritte der Glättung")))
     , m_asDefault(new QPushButton(tr("Als &Standard für neue Strecken"), this))
 {
+    m_name->setObjectName(QStringLiteral("trackName"));
     m_lineColor->setObjectName(QStringLiteral("lineColor"));
     m_fillColor->setObjectName(QStringLiteral("fillColor"));
     m_penStyle->setObjectName(QStringLiteral("penStyle"));
@@ -108,20 +110,24 @@ KelStyleEditor::KelStyleEditor(QWidget *parent)
                                       std::pair(Qt::DashDotLine, tr("Strich-Punkt")),
                                       std::pair(Qt::DashDotDotLine, tr("Strich-Punkt-Punkt")),
                                       std::pair(Qt::NoPen, tr("keine"))})
-        m_penStyle->addItem(penIcon(style, palette()), name, int(style));
+        m_penStyle->addItem(penIcon(style, *this), name, int(style));
 
-    m_title->setTextFormat(Qt::PlainText);
-    m_title->setWordWrap(true);
-    QFont bold = m_title->font();
-    bold.setBold(true);
-    m_title->setFont(bold);
+    createForm();
+    connectFields();
+    setTracks({});
+}
 
+void KelStyleEditor::createForm()
+{
     auto *form = new QFormLayout(this);
-    form->addRow(m_title);
+    // A narrow dock shows the fields below their labels rather than cut off.
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->addRow(tr("Na&me:"), m_name);
     form->addRow(m_stroke);
     form->addRow(tr("Linien&farbe:"), m_lineColor);
-    form->addRow(tr("Linien&breite:"), m_lineWidth);
-    form->addRow(tr("Strich&art:"), m_penStyle);
+    form->addRow(tr("Linienb&reite:"), m_lineWidth);
+    form->addRow(tr("S&trichart:"), m_penStyle);
     form->addRow(m_fill);
     form->addRow(tr("F&üllfarbe:"), m_fillColor);
     form->addRow(tr("&Hof:"), m_haloWidth);
@@ -129,7 +135,16 @@ KelStyleEditor::KelStyleEditor(QWidget *parent)
     form->addRow(tr("&Glättung:"), m_smoothingStrength);
     form->addRow(tr("S&chritte:"), m_smoothingSteps);
     form->addRow(m_asDefault);
+}
 
+void KelStyleEditor::connectFields()
+{
+    connect(m_name, &QLineEdit::editingFinished, this, [this] {
+        if (m_name->isEnabled() && m_name->text() != m_shownName) {
+            m_shownName = m_name->text();
+            Q_EMIT renamed(m_shownName);
+        }
+    });
     connect(m_lineColor, &QPushButton::clicked, this, [this] { chooseColor(false); });
     connect(m_fillColor, &QPushButton::clicked, this, [this] { chooseColor(true); });
     connect(m_lineWidth, &QDoubleSpinBox::valueChanged, this, [this](double width) {
@@ -164,22 +179,29 @@ KelStyleEditor::KelStyleEditor(QWidget *parent)
         apply([steps](KelGPXTrackConfiguration &c) { c.setSmoothingSteps(steps); }, tr("Schritte der Glättung"));
     });
     connect(m_asDefault, &QPushButton::clicked, this, [this] { Q_EMIT defaultRequested(m_shown); });
-
-    setTracks({});
 }
 
 void KelStyleEditor::setTracks(const QList<KelGPXConfiguredTrack> &tracks)
 {
     setEnabled(!tracks.isEmpty());
-    if (tracks.isEmpty()) {
-        m_title->setText(tr("Keine Strecke ausgewählt"));
+    // One name for several tracks would be no help in telling them apart.
+    m_name->setEnabled(tracks.size() == 1);
+    m_shownName = tracks.size() == 1 ? tracks.first().name() : QString();
+    m_name->setText(m_shownName);
+    m_name->setPlaceholderText(tracks.isEmpty() ? tr("Keine Strecke ausgewählt")
+                                                : tr("%n Strecke(n)", nullptr, int(tracks.size())));
+    if (tracks.isEmpty())
         return;
-    }
-    m_title->setText(tracks.size() == 1 ? tracks.first().name() : tr("%n Strecken", nullptr, int(tracks.size())));
     m_showing = true;
     fillShapes(tracks.first());
     show(tracks.first().configuration());
     m_showing = false;
+}
+
+void KelStyleEditor::editName()
+{
+    m_name->setFocus();
+    m_name->selectAll();
 }
 
 void KelStyleEditor::fillShapes(const KelGPXConfiguredTrack &track)
@@ -228,14 +250,17 @@ void KelStyleEditor::chooseColor(bool fill)
 
 void KelStyleEditor::setButtonColor(QPushButton *button, const QColor &color)
 {
-    QPixmap pixmap(48, 16);
+    // Half of it on grey, so that one sees how transparent a colour is.
+    QPixmap pixmap(COLOR_SAMPLE * devicePixelRatioF());
+    pixmap.setDevicePixelRatio(devicePixelRatioF());
     pixmap.fill(Qt::white);
     QPainter painter(&pixmap);
-    painter.fillRect(0, 0, 24, 16, Qt::lightGray);
-    painter.fillRect(pixmap.rect(), color);
+    painter.fillRect(0, 0, COLOR_SAMPLE.width() / 2, COLOR_SAMPLE.height(), Qt::gray);
+    painter.fillRect(QRect(QPoint(0, 0), COLOR_SAMPLE), color);
+    painter.end();
     button->setIcon(pixmap);
-    button->setIconSize(pixmap.size());
-    button->setText(color.name(color.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb));
-    button->setAccessibleName(button == m_fillColor ? tr("Füllfarbe %1").arg(color.name())
-                                                    : tr("Linienfarbe %1").arg(color.name()));
+    button->setIconSize(COLOR_SAMPLE);
+    const QString name = color.name(color.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
+    button->setText(name);
+    button->setAccessibleName(button == m_fillColor ? tr("Füllfarbe %1").arg(name) : tr("Linienfarbe %1").arg(name));
 }

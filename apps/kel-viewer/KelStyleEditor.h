@@ -15,11 +15,11 @@
 class QCheckBox;
 class QComboBox;
 class QDoubleSpinBox;
-class QLabel;
+class QLineEdit;
 class QPushButton;
 class QSpinBox;
 
-/// Edits how the selected tracks are drawn: the ten values of a track configuration.
+/// Edits the selected track's name and how the selected tracks are drawn: the ten values of a track configuration.
 ///
 /// With several tracks the values of the first are shown; a change of one value changes that value alone in
 /// all of them.
@@ -32,8 +32,12 @@ public:
 
     /// Shows the style of the first track; without tracks the editor is disabled.
     void setTracks(const QList<KelGPXConfiguredTrack> &tracks);
+    /// Lets the user type a new name over the old one.
+    void editName();
 
 Q_SIGNALS:
+    /// The user gave the one shown track another name.
+    void renamed(const QString &name);
     /// The user changed one value: \a change applies it to any configuration, \a text names the step.
     void edited(const std::function<void(KelGPXTrackConfiguration &)> &change, const QString &text);
     /// The shown style shall be that of tracks to come.
@@ -42,6 +46,8 @@ Q_SIGNALS:
 private:
     void show(const KelGPXTrackConfiguration &configuration);
     void fillShapes(const KelGPXConfiguredTrack &track);
+    void createForm();
+    void connectFields();
     void apply(const std::function<void(KelGPXTrackConfiguration &)> &change, const QString &text);
     void chooseColor(bool fill);
     void setButtonColor(QPushButton *button, const QColor &color);
@@ -49,7 +55,8 @@ private:
     KelGPXTrackConfiguration m_shown;
     bool m_showing = false; ///< widgets are being filled: their signals are no edits
 
-    QLabel *m_title;
+    QLineEdit *m_name;
+    QString m_shownName;
     QPushButton *m_lineColor;
     QDoubleSpinBox *m_lineWidth;
     QComboBox *m_penStyle;

@@ -3,16 +3,25 @@
 
 #include "KelTrackDocument.h"
 
+#include "KelBusyWindow.h"
 #include "KelSelectionCommand.h"
 
 #include <KelSelectionFile.h>
 
 #include <QFileInfo>
+#include <QWidget>
 
-KelTrackDocument::KelTrackDocument(QObject *parent)
-    : QObject(parent)
+KelTrackDocument::KelTrackDocument(QWidget *window)
+    : QObject(window)
+    , m_window(window)
 {
     connect(&m_undoStack, &QUndoStack::cleanChanged, this, &KelTrackDocument::titleChanged);
+}
+
+KelTrackDocument::~KelTrackDocument()
+{
+    // A dying stack empties itself, which is no change of this document any more.
+    m_undoStack.blockSignals(true);
 }
 
 QString KelTrackDocument::displayName() const
@@ -34,7 +43,10 @@ void KelTrackDocument::clear()
 bool KelTrackDocument::load(const QString &fileName, KelErrorHistory &errors)
 {
     KelGPXTrackSelection selection;
-    if (KelSelectionFile(fileName).load(selection, errors) != KelSelectionFile::Result::Done)
+    auto result = KelSelectionFile::Result::Unreadable;
+    KelBusyWindow::run(m_window, tr("%1 wird geladen …").arg(QFileInfo(fileName).fileName()),
+                       [&] { result = KelSelectionFile(fileName).load(selection, errors); });
+    if (result != KelSelectionFile::Result::Done)
         return false;
     restore(selection, fileName, false);
     return true;
@@ -42,7 +54,10 @@ bool KelTrackDocument::load(const QString &fileName, KelErrorHistory &errors)
 
 bool KelTrackDocument::save(const QString &fileName, KelErrorHistory &errors)
 {
-    if (KelSelectionFile(fileName).save(m_selection, errors) != KelSelectionFile::Result::Done)
+    auto result = KelSelectionFile::Result::NotWritten;
+    KelBusyWindow::run(m_window, tr("%1 wird gespeichert …").arg(QFileInfo(fileName).fileName()),
+                       [&] { result = KelSelectionFile(fileName).save(m_selection, errors); });
+    if (result != KelSelectionFile::Result::Done)
         return false;
     m_fileName = fileName;
     m_undoStack.setClean();

@@ -10,6 +10,7 @@
 #include <QUndoStack>
 
 class KelErrorHistory;
+class QWidget;
 
 /// The user's tracks: one selection, the file it belongs to, and the history of what was done to it.
 ///
@@ -23,7 +24,9 @@ public:
     /// What a change is about; consecutive changes of one mergeable kind become one step.
     enum class ChangeKind { Structure, Style, Cropping, Name };
 
-    explicit KelTrackDocument(QObject *parent = nullptr);
+    /// The window keeps being painted while the document is read or written; it may be null.
+    explicit KelTrackDocument(QWidget *window = nullptr);
+    ~KelTrackDocument() override;
 
     [[nodiscard]] const KelGPXTrackSelection &selection() const noexcept { return m_selection; }
     [[nodiscard]] QUndoStack *undoStack() noexcept { return &m_undoStack; }
@@ -54,6 +57,7 @@ private:
     friend class KelSelectionCommand;
     void setSelection(const KelGPXTrackSelection &selection);
 
+    QWidget *m_window;
     KelGPXTrackSelection m_selection;
     QString m_fileName;
     QUndoStack m_undoStack;

@@ -3,20 +3,26 @@
 
 #include "KelTrackListView.h"
 
+#include "KelTrackRowDelegate.h"
+
+#include <KelGPXTrackSelection.h>
+
 #include <QDragEnterEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
 
 KelTrackListView::KelTrackListView(QWidget *parent)
     : QListView(parent)
-    , m_delegate(new KelGPXTrackMultiFunctionDelegate(
+    , m_delegate(new KelTrackRowDelegate(
           this, KelGPXTrackEditOptions(EditOptionEdit | EditOptionDelete | EditOptionZoomTo | EditOptionAdd)))
 {
     setModel(&m_model);
     setModelColumn(0);
-    setItemDelegate(m_delegate);
+    setItemDelegateForColumn(0, m_delegate);
     setSelectionMode(ExtendedSelection);
     setDragEnabled(true);
     setAcceptDrops(true);
@@ -24,17 +30,28 @@ KelTrackListView::KelTrackListView(QWidget *parent)
     setDragDropMode(DragDrop);
     setDefaultDropAction(Qt::MoveAction);
     setUniformItemSizes(true);
+    setMouseTracking(true); // rows look different under the mouse
     setAccessibleName(tr("Strecken"));
 
-    connect(m_delegate, &KelGPXTrackMultiFunctionDelegate::editItem, this, &KelTrackListView::editRequested);
-    connect(m_delegate, &KelGPXTrackMultiFunctionDelegate::deleteItem, this, &KelTrackListView::deleteRequested);
-    connect(m_delegate, &KelGPXTrackMultiFunctionDelegate::zoomToItem, this, &KelTrackListView::zoomRequested);
-    connect(m_delegate, &KelGPXTrackMultiFunctionDelegate::addItem, this, &KelTrackListView::duplicateRequested);
-    connect(&m_model, &KelGPXTrackListModel::pleaseSelectTrack, this, [this](int row) {
-        Q_EMIT reordered();
-        selectRows({row});
-        drawAttention(row);
-    });
+    using Delegate = KelGPXTrackMultiFunctionDelegate;
+    connect(m_delegate, &Delegate::editItem, this, &KelTrackListView::editRequested);
+    connect(m_delegate, &Delegate::deleteItem, this, &KelTrackListView::deleteRequested);
+    connect(m_delegate, &Delegate::zoomToItem, this, &KelTrackListView::zoomRequested);
+    connect(m_delegate, &Delegate::addItem, this, &KelTrackListView::addToSelection);
+    connect(&m_model, &KelGPXTrackListModel::pleaseSelectTrack, this, &KelTrackListView::reordered);
+}
+
+void KelTrackListView::showTracks(const KelGPXTrackSelection &selection)
+{
+    // A reset closes every row's widget: not for a colour that is being chosen.
+    bool sameTracks = selection.count() == m_model.rowCount();
+    for (int row = 0; sameTracks && row < selection.count(); ++row)
+        sameTracks = m_model.trackAt(row).track() == selection.value(row).track();
+    if (sameTracks) {
+        for (int row = 0; row < selection.count(); ++row)
+            m_model.setConfiguration(row, selection.configuration(row));
+    }
+    m_model.setSelection(selection);
 }
 
 QList<int> KelTrackListView::selectedRows() const
@@ -66,14 +83,28 @@ void KelTrackListView::drawAttention(int row)
     if (!index.isValid())
         return;
     scrollTo(index);
-    // The row's widget exists only after the row was painted.
-    QMetaObject::invokeMethod(
-        this,
-        [this, row] {
-            viewport()->repaint();
-            m_delegate->animate(row);
-        },
-        Qt::QueuedConnection);
+    // After a reset rows are laid out in the event loop, and a row's widget exists only after it was painted.
+    QTimer::singleShot(0, this, [this, row] {
+        executeDelayedItemsLayout();
+        viewport()->repaint();
+        m_delegate->animate(row);
+    });
+}
+
+void KelTrackListView::addToSelection(int row)
+{
+    const QModelIndex index = m_model.index(row, 0);
+    selectionModel()->select(index, QItemSelectionModel::Select);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+}
+
+void KelTrackListView::keyPressEvent(QKeyEvent *event)
+{
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && currentIndex().isValid())
+        Q_EMIT zoomRequested(currentIndex().row());
+    else
+        QListView::keyPressEvent(event);
 }
 
 void KelTrackListView::dragEnterEvent(QDragEnterEvent *event)

@@ -10,6 +10,7 @@
 #include <KelGPXTrackSelection.h>
 #include <KelOsmScaleRenderer.h>
 
+#include <QColor>
 #include <QImage>
 #include <QString>
 
@@ -28,6 +29,8 @@ public:
     virtual void paint(QPainter &painter, const KelMapViewport &viewport, double density) const = 0;
     /// The credit that belongs on a picture of this map.
     [[nodiscard]] virtual QString credit() const = 0;
+    /// What stands where nothing is painted yet.
+    [[nodiscard]] virtual QColor baseColor() const = 0;
 };
 
 /// One picture to make: everything that a worker thread needs, by value.

@@ -4,6 +4,7 @@
 #include "KelViewerWindow.h"
 
 #include "KelAddPlaceDialog.h"
+#include "KelBusyWindow.h"
 #include "KelExportDialog.h"
 #include "KelFileImporter.h"
 #include "KelMapView.h"
@@ -16,6 +17,7 @@
 #include "KelSession.h"
 #include "KelStyleEditor.h"
 #include "KelTrackListView.h"
+#include "KelTrackPalette.h"
 #include "KelWorldBackground.h"
 
 #include <KelErrorHistory.h>
@@ -30,9 +32,7 @@
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QGuiApplication>
-#include <QInputDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -51,24 +51,29 @@ namespace
 {
 
 constexpr auto DOCUMENT_SUFFIX = "keltracks";
+constexpr int MESSAGE_MS = 5000;
 
 QString documentFilter()
 {
     return KelViewerWindow::tr("Gespeicherte Auswahl (*.%1)").arg(QLatin1String(DOCUMENT_SUFFIX));
 }
 
-/// Dark tracks on a dark map would be lost, but a bright map in a dark window hurts.
-std::shared_ptr<const KelMapBackground> worldMap()
+bool isDark(const QPalette &palette)
 {
-    const QPalette palette = QGuiApplication::palette();
-    const bool dark = palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-    return std::make_shared<KelWorldBackground>(dark ? KelWorldBackground::Dark : KelWorldBackground::Light);
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+/// A bright map in a dark window hurts.
+std::shared_ptr<const KelMapBackground> worldMap(const QPalette &palette)
+{
+    return std::make_shared<KelWorldBackground>(isDark(palette) ? KelWorldBackground::Dark : KelWorldBackground::Light);
 }
 
 } // namespace
 
 KelViewerWindow::KelViewerWindow(QWidget *parent)
     : QMainWindow(parent)
+    , m_document(this)
     , m_session(new KelSession(&m_document, this))
     , m_importer(new KelFileImporter(this))
     , m_map(new KelMapView(this))
@@ -88,12 +93,24 @@ KelViewerWindow::KelViewerWindow(QWidget *parent)
     layout->addWidget(m_problems);
     layout->addWidget(m_map, 1);
     setCentralWidget(middle);
-    m_map->setBackground(worldMap());
+    showWorldMap();
 
     createDocks();
     createMenus();
     createStatusBar();
+    connectParts();
 
+    resize(1200, 800);
+    m_session->restoreArrangement();
+    documentChanged();
+    updateTitle();
+    m_list->setFocus();
+}
+
+KelViewerWindow::~KelViewerWindow() = default;
+
+void KelViewerWindow::connectParts()
+{
     connect(&m_document, &KelTrackDocument::selectionChanged, this, &KelViewerWindow::documentChanged);
     connect(&m_document, &KelTrackDocument::titleChanged, this, &KelViewerWindow::updateTitle);
     connect(m_map, &KelMapView::positionHovered, this, &KelViewerWindow::showPosition);
@@ -101,23 +118,18 @@ KelViewerWindow::KelViewerWindow(QWidget *parent)
 
     connect(m_list, &KelTrackListView::selectionEdited, this, &KelViewerWindow::showStyle);
     connect(m_list, &KelTrackListView::reordered, this, &KelViewerWindow::listReordered);
-    connect(m_list, &KelTrackListView::filesDropped, this, &KelViewerWindow::importFiles);
-    connect(m_list, &KelTrackListView::editRequested, this, &KelViewerWindow::renameTrack);
+    connect(m_list, &KelTrackListView::filesDropped, this, [this](const QList<QUrl> &urls) { openDropped(urls); });
+    connect(m_list, &KelTrackListView::editRequested, this, &KelViewerWindow::editTrack);
     connect(m_list, &KelTrackListView::deleteRequested, this, [this](int row) { removeTracks({row}); });
     connect(m_list, &KelTrackListView::zoomRequested, m_map, &KelMapView::fitTrack);
-    connect(m_list, &KelTrackListView::duplicateRequested, this, &KelViewerWindow::duplicateTrack);
 
     connect(m_style, &KelStyleEditor::edited, this, &KelViewerWindow::applyStyle);
-    connect(m_style, &KelStyleEditor::defaultRequested, this, [this](const KelGPXTrackConfiguration &configuration) {
-        // The reader thread asks for the default of every track that it reads.
-        if (m_importing)
-            return;
-        KelSingleton<KelGeoLocationSettings>::instance().setDefaultTrackConfiguration(configuration);
-        statusBar()->showMessage(tr("Neue Strecken werden so gezeichnet."), 4000);
-    });
+    connect(m_style, &KelStyleEditor::renamed, this, &KelViewerWindow::renameTrack);
+    connect(m_style, &KelStyleEditor::defaultRequested, this, &KelViewerWindow::makeDefault);
 
     connect(m_importer, &KelFileImporter::progress, this, [this](int number, int total, const QString &name) {
-        m_progress->setRange(0, total);
+        // One file tells nothing of its progress: the bar just moves.
+        m_progress->setRange(0, total == 1 ? 0 : total);
         m_progress->setValue(number - 1);
         m_progress->setFormat(tr("%1 von %2: %3").arg(QString::number(number), QString::number(total), name));
     });
@@ -126,13 +138,7 @@ KelViewerWindow::KelViewerWindow(QWidget *parent)
             [this](const KelErrorHistory &errors) { m_problems->add(errors); });
     connect(m_importer, &KelFileImporter::finished, this, &KelViewerWindow::importFinished);
     connect(m_cancel, &QPushButton::clicked, m_importer, &KelFileImporter::cancel);
-
-    resize(1200, 800);
-    documentChanged();
-    updateTitle();
 }
-
-KelViewerWindow::~KelViewerWindow() = default;
 
 void KelViewerWindow::createDocks()
 {
@@ -146,7 +152,7 @@ void KelViewerWindow::createDocks()
     m_cropping->setAccessibleName(tr("Sichtbarkeit der Karte"));
     m_cropping->setToolTip(tr("Wie stark die Karte außerhalb der Strecken zu sehen ist."));
     auto *form = new QFormLayout;
-    form->addRow(tr("&Karte:"), m_cropping);
+    form->addRow(tr("&Karte ringsum:"), m_cropping);
     layout->addLayout(form);
     connect(m_cropping, &QSlider::valueChanged, this, [this](int value) {
         KelGPXTrackSelection selection = m_document.selection();
@@ -163,10 +169,10 @@ void KelViewerWindow::createDocks()
     scroll->setWidget(m_style);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
-    auto *style = new QDockWidget(tr("Darstellung"), this);
-    style->setObjectName(QStringLiteral("styleDock"));
-    style->setWidget(scroll);
-    addDockWidget(Qt::RightDockWidgetArea, style);
+    m_styleDock = new QDockWidget(tr("Darstellung"), this);
+    m_styleDock->setObjectName(QStringLiteral("styleDock"));
+    m_styleDock->setWidget(scroll);
+    addDockWidget(Qt::RightDockWidgetArea, m_styleDock);
 }
 
 QAction *KelViewerWindow::addAction(QMenu *menu, const QString &text, const QKeySequence &keys,
@@ -184,7 +190,14 @@ void KelViewerWindow::createMenus()
     auto *bar = addToolBar(tr("Werkzeuge"));
     bar->setObjectName(QStringLiteral("toolBar"));
     bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    createFileMenu(bar);
+    createEditMenu(bar);
+    createInsertMenu();
+    createViewMenu(bar);
+}
 
+void KelViewerWindow::createFileMenu(QToolBar *bar)
+{
     QMenu *file = menuBar()->addMenu(tr("&Datei"));
     addAction(file, tr("&Neu"), QKeySequence::New, [this] { newDocument(); }, QStringLiteral("new"));
     bar->addAction(addAction(
@@ -193,43 +206,79 @@ void KelViewerWindow::createMenus()
     addAction(file, tr("Auswahl &laden …"), QKeySequence::Open, [this] { openDocument(); }, QStringLiteral("load"));
     bar->addAction(addAction(
         file, tr("Auswahl &speichern"), QKeySequence::Save, [this] { saveDocument(); }, QStringLiteral("save")));
-    addAction(file, tr("Auswahl speichern &unter …"), QKeySequence::SaveAs, [this] { saveDocumentAs(); },
+    addAction(file, tr("Auswahl speichern &unter …"), QKeySequence(tr("Ctrl+Shift+S")), [this] { saveDocumentAs(); },
               QStringLiteral("saveAs"));
     file->addSeparator();
     bar->addAction(addAction(
         file, tr("Bild &exportieren …"), QKeySequence(tr("Ctrl+E")), [this] { askExport(); }, QStringLiteral("export")));
     file->addSeparator();
-    addAction(file, tr("&Beenden"), QKeySequence::Quit, [this] { close(); }, QStringLiteral("quit"));
+    addAction(file, tr("&Beenden"), QKeySequence(tr("Ctrl+Q")), [this] { close(); }, QStringLiteral("quit"));
+    bar->addSeparator();
+}
 
-    QMenu *edit = menuBar()->addMenu(tr("&Bearbeiten"));
-    QAction *undo = m_document.undoStack()->createUndoAction(this, tr("&Rückgängig:"));
-    undo->setShortcut(QKeySequence::Undo);
+QList<QAction *> KelViewerWindow::createUndoActions()
+{
+    QUndoStack *stack = m_document.undoStack();
+    auto *undo = new QAction(tr("&Rückgängig"), this);
     undo->setObjectName(QStringLiteral("undo"));
-    QAction *redo = m_document.undoStack()->createRedoAction(this, tr("&Wiederholen:"));
-    redo->setShortcut(QKeySequence::Redo);
+    undo->setShortcut(QKeySequence::Undo);
+    connect(undo, &QAction::triggered, stack, &QUndoStack::undo);
+    connect(stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
+    connect(stack, &QUndoStack::undoTextChanged, undo, [undo](const QString &text) {
+        undo->setText(text.isEmpty() ? tr("&Rückgängig") : tr("&Rückgängig: %1").arg(text));
+    });
+    auto *redo = new QAction(tr("&Wiederholen"), this);
     redo->setObjectName(QStringLiteral("redo"));
-    edit->addActions({undo, redo});
+    redo->setShortcuts({QKeySequence(tr("Ctrl+Shift+Z")), QKeySequence(tr("Ctrl+Y"))});
+    connect(redo, &QAction::triggered, stack, &QUndoStack::redo);
+    connect(stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    connect(stack, &QUndoStack::redoTextChanged, redo, [redo](const QString &text) {
+        redo->setText(text.isEmpty() ? tr("&Wiederholen") : tr("&Wiederholen: %1").arg(text));
+    });
+    for (QAction *action : {undo, redo}) {
+        action->setEnabled(false);
+        // In a tool bar the step's name would push the other buttons about.
+        action->setIconText(action->text().remove(QLatin1Char('&')));
+    }
+    return {undo, redo};
+}
+
+void KelViewerWindow::createEditMenu(QToolBar *bar)
+{
+    QMenu *edit = menuBar()->addMenu(tr("&Bearbeiten"));
+    const QList<QAction *> undo = createUndoActions();
+    edit->addActions(undo);
+    bar->addActions(undo);
+    bar->addSeparator();
     edit->addSeparator();
-    addAction(edit, tr("&Umbenennen …"), Qt::Key_F2, [this] {
+    QAction *rename = addAction(edit, tr("U&mbenennen"), Qt::Key_F2, [this] {
         const QList<int> rows = m_list->selectedRows();
         if (!rows.isEmpty())
-            renameTrack(rows.first());
+            editTrack(rows.first());
     }, QStringLiteral("rename"));
+    QAction *duplicate = addAction(edit, tr("&Verdoppeln"), QKeySequence(tr("Ctrl+D")), [this] { duplicateSelected(); },
+                                   QStringLiteral("duplicate"));
     QAction *remove = addAction(edit, tr("&Löschen"), QKeySequence::Delete,
                                 [this] { removeTracks(m_list->selectedRows()); }, QStringLiteral("delete"));
     // In the style editor the key belongs to the field that is edited.
     remove->setShortcutContext(Qt::WidgetShortcut);
     m_list->addAction(remove);
-    addAction(edit, tr("Nach &oben"), QKeySequence(tr("Ctrl+Up")), [this] { moveSelected(-1); },
-              QStringLiteral("moveUp"));
-    addAction(edit, tr("Nach &unten"), QKeySequence(tr("Ctrl+Down")), [this] { moveSelected(1); },
-              QStringLiteral("moveDown"));
-    addAction(edit, tr("&Alle auswählen"), QKeySequence::SelectAll, [this] { m_list->selectAll(); },
-              QStringLiteral("selectAll"));
+    QAction *up = addAction(edit, tr("Nach &oben"), QKeySequence(tr("Ctrl+Up")), [this] { moveSelected(-1); },
+                            QStringLiteral("moveUp"));
+    QAction *down = addAction(edit, tr("Nach &unten"), QKeySequence(tr("Ctrl+Down")), [this] { moveSelected(1); },
+                              QStringLiteral("moveDown"));
+    m_selectionActions.append({rename, duplicate, remove, up, down});
+    QAction *all = addAction(edit, tr("&Alle auswählen"), QKeySequence::SelectAll, [this] { m_list->selectAll(); },
+                             QStringLiteral("selectAll"));
+    all->setShortcutContext(Qt::WidgetShortcut);
+    m_list->addAction(all);
     edit->addSeparator();
-    addAction(edit, tr("&Einstellungen …"), QKeySequence::Preferences, [this] { KelPreferencesDialog(this).exec(); },
+    addAction(edit, tr("&Einstellungen …"), QKeySequence(tr("Ctrl+,")), [this] { KelPreferencesDialog(this).exec(); },
               QStringLiteral("preferences"));
+}
 
+void KelViewerWindow::createInsertMenu()
+{
     QMenu *insert = menuBar()->addMenu(tr("&Einfügen"));
     addAction(insert, tr("&Ort …"), QKeySequence(tr("Ctrl+P")), [this] {
         KelAddPlaceDialog dialog(KelAddPlaceDialog::Place, this);
@@ -241,26 +290,31 @@ void KelViewerWindow::createMenus()
         if (dialog.exec() == QDialog::Accepted)
             addTrack(dialog.track(), tr("Fluglinie hinzufügen"));
     }, QStringLiteral("addBeeline"));
+}
 
-    m_viewMenu = menuBar()->addMenu(tr("&Ansicht"));
+void KelViewerWindow::createViewMenu(QToolBar *bar)
+{
+    QMenu *view = menuBar()->addMenu(tr("&Ansicht"));
     bar->addAction(addAction(
-        m_viewMenu, tr("&Alles zeigen"), QKeySequence(tr("Ctrl+0")), [this] { m_map->fitAll(); }, QStringLiteral("fitAll")));
-    addAction(m_viewMenu, tr("Auf &Auswahl zoomen"), QKeySequence(tr("Ctrl+9")), [this] {
+        view, tr("&Alles zeigen"), QKeySequence(tr("Ctrl+0")), [this] { m_map->fitAll(); }, QStringLiteral("fitAll")));
+    m_selectionActions.append(addAction(view, tr("Auf Au&swahl zoomen"), QKeySequence(tr("Ctrl+9")), [this] {
         const QList<int> rows = m_list->selectedRows();
         if (!rows.isEmpty())
             m_map->fitTrack(rows.first());
-    }, QStringLiteral("fitSelected"));
-    addAction(m_viewMenu, tr("Ver&größern"), QKeySequence::ZoomIn, [this] { m_map->zoomIn(); }, QStringLiteral("zoomIn"));
-    addAction(m_viewMenu, tr("Ver&kleinern"), QKeySequence::ZoomOut, [this] { m_map->zoomOut(); },
+    }, QStringLiteral("fitSelected")));
+    QAction *larger = addAction(view, tr("Ver&größern"), {}, [this] { m_map->zoomIn(); }, QStringLiteral("zoomIn"));
+    // Where plus is the shifted key of the equals sign, nobody wants to hold Shift.
+    larger->setShortcuts({QKeySequence(tr("Ctrl++")), QKeySequence(tr("Ctrl+="))});
+    addAction(view, tr("Ver&kleinern"), QKeySequence(tr("Ctrl+-")), [this] { m_map->zoomOut(); },
               QStringLiteral("zoomOut"));
-    m_viewMenu->addSeparator();
-    addAction(m_viewMenu, tr("Eigenes &Kartenbild …"), {}, [this] { chooseBackground(); }, QStringLiteral("background"));
-    addAction(m_viewMenu, tr("&Weltkarte"), {}, [this] { m_map->setBackground(worldMap()); },
-              QStringLiteral("worldMap"));
-    m_viewMenu->addSeparator();
-    for (QDockWidget *dock : findChildren<QDockWidget *>())
-        m_viewMenu->addAction(dock->toggleViewAction());
-    m_viewMenu->addAction(bar->toggleViewAction());
+    view->addSeparator();
+    addAction(view, tr("&Eigenes Kartenbild …"), {}, [this] { chooseBackground(); }, QStringLiteral("background"));
+    addAction(view, tr("&Weltkarte"), {}, [this] { showWorldMap(); }, QStringLiteral("worldMap"));
+    view->addSeparator();
+    const QList<QDockWidget *> docks = findChildren<QDockWidget *>();
+    for (QDockWidget *dock : docks)
+        view->addAction(dock->toggleViewAction());
+    view->addAction(bar->toggleViewAction());
 }
 
 void KelViewerWindow::createStatusBar()
@@ -278,7 +332,7 @@ void KelViewerWindow::documentChanged()
 {
     const KelGPXTrackSelection &selection = m_document.selection();
     const QList<int> rows = m_list->selectedRows();
-    m_list->trackModel()->setSelection(selection);
+    m_list->showTracks(selection);
     if (m_list->selectedRows() != rows)
         m_list->selectRows(rows);
     m_cropping->setValue(selection.nominalCroppingOpacity());
@@ -286,19 +340,24 @@ void KelViewerWindow::documentChanged()
     showStyle();
 }
 
-void KelViewerWindow::listReordered()
+void KelViewerWindow::listReordered(int row)
 {
     KelGPXTrackSelection selection = m_document.selection();
     selection.setTracks(m_list->trackModel()->tracks());
     m_document.change(selection, tr("Reihenfolge"));
+    m_list->selectRows({row});
+    m_list->drawAttention(row);
 }
 
 void KelViewerWindow::showStyle()
 {
+    const QList<int> rows = m_list->selectedRows();
     QList<KelGPXConfiguredTrack> tracks;
-    for (int row : m_list->selectedRows())
+    for (int row : rows)
         tracks.append(m_document.selection().value(row));
     m_style->setTracks(tracks);
+    for (QAction *action : std::as_const(m_selectionActions))
+        action->setEnabled(!rows.isEmpty());
 }
 
 void KelViewerWindow::updateTitle()
@@ -311,12 +370,25 @@ void KelViewerWindow::open(const QStringList &fileNames)
 {
     QList<QUrl> tracks;
     for (const QString &fileName : fileNames) {
-        if (QFileInfo(fileName).suffix().compare(QLatin1String(DOCUMENT_SUFFIX), Qt::CaseInsensitive) == 0)
-            load(fileName);
-        else
+        const bool isDocument = QFileInfo(fileName).suffix().compare(QLatin1String(DOCUMENT_SUFFIX), Qt::CaseInsensitive) == 0;
+        if (!isDocument)
             tracks.append(QUrl::fromLocalFile(QFileInfo(fileName).absoluteFilePath()));
+        else if (mayDiscard())
+            load(fileName);
     }
     importFiles(tracks);
+}
+
+void KelViewerWindow::openDropped(const QList<QUrl> &urls)
+{
+    QStringList names;
+    for (const QUrl &url : urls) {
+        if (url.isLocalFile())
+            names.append(url.toLocalFile());
+        else
+            m_problems->add(tr("%1: Nur Dateien dieses Rechners können geöffnet werden.").arg(url.toDisplayString()));
+    }
+    open(names);
 }
 
 bool KelViewerWindow::restoreSession()
@@ -339,15 +411,14 @@ void KelViewerWindow::importFiles(const QList<QUrl> &urls)
         m_cancel->show();
     }
     m_importer->read(urls);
-    // Nothing to read, for example an empty folder.
-    if (!m_importer->isRunning())
-        importFinished(false);
 }
 
 void KelViewerWindow::tracksRead(const QString &fileName, const KelGPXConfiguredTrackList &tracks)
 {
     KelGPXTrackSelection selection = m_document.selection();
+    const int firstRow = selection.count();
     selection.addTracks(tracks);
+    KelTrackPalette(isDark(palette())).distinguish(selection, firstRow);
     m_importedRows += tracks.count();
     m_document.change(selection, tr("%1 öffnen").arg(QFileInfo(fileName).fileName()));
 }
@@ -366,11 +437,13 @@ void KelViewerWindow::importFinished(bool cancelled)
         m_list->drawAttention(rows.last());
         if (m_fitAfterImport)
             m_map->fitAll();
-    } else if (!cancelled) {
-        statusBar()->showMessage(tr("Es wurde keine Strecke gelesen."), 5000);
     }
     if (cancelled)
-        statusBar()->showMessage(tr("Abgebrochen; was gelesen war, bleibt."), 5000);
+        statusBar()->showMessage(tr("Abgebrochen; was gelesen war, bleibt."), MESSAGE_MS);
+    else if (m_importedRows > 0)
+        statusBar()->showMessage(tr("%n Strecke(n) gelesen.", nullptr, m_importedRows), MESSAGE_MS);
+    else
+        statusBar()->showMessage(tr("Es wurde keine Strecke gelesen."), MESSAGE_MS);
 }
 
 void KelViewerWindow::applyStyle(const std::function<void(KelGPXTrackConfiguration &)> &change, const QString &text)
@@ -391,25 +464,31 @@ void KelViewerWindow::addTrack(const KelGPXTrack &track, const QString &text)
     KelGPXTrackSelection selection = m_document.selection();
     const bool first = selection.isEmpty();
     selection.addTrack(track);
-    m_document.change(selection, text);
     const int row = selection.count() - 1;
+    KelTrackPalette(isDark(palette())).distinguish(selection, row);
+    m_document.change(selection, text);
     m_list->selectRows({row});
     m_list->drawAttention(row);
     if (first)
         m_map->fitAll();
 }
 
-void KelViewerWindow::renameTrack(int row)
+void KelViewerWindow::editTrack(int row)
 {
+    m_list->selectRows({row});
+    m_styleDock->show();
+    m_styleDock->raise();
+    m_style->editName();
+}
+
+void KelViewerWindow::renameTrack(const QString &name)
+{
+    const QList<int> rows = m_list->selectedRows();
+    if (rows.size() != 1)
+        return;
+    const int row = rows.first();
     KelGPXTrackSelection selection = m_document.selection();
-    if (!selection.isValidRow(row))
-        return;
     KelGPXConfiguredTrack configured = selection.value(row);
-    bool accepted = false;
-    const QString name = QInputDialog::getText(this, tr("Umbenennen"), tr("Name der Strecke:"), QLineEdit::Normal,
-                                               configured.name(), &accepted);
-    if (!accepted || name == configured.name())
-        return;
     KelGPXTrack track = configured.track();
     track.setName(name);
     configured.setTrack(track);
@@ -427,16 +506,25 @@ void KelViewerWindow::removeTracks(const QList<int> &rows)
             selection.removeAt(*row);
     }
     m_document.change(selection, tr("Löschen"));
+    // The next row, so that the key can be pressed again.
+    if (!rows.isEmpty() && !selection.isEmpty())
+        m_list->selectRows({std::min(rows.first(), selection.count() - 1)});
 }
 
-void KelViewerWindow::duplicateTrack(int row)
+void KelViewerWindow::duplicateSelected()
 {
     KelGPXTrackSelection selection = m_document.selection();
-    if (!selection.isValidRow(row))
+    const QList<int> rows = m_list->selectedRows();
+    QList<int> added;
+    for (int row : rows) {
+        added.append(selection.count());
+        selection.addTrack(m_document.selection().value(row));
+    }
+    if (added.isEmpty())
         return;
-    selection.addTrack(selection.value(row));
     m_document.change(selection, tr("Verdoppeln"));
-    m_list->drawAttention(selection.count() - 1);
+    m_list->selectRows(added);
+    m_list->drawAttention(added.last());
 }
 
 void KelViewerWindow::moveSelected(int by)
@@ -459,8 +547,7 @@ void KelViewerWindow::newDocument()
 void KelViewerWindow::openTracks()
 {
     const QString filter = KelTrackSelectionFactory::instance().supportedFileFormats().join(QLatin1Char(' '));
-    const QStringList names = QFileDialog::getOpenFileNames(this, tr("Strecken öffnen"), {}, tr("Strecken (%1)").arg(filter));
-    open(names);
+    open(QFileDialog::getOpenFileNames(this, tr("Strecken öffnen"), {}, tr("Strecken (%1)").arg(filter)));
 }
 
 void KelViewerWindow::openDocument()
@@ -501,7 +588,7 @@ bool KelViewerWindow::save(const QString &fileName)
     const bool saved = m_document.save(fileName, errors);
     m_problems->add(errors);
     if (saved)
-        statusBar()->showMessage(tr("Gespeichert: %1").arg(fileName), 4000);
+        statusBar()->showMessage(tr("Gespeichert: %1").arg(fileName), MESSAGE_MS);
     return saved;
 }
 
@@ -509,27 +596,46 @@ bool KelViewerWindow::mayDiscard()
 {
     if (!m_document.isModified())
         return true;
-    QMessageBox box(QMessageBox::Question, tr("Ungespeicherte Änderungen"),
-                    tr("„%1“ wurde geändert.").arg(m_document.displayName()),
-                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
-    box.button(QMessageBox::Save)->setText(tr("&Speichern"));
-    box.button(QMessageBox::Discard)->setText(tr("&Verwerfen"));
-    box.button(QMessageBox::Cancel)->setText(tr("&Abbrechen"));
-    switch (box.exec()) {
-    case QMessageBox::Save:
+    switch (askAboutChanges()) {
+    case Answer::Save:
         return saveDocument();
-    case QMessageBox::Discard:
+    case Answer::Discard:
         return true;
     default:
         return false;
     }
 }
 
+KelViewerWindow::Answer KelViewerWindow::askAboutChanges()
+{
+    QMessageBox box(QMessageBox::Question, tr("Ungespeicherte Änderungen"),
+                    tr("„%1“ wurde geändert.").arg(m_document.displayName()), QMessageBox::NoButton, this);
+    QPushButton *save = box.addButton(tr("&Speichern"), QMessageBox::AcceptRole);
+    QPushButton *discard = box.addButton(tr("&Verwerfen"), QMessageBox::DestructiveRole);
+    QPushButton *cancel = box.addButton(tr("&Abbrechen"), QMessageBox::RejectRole);
+    box.setInformativeText(tr("Sollen die Änderungen gespeichert werden?"));
+    box.setDefaultButton(save);
+    box.setEscapeButton(cancel);
+    box.exec();
+    if (box.clickedButton() == save)
+        return Answer::Save;
+    return box.clickedButton() == discard ? Answer::Discard : Answer::Cancel;
+}
+
 void KelViewerWindow::chooseBackground()
 {
     KelOwnMapDialog dialog(this);
-    if (dialog.exec() == QDialog::Accepted)
-        m_map->setBackground(std::make_shared<KelPictureBackground>(dialog.image(), dialog.bounds(), worldMap()));
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    m_ownMap = true;
+    m_map->setBackground(
+        std::make_shared<KelPictureBackground>(dialog.image(), dialog.bounds(), worldMap(palette())));
+}
+
+void KelViewerWindow::showWorldMap()
+{
+    m_ownMap = false;
+    m_map->setBackground(worldMap(palette()));
 }
 
 void KelViewerWindow::askExport()
@@ -566,16 +672,15 @@ bool KelViewerWindow::exportPicture(const QString &fileName, const QSize &size, 
     picture.density = scaleFactor;
     picture.overlays = true;
 
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     KelPictureEncoder encoder(*format, pixels, scaleFactor);
-    const QByteArray bytes = encoder.encode(picture);
-    QGuiApplication::restoreOverrideCursor();
+    QByteArray bytes;
+    KelBusyWindow::run(this, tr("Das Bild wird gezeichnet …"), [&] { bytes = encoder.encode(picture); });
     if (bytes.isEmpty())
         return fail(encoder.error());
     KelOutputFile file(fileName);
     if (!file.write(bytes))
         return fail(file.error());
-    statusBar()->showMessage(tr("Exportiert: %1").arg(fileName), 4000);
+    statusBar()->showMessage(tr("Exportiert: %1").arg(fileName), MESSAGE_MS);
     return true;
 }
 
@@ -585,14 +690,39 @@ void KelViewerWindow::showPosition(const KelGeoPosition &position)
                                                 : QString());
 }
 
-void KelViewerWindow::closeEvent(QCloseEvent *event)
+void KelViewerWindow::makeDefault(const KelGPXTrackConfiguration &configuration)
 {
-    if (!mayDiscard()) {
-        event->ignore();
+    if (m_importing) {
+        // The reader thread asks for the default of every track that it reads.
+        statusBar()->showMessage(tr("Bitte warten, bis die Dateien gelesen sind."), MESSAGE_MS);
         return;
     }
+    // So does the thread that writes the session.
+    KelBusyWindow::run(this, tr("Die Sitzung wird gesichert …"), [this] { m_session->finishWriting(); });
+    KelSingleton<KelGeoLocationSettings>::instance().setDefaultTrackConfiguration(configuration);
+    statusBar()->showMessage(tr("Neue Strecken werden so gezeichnet."), MESSAGE_MS);
+}
+
+void KelViewerWindow::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !m_ownMap)
+        showWorldMap();
+}
+
+void KelViewerWindow::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    if (KelBusyWindow::isBusy())
+        return;
+    const Answer answer = m_document.isModified() ? askAboutChanges() : Answer::Discard;
+    if (answer == Answer::Cancel || (answer == Answer::Save && !saveDocument()))
+        return;
     m_importer->cancel();
-    m_session->saveNow();
+    if (m_document.isModified())
+        m_session->forgetChanges();
+    else
+        m_session->saveNow();
     event->accept();
 }
 
@@ -605,8 +735,5 @@ void KelViewerWindow::dragEnterEvent(QDragEnterEvent *event)
 void KelViewerWindow::dropEvent(QDropEvent *event)
 {
     event->acceptProposedAction();
-    QStringList names;
-    for (const QUrl &url : event->mimeData()->urls())
-        names.append(url.toLocalFile());
-    open(names);
+    openDropped(event->mimeData()->urls());
 }

@@ -19,11 +19,12 @@ class KelProblemBar;
 class KelSession;
 class KelStyleEditor;
 class KelTrackListView;
+class QDockWidget;
 class QLabel;
 class QProgressBar;
 class QPushButton;
 class QSlider;
-class QTimer;
+class QToolBar;
 
 /// The window: list of tracks, map, style editor, and what the menus offer.
 class KelViewerWindow : public QMainWindow
@@ -43,30 +44,38 @@ public:
     bool exportPicture(const QString &fileName, const QSize &size, double scaleFactor);
 
 protected:
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
 private:
+    void connectParts();
     void createMenus();
+    void createFileMenu(QToolBar *bar);
+    void createEditMenu(QToolBar *bar);
+    void createInsertMenu();
+    void createViewMenu(QToolBar *bar);
     void createDocks();
     void createStatusBar();
     QAction *addAction(QMenu *menu, const QString &text, const QKeySequence &keys, const std::function<void()> &slot,
                        const QString &objectName);
 
     void documentChanged();
-    void listReordered();
+    void listReordered(int row);
     void showStyle();
     void updateTitle();
 
+    void openDropped(const QList<QUrl> &urls);
     void importFiles(const QList<QUrl> &urls);
     void tracksRead(const QString &fileName, const KelGPXConfiguredTrackList &tracks);
     void importFinished(bool cancelled);
     void applyStyle(const std::function<void(KelGPXTrackConfiguration &)> &change, const QString &text);
     void addTrack(const KelGPXTrack &track, const QString &text);
-    void renameTrack(int row);
+    void editTrack(int row);
+    void renameTrack(const QString &name);
     void removeTracks(const QList<int> &rows);
-    void duplicateTrack(int row);
+    void duplicateSelected();
     void moveSelected(int by);
 
     void newDocument();
@@ -78,9 +87,14 @@ private:
     bool load(const QString &fileName);
     /// True when there is nothing to lose or the user decided what to do with it.
     bool mayDiscard();
+    enum class Answer { Save, Discard, Cancel };
+    [[nodiscard]] Answer askAboutChanges();
     void chooseBackground();
     void askExport();
     void showPosition(const KelGeoPosition &position);
+    void makeDefault(const KelGPXTrackConfiguration &configuration);
+    void showWorldMap();
+    [[nodiscard]] QList<QAction *> createUndoActions();
 
     KelTrackDocument m_document;
     KelSession *m_session;
@@ -93,7 +107,9 @@ private:
     QLabel *m_positionLabel;
     QProgressBar *m_progress;
     QPushButton *m_cancel;
-    QMenu *m_viewMenu = nullptr;
+    QDockWidget *m_styleDock = nullptr;
+    QList<QAction *> m_selectionActions; ///< need a selected track
+    bool m_ownMap = false;
     bool m_importing = false;
     bool m_fitAfterImport = false;
     int m_importedRows = 0;

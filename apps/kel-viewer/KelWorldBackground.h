@@ -19,6 +19,7 @@ public:
 
     void paint(QPainter &painter, const KelMapViewport &viewport, double density) const override;
     [[nodiscard]] QString credit() const override;
+    [[nodiscard]] QColor baseColor() const override;
 
 private:
     Brightness m_brightness;

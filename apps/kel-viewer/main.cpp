@@ -1,38 +1,17 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
+#include "KelViewerLanguage.h"
 #include "KelViewerWindow.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QLibraryInfo>
-#include <QLocale>
-#include <QTranslator>
-
-namespace
-{
-
-/// The texts in the source are German; every other language reads the English catalogues.
-void installTranslations(const QString &language)
-{
-    const QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
-    QLocale::setDefault(locale);
-    auto *qt = new QTranslator(qApp);
-    if (qt->load(locale, QStringLiteral("qtbase"), QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(qt);
-    if (locale.language() == QLocale::German)
-        return;
-    for (const char *catalogue : {":/translations/kelgeolocation_en.qm", ":/translations/kel-viewer_en.qm"}) {
-        auto *translator = new QTranslator(qApp);
-        if (translator->load(QLatin1String(catalogue)))
-            QCoreApplication::installTranslator(translator);
-    }
-}
-
-} // namespace
+#include <QLoggingCategory>
 
 int main(int argc, char *argv[])
 {
+    // What the library reports of its work is for those who ask: QT_LOGGING_RULES="kel.*=true".
+    QLoggingCategory::setFilterRules(QStringLiteral("kel.*.info=false"));
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Kel"));
     QCoreApplication::setApplicationName(QStringLiteral("KelGeoLocation")); // the settings that kel-render reads
@@ -49,7 +28,7 @@ int main(int argc, char *argv[])
     parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("Track files (GPX, KML, KMZ), folders or a saved selection."),
                                  QStringLiteral("[files...]"));
     parser.process(application);
-    installTranslations(parser.value(language));
+    KelViewerLanguage::use(parser.value(language));
 
     KelViewerWindow window;
     const QStringList files = parser.positionalArguments();

@@ -22,6 +22,10 @@ public:
     /// colour of its own, if there is more than one of them. Tracks that bring a look along keep it.
     void colorize(KelGPXTrackSelection &selection, int firstRow) const;
 
+    /// The same for tracks that come to others: each of the rows from the first on that looks like nothing in
+    /// particular gets a colour that no row before it has, and keeps its own where that is one already.
+    void distinguish(KelGPXTrackSelection &selection, int firstRow) const;
+
 private:
     bool m_darkMap;
 };

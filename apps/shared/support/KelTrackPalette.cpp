@@ -7,6 +7,7 @@
 #include <KelGPXTrackSelection.h>
 
 #include <QList>
+#include <QSet>
 
 #include <cmath>
 #include <iterator>
@@ -25,6 +26,22 @@ bool looksLike(const KelGPXTrackConfiguration &configuration, KelGPXTrackConfigu
 {
     standard.setTrackShape(configuration.trackShape());
     return configuration == standard;
+}
+
+bool looksStandard(const KelGPXTrackConfiguration &configuration)
+{
+    return looksLike(configuration, KelGPXTrackConfiguration::currentDefaultConfiguration())
+        || looksLike(configuration, KelGPXTrackConfiguration::defaultValue());
+}
+
+void setColor(KelGPXTrackSelection &selection, int row, const QColor &color)
+{
+    KelGPXTrackConfiguration configuration = selection.configuration(row);
+    QColor fill = color;
+    fill.setAlpha(FILL_ALPHA);
+    configuration.setLineColor(color);
+    configuration.setFillColor(fill);
+    selection.setConfiguration(row, configuration);
 }
 
 } // namespace
@@ -50,22 +67,32 @@ QColor KelTrackPalette::color(int index) const
 
 void KelTrackPalette::colorize(KelGPXTrackSelection &selection, int firstRow) const
 {
-    const KelGPXTrackConfiguration users = KelGPXTrackConfiguration::currentDefaultConfiguration();
-    const KelGPXTrackConfiguration librarys = KelGPXTrackConfiguration::defaultValue();
     QList<int> rows;
     for (int row = firstRow; row < selection.count(); ++row) {
-        const KelGPXTrackConfiguration configuration = selection.configuration(row);
-        if (looksLike(configuration, users) || looksLike(configuration, librarys))
+        if (looksStandard(selection.configuration(row)))
             rows.append(row);
     }
     if (rows.size() < 2)
         return;
-    for (int i = 0; i < rows.size(); ++i) {
-        KelGPXTrackConfiguration configuration = selection.configuration(rows.at(i));
-        QColor fill = color(i);
-        fill.setAlpha(FILL_ALPHA);
-        configuration.setLineColor(color(i));
-        configuration.setFillColor(fill);
-        selection.setConfiguration(rows.at(i), configuration);
+    for (int i = 0; i < rows.size(); ++i)
+        setColor(selection, rows.at(i), color(i));
+}
+
+void KelTrackPalette::distinguish(KelGPXTrackSelection &selection, int firstRow) const
+{
+    QSet<QRgb> used;
+    for (int row = 0; row < firstRow; ++row)
+        used.insert(selection.configuration(row).lineColor().rgb());
+    int next = 0;
+    for (int row = firstRow; row < selection.count(); ++row) {
+        const KelGPXTrackConfiguration configuration = selection.configuration(row);
+        QColor chosen = configuration.lineColor();
+        if (looksStandard(configuration) && used.contains(chosen.rgb())) {
+            while (used.contains(color(next).rgb()))
+                ++next;
+            chosen = color(next);
+            setColor(selection, row, chosen);
+        }
+        used.insert(chosen.rgb());
     }
 }
