@@ -31,16 +31,19 @@ KelOwnMapDialog::KelOwnMapDialog(QWidget *parent)
     auto *choose = new QPushButton(tr("&Datei …"), this);
     connect(choose, &QPushButton::clicked, this, &KelOwnMapDialog::chooseFile);
     m_file->setReadOnly(true);
+    m_file->setAccessibleName(tr("Bild:"));
     auto *row = new QHBoxLayout;
     row->addWidget(m_file, 1);
     row->addWidget(choose);
 
     auto *form = new QFormLayout(this);
     form->addRow(tr("Bild:"), row);
-    form->addRow(tr("Nordrand:"), m_north);
-    form->addRow(tr("Südrand:"), m_south);
-    form->addRow(tr("Westrand:"), m_west);
-    form->addRow(tr("Ostrand:"), m_east);
+    for (const auto &[edge, name] : {std::pair(m_north, tr("Nordrand:")), std::pair(m_south, tr("Südrand:")),
+                                     std::pair(m_west, tr("Westrand:")), std::pair(m_east, tr("Ostrand:"))}) {
+        edge->setAccessibleName(name);
+        form->addRow(name, edge);
+    }
+    m_problem->setWordWrap(true);
     form->addRow(m_problem);
     form->addRow(m_buttons);
     m_north->setGeoArc(KelGeoArc(55.0));

@@ -3,12 +3,15 @@
 
 #include "KelProblemBar.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace
 {
@@ -59,6 +62,8 @@ void KelProblemBar::add(const QString &message)
     const int lines = std::min(m_count, VISIBLE_LINES);
     m_text->setFixedHeight(m_text->fontMetrics().lineSpacing() * (lines + 1) + 2 * m_text->frameWidth() + 8);
     show();
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 QString KelProblemBar::text() const

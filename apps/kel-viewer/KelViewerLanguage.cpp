@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QStringList>
 #include <QTranslator>
 
 #include <memory>
@@ -35,11 +36,14 @@ void KelViewerLanguage::use(const QString &language)
     const QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
     QLocale::setDefault(locale);
     installToolkitTexts(locale);
-    if (locale.language() == QLocale::German)
-        return;
-    for (const char *catalogue : {"kelgeolocation_en.qm", "kel-viewer_en.qm"}) {
+    // The German catalogue holds plurals alone, the library has none.
+    const bool german = locale.language() == QLocale::German;
+    const QStringList catalogues = german
+        ? QStringList{QStringLiteral("kel-viewer_de.qm")}
+        : QStringList{QStringLiteral("kelgeolocation_en.qm"), QStringLiteral("kel-viewer_en.qm")};
+    for (const QString &catalogue : catalogues) {
         auto translator = std::make_unique<QTranslator>();
-        if (translator->load(QStringLiteral(":/translations/") + QLatin1String(catalogue)))
+        if (translator->load(QStringLiteral(":/translations/") + catalogue))
             install(std::move(translator));
     }
 }

@@ -201,18 +201,18 @@ void KelViewerWindow::createFileMenu(QToolBar *bar)
     QMenu *file = menuBar()->addMenu(tr("&Datei"));
     addAction(file, tr("&Neu"), QKeySequence::New, [this] { newDocument(); }, QStringLiteral("new"));
     bar->addAction(addAction(
-        file, tr("Strecken ö&ffnen …"), QKeySequence(tr("Ctrl+I")), [this] { openTracks(); }, QStringLiteral("import")));
+        file, tr("Strecken ö&ffnen …"), QKeySequence(QStringLiteral("Ctrl+I")), [this] { openTracks(); }, QStringLiteral("import")));
     file->addSeparator();
     addAction(file, tr("Auswahl &laden …"), QKeySequence::Open, [this] { openDocument(); }, QStringLiteral("load"));
     bar->addAction(addAction(
         file, tr("Auswahl &speichern"), QKeySequence::Save, [this] { saveDocument(); }, QStringLiteral("save")));
-    addAction(file, tr("Auswahl speichern &unter …"), QKeySequence(tr("Ctrl+Shift+S")), [this] { saveDocumentAs(); },
+    addAction(file, tr("Auswahl speichern &unter …"), QKeySequence(QStringLiteral("Ctrl+Shift+S")), [this] { saveDocumentAs(); },
               QStringLiteral("saveAs"));
     file->addSeparator();
     bar->addAction(addAction(
-        file, tr("Bild &exportieren …"), QKeySequence(tr("Ctrl+E")), [this] { askExport(); }, QStringLiteral("export")));
+        file, tr("Bild &exportieren …"), QKeySequence(QStringLiteral("Ctrl+E")), [this] { askExport(); }, QStringLiteral("export")));
     file->addSeparator();
-    addAction(file, tr("&Beenden"), QKeySequence(tr("Ctrl+Q")), [this] { close(); }, QStringLiteral("quit"));
+    addAction(file, tr("&Beenden"), QKeySequence(QStringLiteral("Ctrl+Q")), [this] { close(); }, QStringLiteral("quit"));
     bar->addSeparator();
 }
 
@@ -229,7 +229,7 @@ QList<QAction *> KelViewerWindow::createUndoActions()
     });
     auto *redo = new QAction(tr("&Wiederholen"), this);
     redo->setObjectName(QStringLiteral("redo"));
-    redo->setShortcuts({QKeySequence(tr("Ctrl+Shift+Z")), QKeySequence(tr("Ctrl+Y"))});
+    redo->setShortcuts({QKeySequence(QStringLiteral("Ctrl+Shift+Z")), QKeySequence(QStringLiteral("Ctrl+Y"))});
     connect(redo, &QAction::triggered, stack, &QUndoStack::redo);
     connect(stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
     connect(stack, &QUndoStack::redoTextChanged, redo, [redo](const QString &text) {
@@ -256,16 +256,16 @@ void KelViewerWindow::createEditMenu(QToolBar *bar)
         if (!rows.isEmpty())
             editTrack(rows.first());
     }, QStringLiteral("rename"));
-    QAction *duplicate = addAction(edit, tr("&Verdoppeln"), QKeySequence(tr("Ctrl+D")), [this] { duplicateSelected(); },
+    QAction *duplicate = addAction(edit, tr("&Verdoppeln"), QKeySequence(QStringLiteral("Ctrl+D")), [this] { duplicateSelected(); },
                                    QStringLiteral("duplicate"));
     QAction *remove = addAction(edit, tr("&Löschen"), QKeySequence::Delete,
                                 [this] { removeTracks(m_list->selectedRows()); }, QStringLiteral("delete"));
     // In the style editor the key belongs to the field that is edited.
     remove->setShortcutContext(Qt::WidgetShortcut);
     m_list->addAction(remove);
-    QAction *up = addAction(edit, tr("Nach &oben"), QKeySequence(tr("Ctrl+Up")), [this] { moveSelected(-1); },
+    QAction *up = addAction(edit, tr("Nach &oben"), QKeySequence(QStringLiteral("Ctrl+Up")), [this] { moveSelected(-1); },
                             QStringLiteral("moveUp"));
-    QAction *down = addAction(edit, tr("Nach &unten"), QKeySequence(tr("Ctrl+Down")), [this] { moveSelected(1); },
+    QAction *down = addAction(edit, tr("Nach &unten"), QKeySequence(QStringLiteral("Ctrl+Down")), [this] { moveSelected(1); },
                               QStringLiteral("moveDown"));
     m_selectionActions.append({rename, duplicate, remove, up, down});
     QAction *all = addAction(edit, tr("&Alle auswählen"), QKeySequence::SelectAll, [this] { m_list->selectAll(); },
@@ -273,19 +273,19 @@ void KelViewerWindow::createEditMenu(QToolBar *bar)
     all->setShortcutContext(Qt::WidgetShortcut);
     m_list->addAction(all);
     edit->addSeparator();
-    addAction(edit, tr("&Einstellungen …"), QKeySequence(tr("Ctrl+,")), [this] { KelPreferencesDialog(this).exec(); },
+    addAction(edit, tr("&Einstellungen …"), QKeySequence(QStringLiteral("Ctrl+,")), [this] { KelPreferencesDialog(this).exec(); },
               QStringLiteral("preferences"));
 }
 
 void KelViewerWindow::createInsertMenu()
 {
     QMenu *insert = menuBar()->addMenu(tr("&Einfügen"));
-    addAction(insert, tr("&Ort …"), QKeySequence(tr("Ctrl+P")), [this] {
+    addAction(insert, tr("&Ort …"), QKeySequence(QStringLiteral("Ctrl+P")), [this] {
         KelAddPlaceDialog dialog(KelAddPlaceDialog::Place, this);
         if (dialog.exec() == QDialog::Accepted)
             addTrack(dialog.track(), tr("Ort hinzufügen"));
     }, QStringLiteral("addPlace"));
-    addAction(insert, tr("&Fluglinie …"), QKeySequence(tr("Ctrl+L")), [this] {
+    addAction(insert, tr("&Fluglinie …"), QKeySequence(QStringLiteral("Ctrl+L")), [this] {
         KelAddPlaceDialog dialog(KelAddPlaceDialog::Beeline, this);
         if (dialog.exec() == QDialog::Accepted)
             addTrack(dialog.track(), tr("Fluglinie hinzufügen"));
@@ -296,16 +296,16 @@ void KelViewerWindow::createViewMenu(QToolBar *bar)
 {
     QMenu *view = menuBar()->addMenu(tr("&Ansicht"));
     bar->addAction(addAction(
-        view, tr("&Alles zeigen"), QKeySequence(tr("Ctrl+0")), [this] { m_map->fitAll(); }, QStringLiteral("fitAll")));
-    m_selectionActions.append(addAction(view, tr("Auf Au&swahl zoomen"), QKeySequence(tr("Ctrl+9")), [this] {
+        view, tr("&Alles zeigen"), QKeySequence(QStringLiteral("Ctrl+0")), [this] { m_map->fitAll(); }, QStringLiteral("fitAll")));
+    m_selectionActions.append(addAction(view, tr("Auf Au&swahl zoomen"), QKeySequence(QStringLiteral("Ctrl+9")), [this] {
         const QList<int> rows = m_list->selectedRows();
         if (!rows.isEmpty())
             m_map->fitTrack(rows.first());
     }, QStringLiteral("fitSelected")));
     QAction *larger = addAction(view, tr("Ver&größern"), {}, [this] { m_map->zoomIn(); }, QStringLiteral("zoomIn"));
     // Where plus is the shifted key of the equals sign, nobody wants to hold Shift.
-    larger->setShortcuts({QKeySequence(tr("Ctrl++")), QKeySequence(tr("Ctrl+="))});
-    addAction(view, tr("Ver&kleinern"), QKeySequence(tr("Ctrl+-")), [this] { m_map->zoomOut(); },
+    larger->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
+    addAction(view, tr("Ver&kleinern"), QKeySequence(QStringLiteral("Ctrl+-")), [this] { m_map->zoomOut(); },
               QStringLiteral("zoomOut"));
     view->addSeparator();
     addAction(view, tr("&Eigenes Kartenbild …"), {}, [this] { chooseBackground(); }, QStringLiteral("background"));
