@@ -13,14 +13,23 @@
 #include <QString>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+
 namespace
 {
 
 constexpr QChar ByteOrderMark(0xfeff);
 
-/// Whether elements are nested deeper than the tree bears. Most documents have fewer tags than that and need no look.
+/// Qt counts the characters of the line that it has read: none yet means the first column.
+qint64 columnFromOne(qint64 column)
+{
+    return std::max<qint64>(column, 1);
+}
+
+/// Whether elements are nested deeper than the tree bears, and where. Most documents have fewer tags than that and
+/// need no look.
 template<class Source>
-bool isTooDeep(const Source &source)
+bool isTooDeep(const Source &source, KelErrorHistory::Entry &place)
 {
     if (source.count('<') <= KelXMLLoader::MAXIMUM_DEPTH)
         return false;
@@ -31,6 +40,8 @@ bool isTooDeep(const Source &source)
         const QXmlStreamReader::TokenType token = xml.readNext();
         depth += token == QXmlStreamReader::StartElement ? 1 : token == QXmlStreamReader::EndElement ? -1 : 0;
     }
+    place.line = xml.lineNumber();
+    place.column = columnFromOne(xml.columnNumber());
     return depth > KelXMLLoader::MAXIMUM_DEPTH;
 }
 
@@ -44,8 +55,9 @@ void report(KelErrorHistory *errorHistory, const KelErrorHistory::Entry &entry)
 template<class Source>
 QDomDocument parse(const Source &source, const QString &fileName, KelErrorHistory *errorHistory)
 {
-    if (isTooDeep(source)) {
-        report(errorHistory, {fileName, -1, -1,
+    KelErrorHistory::Entry place;
+    if (isTooDeep(source, place)) {
+        report(errorHistory, {fileName, place.line, place.column,
                               QStringLiteral("elements are nested more than %1 levels deep")
                                   .arg(KelXMLLoader::MAXIMUM_DEPTH)});
         return {};
@@ -58,7 +70,7 @@ QDomDocument parse(const Source &source, const QString &fileName, KelErrorHistor
     if (document.setContent(source, false, &message, &line, &column))
         return document;
     // After an error Qt leaves the tree as far as it came.
-    report(errorHistory, {fileName, line, column, message});
+    report(errorHistory, {fileName, line, columnFromOne(column), message});
     return {};
 }
 

@@ -9,6 +9,8 @@
 #include <QIODevice>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+
 struct KelXMLStreamCursor::Document
 {
     explicit Document(QIODevice *device)
@@ -182,7 +184,8 @@ qint64 KelXMLStreamCursor::errorLine() const
 
 qint64 KelXMLStreamCursor::errorColumn() const
 {
-    return m_document->reader.columnNumber();
+    // Qt counts the characters of the line that it has read: none yet means the first column.
+    return std::max<qint64>(m_document->reader.columnNumber(), 1);
 }
 
 void KelXMLStreamCursor::enterElement()

@@ -40,8 +40,8 @@ public:
     /// Reads the rest of the document, whatever the cursor is on, and returns whether all of it was well formed.
     bool finish();
 
-    /// What went wrong and where, in the form that QDomDocument::setContent() reports; empty and of no meaning as
-    /// long as finish() did not return false.
+    /// What went wrong and where, lines and columns from 1, as KelXMLLoader reports it; empty and of no meaning as long
+    /// as finish() did not return false.
     [[nodiscard]] QString errorString() const;
     [[nodiscard]] qint64 errorLine() const;
     [[nodiscard]] qint64 errorColumn() const;

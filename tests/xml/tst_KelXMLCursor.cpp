@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
+#include <KelErrorHistory.h>
 #include <KelXMLCursor.h>
 #include <KelXMLDomCursor.h>
 #include <KelXMLLoader.h>
@@ -458,33 +459,38 @@ void tst_KelXMLCursor::finish()
 void tst_KelXMLCursor::errorPlaceIsThatOfTheTree_data()
 {
     QTest::addColumn<QByteArray>("xml");
-    QTest::addColumn<int>("line");
+    QTest::addColumn<qint64>("line");
+    QTest::addColumn<qint64>("column"); // of the last character that was read
 
-    QTest::newRow("in the first line") << QByteArray("<r><a></b></r>") << 1;
-    QTest::newRow("in the third line") << QByteArray("<r>\n<a>\n  </b></r>") << 3;
-    QTest::newRow("second document type") << QByteArray("<!DOCTYPE r>\n<!DOCTYPE r>\n<r/>") << 2;
-    QTest::newRow("document type within the root") << QByteArray("<r>\n<!DOCTYPE r>\n</r>") << 2;
-    QTest::newRow("cut off") << QByteArray("<r>\n<a>\n") << 3;
+    QTest::newRow("in the first line") << QByteArray("<r><a></b></r>") << qint64(1) << qint64(10);
+    QTest::newRow("in the third line") << QByteArray("<r>\n<a>\n  </b></r>") << qint64(3) << qint64(6);
+    QTest::newRow("second document type")
+        << QByteArray("<!DOCTYPE r>\n<!DOCTYPE r>\n<r/>") << qint64(2) << qint64(12);
+    QTest::newRow("document type within the root")
+        << QByteArray("<r>\n<!DOCTYPE r>\n</r>") << qint64(2) << qint64(12);
+    QTest::newRow("cut off within a line") << QByteArray("<r>\n<a") << qint64(2) << qint64(2);
+    QTest::newRow("cut off behind a line") << QByteArray("<r>\n<a>\n") << qint64(3) << qint64(1);
+    QTest::newRow("nothing at all") << QByteArray("") << qint64(1) << qint64(1);
 }
 
 void tst_KelXMLCursor::errorPlaceIsThatOfTheTree()
 {
     QFETCH(QByteArray, xml);
-    QFETCH(int, line);
+    QFETCH(qint64, line);
+    QFETCH(qint64, column);
     QDomDocument document;
-    QString message;
-    int treeLine = 0;
-    int treeColumn = 0;
-    QVERIFY(!document.setContent(xml, false, &message, &treeLine, &treeColumn));
+    KelErrorHistory history;
+    QVERIFY(!KelXMLLoader::setContent(document, xml, &history));
 
     Source source(xml, true);
     KelXMLStreamCursor &cursor = static_cast<KelXMLStreamCursor &>(*source.cursor);
     QVERIFY(!cursor.finish());
     QCOMPARE(cursor.errorLine(), line);
-    QCOMPARE(cursor.errorLine(), treeLine);
-    QCOMPARE(cursor.errorColumn(), treeColumn);
+    QCOMPARE(cursor.errorColumn(), column);
+    QCOMPARE(history.last().line, line);
+    QCOMPARE(history.last().column, column);
     QVERIFY(!cursor.errorString().isEmpty());
-    QCOMPARE(cursor.errorString(), message);
+    QCOMPARE(cursor.errorString(), history.last().message);
 }
 
 void tst_KelXMLCursor::streamStartsWhereTheDeviceStands()
