@@ -32,6 +32,8 @@ private Q_SLOTS:
     void zoomedFarInLandFillsThePicture();
     void graticuleStep_data();
     void graticuleStep();
+    void meridianStep_data();
+    void meridianStep();
     void graticuleLabel_data();
     void graticuleLabel();
     void painterKeepsItsState();
@@ -261,6 +263,31 @@ void tst_KelWorldMap::graticuleStep()
     QFETCH(double, pixelsPerDegree);
     QFETCH(double, factor);
     QTEST(KelWorldMapPainter(frameAround(0, 0, QSizeF(100, 100), pixelsPerDegree), factor, COLORS).graticuleStep(),
+          "step");
+}
+
+void tst_KelWorldMap::meridianStep_data()
+{
+    QTest::addColumn<double>("pixelsPerDegree");
+    QTest::addColumn<double>("factor");
+    QTest::addColumn<double>("step");
+
+    // Each label needs 55 pixels.
+    QTest::newRow("the same as the parallels") << 5.25 << 1.0 << 20.0;
+    QTest::newRow("30 degrees are just wide enough") << 1.84 << 1.0 << 30.0;
+    QTest::newRow("30 degrees are just too narrow") << 1.83 << 1.0 << 60.0;
+    QTest::newRow("60 degrees are just too narrow") << 0.91 << 1.0 << 90.0;
+    QTest::newRow("90 degrees are just too narrow") << 0.61 << 1.0 << 180.0;
+    QTest::newRow("worlds like stamps") << 0.01 << 1.0 << 180.0;
+    QTest::newRow("twice the density") << 3.66 << 2.0 << 60.0;
+    QTest::newRow("a street") << 1e9 << 1.0 << 1.0 / 3600;
+}
+
+void tst_KelWorldMap::meridianStep()
+{
+    QFETCH(double, pixelsPerDegree);
+    QFETCH(double, factor);
+    QTEST(KelWorldMapPainter(frameAround(0, 0, QSizeF(100, 100), pixelsPerDegree), factor, COLORS).meridianStep(),
           "step");
 }
 

@@ -19,6 +19,7 @@ namespace
 constexpr double MARGIN = 24.0;            // pixels at factor 1 around the picture that are still drawn
 constexpr double THINNING = 0.3;           // pixels; nearer points say nothing
 constexpr double GRATICULE_PIXELS = 105.0; // least distance of the graticule's meridians at factor 1
+constexpr double LABELLED_PIXELS = 55.0;   // room of the widest label of a meridian at factor 1
 constexpr double LABEL_PIXELS = 11.0;
 constexpr double OVERLAY_PIXELS = 30.0;
 constexpr double SHALLOWS_WIDTH = 7.0;
@@ -246,6 +247,16 @@ double KelWorldMapPainter::graticuleStep() const
     return result;
 }
 
+double KelWorldMapPainter::meridianStep() const
+{
+    const double step = graticuleStep();
+    for (const double wide : {step, 60.0, 90.0}) {
+        if (wide >= step && wide * m_frame.pixelsPerDegree() >= LABELLED_PIXELS * m_factor)
+            return wide;
+    }
+    return 180.0;
+}
+
 QString KelWorldMapPainter::graticuleLabel(double degrees, double step, char positive, char negative)
 {
     const auto seconds = std::llround(std::abs(degrees) * 3600.0);
@@ -278,13 +289,15 @@ void KelWorldMapPainter::drawGraticule(QPainter &painter) const
     const QPen line(m_colors.graticule, GRATICULE_WIDTH * m_factor);
     const QPen text(m_colors.label);
 
-    for (double index = std::ceil(west / step); index * step <= east; index += 1.0) {
-        const double x = m_frame.toPixel((index * step + 180.0) / 360.0, 0).x();
+    const double meridians = meridianStep();
+    for (double index = std::ceil(west / meridians); index * meridians <= east; index += 1.0) {
+        const double degrees = index * meridians;
+        const double x = m_frame.toPixel((degrees + 180.0) / 360.0, 0).x();
         painter.setPen(line);
         painter.drawLine(QPointF(x, 0), QPointF(x, m_frame.size.height()));
-        const double longitude = index * step - 360.0 * std::floor((index * step + 180.0) / 360.0);
-        const bool dateLine = std::abs(longitude + 180.0) < step / 2;
-        const QString label = graticuleLabel(dateLine ? 180.0 : longitude, step, 'E', 'W');
+        const double longitude = degrees - 360.0 * std::floor((degrees + 180.0) / 360.0);
+        const bool dateLine = std::abs(longitude + 180.0) < meridians / 2;
+        const QString label = graticuleLabel(dateLine ? 180.0 : longitude, meridians, 'E', 'W');
         if (x + gap + metrics.horizontalAdvance(label) > m_frame.size.width())
             continue; // no half numbers at the edge
         painter.setPen(text);

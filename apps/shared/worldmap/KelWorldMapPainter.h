@@ -28,6 +28,9 @@ public:
     /// Distance of the graticule's lines, degrees: the smallest of 30, 20, 10, 5, 2, 1 degrees, 30, 20, 10 … minutes
     /// and seconds whose lines do not crowd.
     [[nodiscard]] double graticuleStep() const;
+    /// That of the meridians, whose labels stand beside one another: the same, or 60, 90 or 180 degrees where the world
+    /// is so small that the labels would overlap.
+    [[nodiscard]] double meridianStep() const;
     /// Degrees with as many minutes and seconds as the step needs, such as "53°08′N"; no letter at 0° and 180°.
     [[nodiscard]] static QString graticuleLabel(double degrees, double step, char positive, char negative);
 
