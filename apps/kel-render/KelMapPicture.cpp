@@ -7,7 +7,9 @@
 #include "KelMapGeometry.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
+#include <QLoggingCategory>
 #include <QPainter>
 
 #include <cmath>
@@ -48,6 +50,32 @@ private:
     int m_kept;
 };
 
+/// Keeps what Qt's JPEG reader remarks: a picture that is cut off counts as read, its rest is grey.
+class JpegRemarks
+{
+public:
+    JpegRemarks()
+        : m_former(qInstallMessageHandler(keep))
+    {
+        s_first.clear();
+    }
+    ~JpegRemarks() { qInstallMessageHandler(m_former); }
+    JpegRemarks(const JpegRemarks &) = delete;
+    JpegRemarks &operator=(const JpegRemarks &) = delete;
+
+    [[nodiscard]] static QString first() { return s_first; }
+
+private:
+    static void keep(QtMsgType, const QMessageLogContext &context, const QString &text)
+    {
+        if (s_first.isEmpty() && QLatin1String(context.category) == QLatin1String("qt.gui.imageio.jpeg"))
+            s_first = text.trimmed();
+    }
+
+    static inline QString s_first;
+    QtMessageHandler m_former;
+};
+
 constexpr int LARGEST_PICTURE_MB = 1024;
 const QColor NOT_COVERED(0xe4, 0xe4, 0xe4);
 
@@ -55,6 +83,12 @@ const QColor NOT_COVERED(0xe4, 0xe4, 0xe4);
 
 bool KelMapPicture::load(const QString &fileName, const KelMapBounds &bounds, KelDiagnostics &diagnostics)
 {
+    const QFileInfo info(fileName);
+    if (info.exists() && !info.isFile() && !info.isDir()) { // opening a pipe would wait for somebody to write
+        diagnostics.error(KelExitCode::InputUnreadable,
+                          QStringLiteral("%1: the map picture cannot be read: a pipe or device").arg(fileName));
+        return false;
+    }
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
         diagnostics.error(KelExitCode::InputUnreadable,
@@ -65,9 +99,12 @@ bool KelMapPicture::load(const QString &fileName, const KelMapBounds &bounds, Ke
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
+    QString remark;
     {
         const SilentStandardError silence;
+        const JpegRemarks remarks;
         m_image = reader.read();
+        remark = JpegRemarks::first();
     }
     if (m_image.isNull()) {
         const bool unknown = reader.error() == QImageReader::UnsupportedFormatError;
@@ -78,6 +115,8 @@ bool KelMapPicture::load(const QString &fileName, const KelMapBounds &bounds, Ke
                           .arg(fileName, reader.errorString()));
         return false;
     }
+    if (!remark.isEmpty())
+        diagnostics.warning(QStringLiteral("%1: the map picture may be damaged: %2").arg(fileName, remark));
     m_bounds = bounds;
     return true;
 }

@@ -5,6 +5,7 @@
 
 #include "KelBeelineBuilder.h"
 #include "KelMapArea.h"
+#include "KelMapBounds.h"
 #include "KelMapGeometry.h"
 #include "KelOutputFile.h"
 #include "KelPictureComposer.h"
@@ -20,7 +21,11 @@
 #include <KelGPXConfiguredTrackList.h>
 #include <KelGPXTrackConfiguration.h>
 
+#include <QDir>
+#include <QFileInfo>
 #include <QLoggingCategory>
+
+#include <cmath>
 
 namespace
 {
@@ -54,7 +59,9 @@ bool KelRenderApplication::readInputs()
     if (!m_options.selectionFile.isEmpty())
         loadSelection();
     m_storedRows = m_selection.count();
-    m_selection.addTracks(KelTrackLoader(m_diagnostics).load(m_options.inputs));
+    KelTrackLoader loader(m_diagnostics);
+    m_selection.addTracks(loader.load(m_options.inputs));
+    m_trackFiles = loader.files();
     for (const KelBeelineOption &option : std::as_const(m_options.beelines)) {
         if (const auto track = KelBeelineBuilder::build(option, m_diagnostics))
             m_selection.addTrack(*track);
@@ -69,6 +76,43 @@ bool KelRenderApplication::readInputs()
                             QStringLiteral("there is nothing to draw: no input holds a track"));
         return false;
     }
+    return checkTargets();
+}
+
+/// A slip of the pen must not cost the only copy of a track: no result replaces what was read, or another result.
+/// Stored again are selections, and single tracks that --export rewrites.
+bool KelRenderApplication::checkTargets()
+{
+    const auto same = [](const QString &a, const QString &b) {
+        const auto place = [](const QString &name) {
+            const QFileInfo file(name);
+            return file.exists() ? file.canonicalFilePath() : QDir::cleanPath(file.absoluteFilePath());
+        };
+        return place(a) == place(b);
+    };
+    const auto refuse = [this](const QString &target, const QString &reason) {
+        m_diagnostics.error(KelExitCode::UsageError,
+                            QStringLiteral("%1: nothing was written: %2").arg(target, reason));
+        return false;
+    };
+    const QString picture = m_options.toStandardOutput() ? QString() : m_options.outputFile;
+    const QString &selection = m_options.saveSelectionFile;
+    QStringList sources = m_trackFiles;
+    if (m_options.map == KelRenderOptions::Map::Picture)
+        sources.append(m_options.mapFile);
+    for (const QString &target : {picture, selection}) {
+        QStringList others = sources;
+        if (target == picture)
+            others << m_options.selectionFile << selection << m_options.exportFile;
+        else
+            others << m_options.exportFile;
+        for (const QString &other : std::as_const(others)) {
+            if (!target.isEmpty() && !other.isEmpty() && same(target, other))
+                return refuse(target, QStringLiteral("the file is named for something else, too; name another one"));
+        }
+    }
+    if (!m_selectionIsWhole && !selection.isEmpty() && same(selection, m_options.selectionFile))
+        return refuse(selection, QStringLiteral("it could not be read completely; save under another name"));
     return true;
 }
 
@@ -76,9 +120,14 @@ void KelRenderApplication::loadSelection()
 {
     KelErrorHistory errors;
     const auto result = KelSelectionFile(m_options.selectionFile).load(m_selection, errors);
-    const KelExitCode code = result == KelSelectionFile::Result::Malformed ? KelExitCode::InputMalformed : KelExitCode::InputUnreadable;
-    for (const KelErrorHistory::Entry &entry : errors.entries())
+    const KelExitCode code = result == KelSelectionFile::Result::Malformed ? KelExitCode::InputMalformed
+                                                                           : KelExitCode::InputUnreadable;
+    m_selectionIsWhole = result == KelSelectionFile::Result::Done;
+    for (KelErrorHistory::Entry entry : errors.entries()) {
+        while (entry.message.endsWith(QLatin1Char('.')))
+            entry.message.chop(1);
         m_diagnostics.error(code, entry.toString());
+    }
 }
 
 bool KelRenderApplication::saveSelection()
@@ -89,7 +138,8 @@ bool KelRenderApplication::saveSelection()
     for (const KelErrorHistory::Entry &entry : errors.entries())
         m_diagnostics.error(KelExitCode::OutputFailed, entry.toString());
     if (saved) {
-        m_diagnostics.note(QStringLiteral("%1: saved, with the tracks in %2/").arg(m_options.saveSelectionFile, file.store().dirName()));
+        m_diagnostics.note(QStringLiteral("%1: saved, with the tracks in %2/")
+                               .arg(m_options.saveSelectionFile, file.store().dirName()));
     }
     return saved;
 }
@@ -160,6 +210,28 @@ bool KelRenderApplication::checkScale(const KelMapGeometry &geometry)
     return true;
 }
 
+/// Whether the bounding box of a track, on any copy of the world, touches the picture.
+bool KelRenderApplication::isAnyTrackWithin(const KelMapGeometry &geometry) const
+{
+    const QSize size = geometry.size();
+    for (int row = 0; row < m_selection.count(); ++row) {
+        const KelGeoPositionRect box = KelMapArea::boundingBox(m_selection.value(row));
+        if (!box.isValid())
+            continue;
+        const KelMapBounds bounds = KelMapBounds::fromRect(box);
+        const QPointF northWest = geometry.toPixel(bounds.north, bounds.west);
+        const QPointF southEast = geometry.toPixel(bounds.south, bounds.east);
+        const double width = southEast.x() < northWest.x() ? southEast.x() - northWest.x() + geometry.worldWidth()
+                                                           : southEast.x() - northWest.x();
+        // The first copy whose east is not left of the picture.
+        const double copies = std::ceil(-(northWest.x() + width) / geometry.worldWidth());
+        const double left = northWest.x() + copies * geometry.worldWidth();
+        if (left <= size.width() && northWest.y() <= size.height() && southEast.y() >= 0)
+            return true;
+    }
+    return false;
+}
+
 bool KelRenderApplication::writePicture()
 {
     const QSize size = pictureSize();
@@ -179,6 +251,11 @@ bool KelRenderApplication::writePicture()
     const KelMapGeometry geometry(area, size);
     if (!checkScale(geometry))
         return false;
+    if (!isAnyTrackWithin(geometry)) {
+        m_diagnostics.warning(
+            QStringLiteral("no track lies within the picture; check %1")
+                .arg(m_options.bounds ? QStringLiteral("--bounds") : QStringLiteral("--map-bounds")));
+    }
 
     m_diagnostics.progress(QStringLiteral("Drawing %1 x %2 pixels").arg(size.width()).arg(size.height()));
     KelPictureEncoder encoder(m_options.format, size, m_options.scaleFactor, m_options.quality);

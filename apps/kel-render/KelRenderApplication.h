@@ -24,17 +24,21 @@ public:
 private:
     bool readInputs();
     void loadSelection();
+    bool checkTargets();
     bool saveSelection();
     void applyStyle();
     bool writeResults();
     bool printInfo();
     bool writePicture();
     bool checkScale(const KelMapGeometry &geometry);
+    [[nodiscard]] bool isAnyTrackWithin(const KelMapGeometry &geometry) const;
     [[nodiscard]] QSize pictureSize() const;
 
     KelRenderOptions m_options;
     KelDiagnostics m_diagnostics;
     KelGPXTrackSelection m_selection;
+    QStringList m_trackFiles; ///< that were read
+    bool m_selectionIsWhole = true;
     int m_storedRows = 0; ///< rows of the selection that brought their looks along
     KelMapPicture m_ownMap;
 };

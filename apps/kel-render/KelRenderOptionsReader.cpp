@@ -4,6 +4,7 @@
 #include "KelRenderOptionsReader.h"
 
 #include "KelDiagnostics.h"
+#include "KelOutputFile.h"
 
 #include <KelGPXMarkerShape.h>
 #include <KelGPXTrackDisplayOptions.h>
@@ -13,7 +14,6 @@
 #include <QFileInfo>
 
 #include <cmath>
-#include <cstdio>
 #include <map>
 #include <type_traits>
 
@@ -105,6 +105,22 @@ bool fail(KelDiagnostics &diagnostics, const QString &text)
     return false;
 }
 
+/// A value as a message shows it: nothing would leave a gap.
+QString shown(const QString &value)
+{
+    return value.isEmpty() ? QStringLiteral("\"\"") : value;
+}
+
+/// What was asked for instead of a run.
+KelRenderOptionsReader::Outcome print(const QString &text, KelDiagnostics &diagnostics)
+{
+    QString error;
+    if (KelOutputFile::writeToStandardOutput(text.toUtf8(), error))
+        return KelRenderOptionsReader::Outcome::Done;
+    diagnostics.error(KelExitCode::OutputFailed, QStringLiteral("standard output: %1").arg(error));
+    return KelRenderOptionsReader::Outcome::Failed;
+}
+
 /// A number within a range, or nothing.
 std::optional<double> number(const QString &text, double least, double most)
 {
@@ -167,14 +183,10 @@ KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &
     if (!beelinesOk)
         return Outcome::Failed;
 
-    if (m_parser.isSet(QStringLiteral("help"))) {
-        std::fputs(helpText().toUtf8().constData(), stdout);
-        return Outcome::Done;
-    }
-    if (m_parser.isSet(QStringLiteral("version"))) {
-        std::fputs(qPrintable(QStringLiteral("kel-render %1\n").arg(QCoreApplication::applicationVersion())), stdout);
-        return Outcome::Done;
-    }
+    if (m_parser.isSet(QStringLiteral("help")))
+        return print(helpText(), diagnostics);
+    if (m_parser.isSet(QStringLiteral("version")))
+        return print(QStringLiteral("kel-render %1\n").arg(QCoreApplication::applicationVersion()), diagnostics);
 
     options.inputs = m_parser.positionalArguments();
     options.selectionFile = m_parser.value(QStringLiteral("selection"));
@@ -187,7 +199,7 @@ KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &
     options.attribution = !m_parser.isSet(QStringLiteral("no-attribution"));
     options.attributionText = m_parser.value(QStringLiteral("attribution"));
 
-    const bool ok = readOutput(options, diagnostics) && readNumbers(options, diagnostics)
+    const bool ok = checkFileNames(diagnostics) && readOutput(options, diagnostics) && readNumbers(options, diagnostics)
         && readMap(options, diagnostics) && readStyle(options.style, diagnostics) && checkWhole(options, diagnostics);
     return ok ? Outcome::Run : Outcome::Failed;
 }
@@ -203,8 +215,8 @@ bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptio
             rest.append(arguments.mid(i));
             break;
         }
-        if (argument == QLatin1String("--beeline")) {
-            if (i + 2 >= arguments.size())
+        if (argument == QLatin1String("--beeline") || argument.startsWith(QLatin1String("--beeline="))) {
+            if (i + 2 >= arguments.size() || argument.contains(QLatin1Char('=')))
                 return fail(
                     diagnostics,
                     QStringLiteral("--beeline needs two places, for example --beeline \"N53.14 E8.21\" Sydney"));
@@ -226,19 +238,38 @@ bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptio
     return true;
 }
 
+/// An empty name is most often a variable that was never set, and of two names only one could be obeyed: in both cases
+/// something that the user counts on would not happen.
+bool KelRenderOptionsReader::checkFileNames(KelDiagnostics &diagnostics) const
+{
+    for (const char *option : {"output", "export", "selection", "save-selection", "map"}) {
+        const QStringList names = m_parser.values(QString::fromLatin1(option));
+        if (names.contains(QString()))
+            return fail(diagnostics, QStringLiteral("--%1 needs the name of a file").arg(QLatin1String(option)));
+        if (names.size() > 1)
+            return fail(diagnostics, QStringLiteral("--%1 is given %2 times; once is possible")
+                                         .arg(QLatin1String(option))
+                                         .arg(names.size()));
+    }
+    if (m_parser.positionalArguments().contains(QString()))
+        return fail(diagnostics, QStringLiteral("the name of an input is empty"));
+    if (m_parser.value(QStringLiteral("save-selection")) == QLatin1String("-"))
+        return fail(diagnostics, QStringLiteral("--save-selection cannot go to standard output: the tracks are stored "
+                                                "beside the file; name a file"));
+    return true;
+}
+
 bool KelRenderOptionsReader::readOutput(KelRenderOptions &options, KelDiagnostics &diagnostics) const
 {
     options.outputFile = m_parser.value(QStringLiteral("output"));
     options.exportFile = m_parser.value(QStringLiteral("export"));
-    if (m_parser.isSet(QStringLiteral("output")) && options.outputFile.isEmpty())
-        return fail(diagnostics, QStringLiteral("--output needs the name of a file"));
 
     if (m_parser.isSet(QStringLiteral("format"))) {
         const auto format = KelPictureFormat::fromName(m_parser.value(QStringLiteral("format")));
         if (!format) {
             return fail(diagnostics,
                         QStringLiteral("--format %1 is not known; use one of %2")
-                            .arg(m_parser.value(QStringLiteral("format")), KelPictureFormat::allNames()));
+                            .arg(shown(m_parser.value(QStringLiteral("format"))), KelPictureFormat::allNames()));
         }
         options.format = *format;
     } else if (!options.outputFile.isEmpty() && !options.toStandardOutput()) {
@@ -271,7 +302,8 @@ bool KelRenderOptionsReader::readNumbers(KelRenderOptions &options, KelDiagnosti
         if (!size)
             return fail(
                 diagnostics,
-                QStringLiteral("--size %1 is not a size; use WIDTHxHEIGHT in pixels, for example 1600x1000").arg(text));
+                QStringLiteral("--size %1 is not a size; use WIDTHxHEIGHT in pixels, for example 1600x1000")
+                    .arg(shown(text)));
         const int most = options.format.maximumSide();
         if (size->width() < SMALLEST_SIDE || size->height() < SMALLEST_SIDE || size->width() > most
             || size->height() > most)
@@ -296,7 +328,7 @@ bool KelRenderOptionsReader::readNumbers(KelRenderOptions &options, KelDiagnosti
         if (!value) {
             return fail(diagnostics,
                         QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                            .arg(key, m_parser.value(key), QString::number(least), QString::number(most)));
+                            .arg(key, shown(m_parser.value(key)), QString::number(least), QString::number(most)));
         }
         target = static_cast<std::remove_reference_t<decltype(target)>>(*value);
         return true;
@@ -311,7 +343,8 @@ bool KelRenderOptionsReader::readNumbers(KelRenderOptions &options, KelDiagnosti
         const auto value = percent ? number(text.chopped(1), 0, 100) : number(text, 0, 255);
         if (!value)
             return fail(diagnostics,
-                        QStringLiteral("--crop %1: an opacity from 0 to 255 or a percentage is needed").arg(text));
+                        QStringLiteral("--crop %1: an opacity from 0 to 255 or a percentage is needed")
+                            .arg(shown(text)));
         options.croppingOpacity = static_cast<int>(std::lround(percent ? *value * 2.55 : *value));
     }
     return true;
@@ -328,7 +361,7 @@ bool KelRenderOptionsReader::readMap(KelRenderOptions &options, KelDiagnostics &
                 diagnostics,
                 QStringLiteral("--%1 %2: four numbers SOUTH,WEST,NORTH,EAST in degrees are needed, south below north, "
                                "for example 53.0,8.1,53.2,8.4")
-                    .arg(name, m_parser.value(name)));
+                    .arg(name, shown(m_parser.value(name))));
         }
         return true;
     };
@@ -360,7 +393,7 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
         if (!value.isValid())
             return fail(diagnostics,
                         QStringLiteral("--%1 %2 is not a colour; use a name such as red, #rrggbb or #aarrggbb")
-                            .arg(name, m_parser.value(name)));
+                            .arg(name, shown(m_parser.value(name))));
         color = value.toRgb();
         return true;
     };
@@ -371,7 +404,7 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
         if (!value)
             return fail(diagnostics,
                         QStringLiteral("--%1 %2: a number from %3 to %4 is needed")
-                            .arg(name, m_parser.value(name), QString::number(least), QString::number(most)));
+                            .arg(name, shown(m_parser.value(name)), QString::number(least), QString::number(most)));
         target = static_cast<typename std::remove_reference_t<decltype(target)>::value_type>(*value);
         return true;
     };
@@ -395,7 +428,7 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
             return fail(
                 diagnostics,
                 QStringLiteral("--pen-style %1 is not known; use solid, dash, dot, dash-dot, dash-dot-dot or none")
-                    .arg(m_parser.value(QStringLiteral("pen-style"))));
+                    .arg(shown(m_parser.value(QStringLiteral("pen-style")))));
         style.penStyle = KelPenStyle(found->second);
     }
 
@@ -407,7 +440,8 @@ bool KelRenderOptionsReader::readStyle(KelStyleOptions &style, KelDiagnostics &d
         if (!allKeysKnown<Wrapper>(list))
             return fail(
                 diagnostics,
-                QStringLiteral("--%1 %2 is not known; kel-render --help lists the words that are").arg(name, list));
+                QStringLiteral("--%1 %2 is not known; kel-render --help lists the words that are")
+                    .arg(name, shown(list)));
         target = Wrapper(list).toInt();
         return true;
     };

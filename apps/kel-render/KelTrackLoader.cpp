@@ -16,6 +16,9 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <cerrno>
+
+#include <unistd.h>
 
 namespace
 {
@@ -30,6 +33,17 @@ bool isArchive(const QFileInfo &file)
     return file.suffix().compare(QLatin1String("kmz"), Qt::CaseInsensitive) == 0;
 }
 
+/// Whether it is no archive, or its first KML entry is refused, damaged or empty. An archive without one is none of
+/// these: it only holds something else.
+bool isDamagedArchive(const QFileInfo &file)
+{
+    const KelZIP zip(file);
+    const QStringList names = zip.getFileNameList();
+    const auto kml = std::find_if(names.cbegin(), names.cend(),
+                                  [](const QString &name) { return name.endsWith(QLatin1String(".kml")); });
+    return !zip.isOpen() || (kml != names.cend() && zip.fileContent(*kml).isEmpty());
+}
+
 } // namespace
 
 KelTrackLoader::KelTrackLoader(KelDiagnostics &diagnostics)
@@ -42,6 +56,7 @@ KelGPXConfiguredTrackList KelTrackLoader::load(const QStringList &paths)
     QStringList files;
     for (const QString &path : paths)
         files.append(filesOf(path));
+    m_files = files;
 
     KelGPXConfiguredTrackList tracks;
     for (qsizetype i = 0; i < files.size(); ++i) {
@@ -117,8 +132,14 @@ bool KelTrackLoader::isReadable(const QFileInfo &file)
     };
     if (file.isSymLink() && !file.exists())
         return fail(QStringLiteral("the link leads nowhere"));
+    // A folder that may not be entered hides what is in it; there is more to check than the name.
+    if (!file.exists() && ::access(QFile::encodeName(file.filePath()).constData(), F_OK) != 0 && errno == EACCES)
+        return fail(QStringLiteral("cannot be read: its folder may not be entered; check the permissions"));
     if (!file.exists())
         return fail(QStringLiteral("no such file or folder; check the name"));
+    // Opening a pipe would wait for somebody to write, and it cannot be read twice.
+    if (!file.isFile())
+        return fail(QStringLiteral("cannot be read: a pipe or device; write its content to a file first"));
     QFile opened(file.filePath());
     if (!opened.open(QIODevice::ReadOnly))
         return fail(QStringLiteral("cannot be read: %1").arg(opened.errorString()));
@@ -130,8 +151,6 @@ void KelTrackLoader::explainNothing(const QFileInfo &file, const KelErrorHistory
     KelErrorHistory::Entry entry = reasons.last();
     // As the user has named it: the factory was asked for the absolute path.
     entry.fileName = file.filePath();
-    if (entry.line > 0)
-        entry.column = std::max<qint64>(entry.column, 1);
     while (entry.message.endsWith(QLatin1Char('.')))
         entry.message.chop(1);
     if (entry.message.isEmpty())
@@ -144,7 +163,7 @@ void KelTrackLoader::explainNothing(const QFileInfo &file, const KelErrorHistory
     } else if (entry.line > 0) {
         m_diagnostics.error(KelExitCode::InputMalformed,
                             entry.toString() + QStringLiteral("; check that the file was copied completely"));
-    } else if (isArchive(file) && !KelZIP(file).isOpen()) {
+    } else if (isArchive(file) && isDamagedArchive(file)) {
         m_diagnostics.error(KelExitCode::InputMalformed, entry.toString());
     } else {
         entry.message.prepend(QStringLiteral("0 tracks: "));

@@ -22,6 +22,8 @@ public:
     /// Everything from the named files and folders, in their order; of a folder the files that lie directly in it, by
     /// name. Tracks without any point are left out. Failures go to the diagnostics, the rest is read all the same.
     [[nodiscard]] KelGPXConfiguredTrackList load(const QStringList &paths);
+    /// The files that load() has taken from its paths, readable or not.
+    [[nodiscard]] const QStringList &files() const noexcept { return m_files; }
 
 private:
     [[nodiscard]] QStringList filesOf(const QString &path);
@@ -30,6 +32,7 @@ private:
     void explainNothing(const QFileInfo &file, const KelErrorHistory &reasons);
 
     KelDiagnostics &m_diagnostics;
+    QStringList m_files;
 };
 
 #endif

@@ -16,6 +16,7 @@
 #include <QDateTime>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace
 {
@@ -32,20 +33,33 @@ QString oneLine(QString text)
     return text.simplified();
 }
 
+/// Stored tracks come back with their milliseconds taken for seconds. Later than the year 9999 is where that puts all
+/// that satellites have recorded (since 1978), and where nothing else is: so it is seen, and mended here, in a report
+/// for people.
+QDateTime likelyTime(const QDateTime &time)
+{
+    constexpr qint64 YEAR_10000 = 253'402'300'800;
+    qint64 seconds = time.toSecsSinceEpoch();
+    while (std::abs(seconds) >= YEAR_10000)
+        seconds /= 1000;
+    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+}
+
 QString timeFrame(const KelGPXConfiguredTrack &track)
 {
     QDateTime first;
     QDateTime last;
     const QList<QDateTime> times = track.allTimeStamps();
-    for (const QDateTime &time : times) {
-        if (!time.isValid())
+    for (const QDateTime &stamp : times) {
+        if (!stamp.isValid())
             continue;
+        const QDateTime time = likelyTime(stamp);
         first = first.isValid() ? std::min(first, time) : time;
         last = last.isValid() ? std::max(last, time) : time;
     }
     if (!first.isValid())
         return QStringLiteral("-");
-    return first.toUTC().toString(Qt::ISODate) + QStringLiteral(" to ") + last.toUTC().toString(Qt::ISODate);
+    return first.toString(Qt::ISODate) + QStringLiteral(" to ") + last.toString(Qt::ISODate);
 }
 
 } // namespace

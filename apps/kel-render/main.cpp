@@ -5,10 +5,15 @@
 #include "KelRenderApplication.h"
 
 #include <QGuiApplication>
+#include <QString>
+#include <QStringList>
 
 #include <csignal>
 #include <cstdio>
 #include <new>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace
 {
@@ -20,25 +25,49 @@ void showFatalMessagesOnly(QtMsgType type, const QMessageLogContext &, const QSt
         std::fprintf(stderr, "kel-render: %s\n", qPrintable(message));
 }
 
+/// A standard stream that the caller has closed would lend its number to the next file that is opened, and messages
+/// or pictures would end up there. Reading from and writing to the placeholders fails, but for messages, which vanish.
+void occupyClosedStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) == -1)
+            static_cast<void>(::open("/dev/null", stream == STDOUT_FILENO ? O_RDONLY : O_WRONLY));
+    }
+}
+
+/// A picture must not depend on the desk at which it is made: no window is ever shown, so no display is needed, and
+/// neither a broken one nor its magnification may matter.
+void forgetTheDisplay()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    for (const char *name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "QT_USE_PHYSICAL_DPI",
+                             "QT_QPA_PLATFORMTHEME"})
+        qunsetenv(name);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    occupyClosedStreams();
     // A closed pipe or a limit on file sizes is a failed write with a reason, no reason to die without a word.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-    // No window is ever shown, so no display is needed, and a broken one does no harm.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    forgetTheDisplay();
     qInstallMessageHandler(showFatalMessagesOnly);
 
-    QGuiApplication application(argc, argv);
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    // Qt would take options such as -platform for itself, whatever they mean here.
+    int qtArguments = 1;
+    QGuiApplication application(qtArguments, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Kel"));
     QCoreApplication::setApplicationName(QStringLiteral("KelGeoLocation")); // the settings that the viewer writes
     QCoreApplication::setApplicationVersion(QStringLiteral(KEL_RENDER_VERSION));
 
     try {
-        return static_cast<int>(KelRenderApplication().run(QCoreApplication::arguments()));
+        return static_cast<int>(KelRenderApplication().run(arguments));
     } catch (const std::bad_alloc &) {
         KelDiagnostics().error(KelExitCode::InternalError,
                                QStringLiteral("there is too little memory; use a smaller --size or fewer tracks"));

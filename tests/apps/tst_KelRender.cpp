@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
+#include <KelTestArchive.h>
+
 #include <QColor>
 #include <QDir>
 #include <QFile>
@@ -16,7 +18,9 @@
 
 #include <cmath>
 #include <memory>
+#include <utility>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 /// kel-render as its users meet it: started as a program, judged by its exit code, its words and its files.
@@ -30,10 +34,15 @@ private Q_SLOTS:
     void helpNamesOptionsAndExitCodes();
     void versionIsPrinted();
     void manualPageNamesEveryOption();
+    void helpThatCannotBePrinted();
     void wrongUse_data();
     void wrongUse();
     void unreadableInput_data();
     void unreadableInput();
+    void filesCutOffAnywhere_data();
+    void filesCutOffAnywhere();
+    void pipesAreNoInputs();
+    void foldersThatMayNotBeEntered();
     void filesWithoutTracksAreExplained_data();
     void filesWithoutTracksAreExplained();
     void unwritableOutput_data();
@@ -43,13 +52,19 @@ private Q_SLOTS:
     void failingInputKeepsTheFormerFile();
     void formerFileIsReplacedAsAWhole();
     void linkedOutputStaysALink();
+    void inputsAreNeverReplaced_data();
+    void inputsAreNeverReplaced();
+    void pictureInAReadOnlyFolder();
     void keepGoingDrawsTheRest();
 
     void formats_data();
     void formats();
     void formatOptionOverridesTheSuffix();
     void standardOutputGetsThePicture();
+    void readerOfThePictureMayGoAway();
+    void closedStandardStreams();
     void noDisplayIsNeeded();
+    void pictureIsTheSameAtEveryDesk();
     void everyFileIsMentionedOnce();
     void quietSaysNothing();
     void noProgressInAPipe();
@@ -64,6 +79,8 @@ private Q_SLOTS:
     void storedDefaultStyleIsUsed();
     void dateLineFlightIsUnbroken();
     void boundsAcrossTheDateLine();
+    void tracksOutsideThePictureAreTold_data();
+    void tracksOutsideThePictureAreTold();
     void singlePlaceGetsSurroundings();
     void tracksAllAroundTheGlobe();
     void farAwayPointsDoNoHarm_data();
@@ -85,21 +102,28 @@ private Q_SLOTS:
     void ownMapPicture();
     void ownMapPictureMayBeBad_data();
     void ownMapPictureMayBeBad();
+    void ownMapPictureMayBeCutOff();
 
     void infoTellsEverything();
     void infoOfAFlightTakesTheShortWay();
+    void infoOfAWideTrackIsExact();
+    void infoTellsTheTimesOfStoredTracks();
+    void hugeFile();
     void exportSingleTrack();
     void exportSeveralTracks();
     void exportThatFails();
     void selectionRoundTrip();
     void selectionInTheWorkingDirectory();
     void selectionWithMissingTrack();
+    void restOfASelection();
     void selectionThatIsNone_data();
     void selectionThatIsNone();
     void selectionThatCannotBeSaved();
 
     void beelinePlaces_data();
     void beelinePlaces();
+    void beelineBetweenNoPlaces_data();
+    void beelineBetweenNoPlaces();
     void beelineNames();
     void beelineCrossesTheDateLine();
     void kmlStylesAreKept();
@@ -269,6 +293,16 @@ void tst_KelRender::manualPageNamesEveryOption()
         QVERIFY(manual.contains(QStringLiteral(".B %1\n").arg(code)));
 }
 
+void tst_KelRender::helpThatCannotBePrinted()
+{
+    for (const char *option : {"--help", "--version"}) {
+        const Result result = run({QString::fromLatin1(option)}, "/dev/full");
+        QCOMPARE(result.code, 7);
+        QCOMPARE(result.lines().size(), 1);
+        QVERIFY2(result.err.contains(QLatin1String("standard output: ")), qPrintable(result.err));
+    }
+}
+
 void tst_KelRender::wrongUse_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -282,6 +316,20 @@ void tst_KelRender::wrongUse_data()
     row("no input", "-o|out.png", "no tracks named");
     row("unknown option", "track.gpx|-o|out.png|--frobnicate", "frobnicate");
     row("option without its value", "track.gpx|-o", "--help");
+    row("option of the toolkit", "track.gpx|-o|out.png|-platform|xcb", "Unknown option");
+    row("switch with a value", "track.gpx|-o|out.png|--no-map=1", "no-map");
+    row("empty name of an input", "track.gpx||-o|out.png", "the name of an input is empty");
+    row("empty name of a picture", "track.gpx|-o|", "--output needs the name of a file");
+    row("empty name of an export", "track.gpx|-o|out.png|--export=", "--export needs the name of a file");
+    row("empty name of a selection", "track.gpx|-o|out.png|--selection=", "--selection needs the name of a file");
+    row("empty name of a map", "track.gpx|-o|out.png|--map=", "--map needs the name of a file");
+    row("empty name of a stored selection", "track.gpx|-o|out.png|--save-selection=",
+        "--save-selection needs the name of a file");
+    row("two pictures", "track.gpx|-o|out.png|-o|b.png", "--output is given 2 times");
+    row("two selections", "--selection|a.xml|--selection|b.xml|-o|out.png", "--selection is given 2 times");
+    row("selection to standard output", "track.gpx|--save-selection|-", "name a file");
+    row("empty size", "track.gpx|-o|out.png|--size=", "--size \"\" is not a size");
+    row("empty colour", "track.gpx|-o|out.png|--line-color=", "--line-color \"\" is not a colour");
     row("unknown format", "track.gpx|-o|out.png|--format|bmp", "use one of png, jpg, webp, pdf, svg");
     row("size without height", "track.gpx|-o|out.png|--size|400", "--size 400");
     row("size of letters", "track.gpx|-o|out.png|--size|axb", "1600x1000");
@@ -296,6 +344,9 @@ void tst_KelRender::wrongUse_data()
     row("bounds of three numbers", "track.gpx|-o|out.png|--bounds|1,2,3", "SOUTH,WEST,NORTH,EAST");
     row("bounds upside down", "track.gpx|-o|out.png|--bounds|10,0,5,10", "south below north");
     row("bounds without width", "track.gpx|-o|out.png|--bounds|0,5,10,5", "--bounds");
+    row("bounds without width at the date line", "track.gpx|-o|out.png|--bounds|0,180,10,-180", "--bounds");
+    row("map bounds without width at the date line", "track.gpx|-o|out.png|--map|m.png|--map-bounds|0,180,10,-180",
+        "--map-bounds");
     row("bounds off the globe", "track.gpx|-o|out.png|--bounds|0,0,10,181", "--bounds");
     row("bounds beyond the pole", "track.gpx|-o|out.png|--bounds|0,0,91,10", "--bounds");
     row("bounds above Mercator's edge", "track.gpx|-o|out.png|--bounds|86,0,89,10", "--bounds");
@@ -320,6 +371,7 @@ void tst_KelRender::wrongUse_data()
     row("beeline to nowhere", "-o|out.png|--beeline|Sydney", "--beeline needs two places");
     row("beeline between no places", "-o|out.png|--beeline|Sydney|Atlantis", "\"Atlantis\" is no place");
     row("beeline off the globe", "-o|out.png|--beeline|Sydney|N91 E0", "\"N91 E0\" is no place");
+    row("beeline as one word", "-o|out.png|--beeline=Sydney|LA", "--beeline needs two places");
     row("name before any beeline", "-o|out.png|--name|x|--beeline|LA|Sydney", "put the --beeline first");
 }
 
@@ -356,6 +408,32 @@ void tst_KelRender::unreadableInput_data()
     QTest::newRow("truncated KML") << "a.kml" << QByteArray("<kml>\n<Document>\n<Placemark>\n") << 4 << "a.kml:";
     QTest::newRow("binary GPX") << "a.gpx" << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\xff\xfe", 20) << 4
                                 << "a.gpx:1:";
+    QTest::newRow("cut off behind a line") << "a.gpx" << QByteArray("<gpx>\n") << 4 << "a.gpx:2:1: ";
+    QTest::newRow("cut off within a line") << "a.gpx" << QByteArray("<gpx>\n<trk") << 4 << "a.gpx:2:4: ";
+    QTest::newRow("KML cut off") << "a.kml" << QByteArray("<kml>\n<Doc") << 4 << "a.kml:2:4: ";
+    const QByteArray deep = QByteArray("<Folder>").repeated(200000) + QByteArray("</Folder>").repeated(200000);
+    QTest::newRow("GPX nested too deep")
+        << "a.gpx" << QByteArray("<gpx>" + deep + "</gpx>") << 4 << "levels deep";
+    QTest::newRow("KML nested too deep")
+        << "a.kml" << QByteArray("<kml>" + deep + "</kml>") << 4 << "levels deep";
+    const auto archive = [](const QByteArray &kml) {
+        KelTestArchive::Entry entry;
+        entry.name = "doc.kml";
+        entry.content = kml;
+        return entry;
+    };
+    KelTestArchive::Entry damaged = archive("<kml><Document/></kml>");
+    damaged.wrongChecksum = true;
+    KelTestArchive::Entry encrypted = archive("<kml><Document/></kml>");
+    encrypted.encryptedFlag = true;
+    KelTestArchive::Entry bomb = archive({});
+    bomb.packed = KelTestArchive::deflatedZeros(qint64(257) << 20);
+    QTest::newRow("damaged KML in a KMZ") << "a.kmz" << KelTestArchive::build({damaged}) << 4 << "is damaged";
+    QTest::newRow("encrypted KML in a KMZ") << "a.kmz" << KelTestArchive::build({encrypted}) << 4 << "is encrypted";
+    QTest::newRow("KML that unpacks to too much") << "a.kmz" << KelTestArchive::build({bomb}) << 4 << "256 MiB";
+    QTest::newRow("empty KML in a KMZ") << "a.kmz" << KelTestArchive::build({archive({})}) << 4 << "is empty";
+    QTest::newRow("KML cut off in a KMZ")
+        << "a.kmz" << KelTestArchive::build({archive("<kml>\n<Doc")}) << 4 << "a.kmz:2:4: ";
     QTest::newRow("KMZ that is no archive") << "a.kmz" << QByteArray("PK\x03\x04 and no more") << 4 << "a.kmz: ";
     QTest::newRow("another kind of file") << "a.txt" << QByteArray("text") << 5 << "use *.gpx, *.kml, *.kmz";
     QTest::newRow("no suffix") << "track" << QByteArray("<gpx/>") << 5 << "track: not a kind of file";
@@ -381,6 +459,67 @@ void tst_KelRender::unreadableInput()
     }
 }
 
+void tst_KelRender::filesCutOffAnywhere_data()
+{
+    QTest::addColumn<QString>("name");
+
+    for (const char *name : {"city-walk.gpx", "planned-route.gpx", "tour.kml", "tour.kmz"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+/// Never a part of a track, never a crash: one line.
+void tst_KelRender::filesCutOffAnywhere()
+{
+    QFETCH(QString, name);
+
+    const QByteArray whole = contentOf(example(name)).trimmed();
+    QVERIFY(whole.size() > 1000);
+    const bool archive = name.endsWith(QLatin1String("kmz"));
+    const QRegularExpression line(archive ? "^kel-render: cut-tour\\.kmz: \\S.*\n$"
+                                          : "^kel-render: cut-[a-z-]+\\.[a-z]+:[1-9]\\d*:[1-9]\\d*: \\S.*\n$");
+    for (const double part : {0.0005, 0.003, 0.02, 0.1, 0.3, 0.55, 0.8, 0.999}) {
+        write("cut-" + name, whole.left(std::max(1, static_cast<int>(whole.size() * part))));
+        const Result result = run({"cut-" + name, "-o", "out.png"});
+        QCOMPARE(result.code, 4);
+        QVERIFY2(line.match(result.err).hasMatch(), qPrintable(result.err));
+    }
+    QVERIFY(!QFileInfo::exists(path("out.png")));
+}
+
+void tst_KelRender::pipesAreNoInputs()
+{
+    writeTrack("track.gpx", EQUATOR);
+    QCOMPARE(::mkfifo(QFile::encodeName(path("pipe.gpx")).constData(), 0600), 0);
+    const Result track = run({"pipe.gpx", "-o", "out.png"});
+    QCOMPARE(track.code, 3);
+    QCOMPARE(track.lines().size(), 1);
+    QVERIFY2(track.err.contains(QLatin1String("pipe.gpx: cannot be read: a pipe")), qPrintable(track.err));
+    for (const QStringList &arguments :
+         {QStringList{"--map=pipe.gpx", "--map-bounds=0,0,1,1"}, QStringList{"--selection=pipe.gpx"}}) {
+        const Result result = run(arguments + QStringList{"track.gpx", "-q", "-o", "out.png"});
+        QCOMPARE(result.code, 3);
+        QCOMPARE(result.lines().size(), 1);
+        QVERIFY2(result.err.contains(QLatin1String("pipe.gpx: ")), qPrintable(result.err));
+    }
+}
+
+void tst_KelRender::foldersThatMayNotBeEntered()
+{
+    if (geteuid() == 0)
+        QSKIP("root may enter every folder");
+    QVERIFY(QDir(m_dir->path()).mkdir("closed"));
+    writeTrack("closed/track.gpx", EQUATOR);
+    QFile closed(path("closed"));
+    QVERIFY(closed.setPermissions(QFile::Permissions()));
+    const Result file = run({"closed/track.gpx", "-o", "out.png"});
+    const Result folder = run({"closed", "-o", "out.png"});
+    QVERIFY(closed.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    QCOMPARE(file.code, 3);
+    QVERIFY2(file.err.contains(QLatin1String("permissions")), qPrintable(file.err));
+    QCOMPARE(folder.code, 3);
+    QVERIFY2(folder.err.contains(QLatin1String("permissions")), qPrintable(folder.err));
+}
+
 void tst_KelRender::filesWithoutTracksAreExplained_data()
 {
     QTest::addColumn<QString>("name");
@@ -393,6 +532,10 @@ void tst_KelRender::filesWithoutTracksAreExplained_data()
     QTest::newRow("tracks without points") << "a.gpx" << QByteArray("<gpx><trk><trkseg/></trk></gpx>") << "points";
     QTest::newRow("nothing in it") << "a.gpx" << QByteArray("<gpx/>") << "no tracks";
     QTest::newRow("not GPX at all") << "a.gpx" << QByteArray("<html><body/></html>") << "html";
+    KelTestArchive::Entry text;
+    text.name = "readme.txt";
+    text.content = "no KML";
+    QTest::newRow("archive without KML") << "a.kmz" << KelTestArchive::build({text}) << "no .kml entry";
     QTest::newRow("no Document")
         << "a.kml" << QByteArray("<kml><Placemark><Point><coordinates>1,2</coordinates></Point></Placemark></kml>")
         << "Document";
@@ -519,6 +662,65 @@ void tst_KelRender::linkedOutputStaysALink()
     QVERIFY(!QImage(real).isNull());
 }
 
+void tst_KelRender::inputsAreNeverReplaced_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("kept");
+
+    QTest::newRow("picture over a track") << "track.gpx -o track.gpx --format svg" << "track.gpx";
+    QTest::newRow("by another name") << "track.gpx -o ./folder/../track.gpx --format svg" << "track.gpx";
+    QTest::newRow("over a link to a track") << "track.gpx -o link.svg" << "track.gpx";
+    QTest::newRow("over a track of a folder") << "folder -o folder/track.gpx --format png" << "folder/track.gpx";
+    QTest::newRow("picture over the own map")
+        << "track.gpx --map map.png --map-bounds -5,-40,5,0 -o map.png" << "map.png";
+    QTest::newRow("picture over the selection") << "--selection trip.xml -o trip.xml --format svg" << "trip.xml";
+    QTest::newRow("selection over a track") << "track.gpx --save-selection track.gpx" << "track.gpx";
+    QTest::newRow("selection over the own map")
+        << "track.gpx --map map.png --map-bounds -5,-40,5,0 --save-selection map.png" << "map.png";
+    QTest::newRow("picture and selection") << "track.gpx -o new.svg --save-selection ./new.svg" << "new.svg";
+    QTest::newRow("picture and export") << "track.gpx -o new.gpx --format png --export new.gpx" << "new.gpx";
+    QTest::newRow("selection and export") << "track.gpx --save-selection new.gpx --export new.gpx" << "new.gpx";
+}
+
+void tst_KelRender::inputsAreNeverReplaced()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, kept);
+
+    QVERIFY(QDir(m_dir->path()).mkdir("folder"));
+    writeTrack("track.gpx", EQUATOR);
+    writeTrack("folder/track.gpx", EQUATOR);
+    QVERIFY(QFile::link(path("track.gpx"), path("link.svg")));
+    QCOMPARE(run({"track.gpx", "--save-selection=trip.xml", "-q"}).code, 0);
+    QImage map(40, 10, QImage::Format_RGB32);
+    map.fill(Qt::green);
+    QVERIFY(map.save(path("map.png")));
+
+    const QByteArray before = contentOf(path(kept));
+    const Result result = run(arguments.split(QLatin1Char(' ')) + QStringList{"-q"});
+    QCOMPARE(result.code, 2);
+    QCOMPARE(result.lines().size(), 1);
+    QVERIFY2(result.err.contains(QLatin1String("nothing was written")), qPrintable(result.err));
+    QCOMPARE(contentOf(path(kept)), before);
+}
+
+void tst_KelRender::pictureInAReadOnlyFolder()
+{
+    if (geteuid() == 0)
+        QSKIP("root may write everywhere");
+    writeTrack("track.gpx", EQUATOR);
+    QVERIFY(QDir(m_dir->path()).mkdir("closed"));
+    QFile closed(path("closed"));
+    QVERIFY(closed.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    for (const QStringList &arguments : {QStringList{"-o", "closed/out.png"}, QStringList{"--export", "closed/out.gpx"},
+                                         QStringList{"--save-selection", "closed/out.xml"}}) {
+        const Result result = run(QStringList{"track.gpx", "-q"} + arguments);
+        QCOMPARE(result.code, 7);
+        QCOMPARE(result.lines().size(), 1);
+    }
+    QVERIFY(closed.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
 void tst_KelRender::keepGoingDrawsTheRest()
 {
     writeTrack("good.gpx", EQUATOR);
@@ -581,6 +783,38 @@ void tst_KelRender::standardOutputGetsThePicture()
     QVERIFY(full.err.contains(QLatin1String("standard output")));
 }
 
+void tst_KelRender::readerOfThePictureMayGoAway()
+{
+    writeTrack("track.gpx", EQUATOR);
+    // Far more than a pipe holds, so that the end of the reader is seen.
+    const Result result = runProgram(
+        "/bin/bash",
+        {"-c", "\"$0\" track.gpx -q --bounds=-80,-180,80,180 -s 3000x3000 -o - | true; exit ${PIPESTATUS[0]}",
+         QStringLiteral(KEL_RENDER_PROGRAM)});
+    QCOMPARE(result.code, 7);
+    QCOMPARE(result.lines().size(), 1);
+    QVERIFY2(result.err.contains(QLatin1String("standard output: ")), qPrintable(result.err));
+}
+
+void tst_KelRender::closedStandardStreams()
+{
+    writeTrack("track.gpx", EQUATOR);
+    const auto shell = [this](const QString &command) {
+        return runProgram("/bin/sh", {"-c", "exec \"$0\" " + command, QStringLiteral(KEL_RENDER_PROGRAM)});
+    };
+    for (const char *command : {"track.gpx -q -o - >&-", "track.gpx -q --info >&-", "--help >&-"}) {
+        const Result result = shell(QString::fromLatin1(command));
+        QCOMPARE(result.code, 7);
+        QCOMPARE(result.lines().size(), 1);
+        QVERIFY2(result.err.contains(QLatin1String("standard output: ")), qPrintable(result.err));
+    }
+    // What is said does not end up in the picture.
+    const QImage image = picture({"track.gpx"});
+    QCOMPARE(shell("track.gpx missing.gpx -k -o closed.png <&- >&- 2>&-").code, 3);
+    QVERIFY(!image.isNull());
+    QVERIFY(QImage(path("closed.png")).convertToFormat(QImage::Format_ARGB32) == image);
+}
+
 void tst_KelRender::noDisplayIsNeeded()
 {
     QVERIFY(!m_environment.contains("DISPLAY"));
@@ -591,6 +825,22 @@ void tst_KelRender::noDisplayIsNeeded()
     m_environment.insert("DISPLAY", ":4711");
     m_environment.insert("WAYLAND_DISPLAY", "nowhere");
     QVERIFY(!picture({track}).isNull());
+    for (const char *platform : {"xcb", "wayland", "nonsense"}) {
+        m_environment.insert("QT_QPA_PLATFORM", QString::fromLatin1(platform));
+        QVERIFY2(!picture({track}).isNull(), platform);
+    }
+}
+
+void tst_KelRender::pictureIsTheSameAtEveryDesk()
+{
+    const QString track = writeTrack("track.gpx", EQUATOR);
+    const QImage image = picture({track, "-s", "600x400"});
+    QVERIFY(!image.isNull());
+    for (const auto &[name, value] : {std::pair("QT_SCALE_FACTOR", "2"), std::pair("QT_FONT_DPI", "192"),
+                                      std::pair("QT_SCREEN_SCALE_FACTORS", "3"), std::pair("LC_ALL", "de_DE.UTF-8")}) {
+        m_environment.insert(QString::fromLatin1(name), QString::fromLatin1(value));
+        QVERIFY2(picture({track, "-s", "600x400"}) == image, name);
+    }
 }
 
 void tst_KelRender::everyFileIsMentionedOnce()
@@ -775,6 +1025,39 @@ void tst_KelRender::boundsAcrossTheDateLine()
         QCOMPARE(image.pixelColor(x, 50), QColor(Qt::red));
     QVERIFY(near(image.pixelColor(85, 50), SEA, GRATICULE));
     QVERIFY(near(image.pixelColor(315, 50), SEA, GRATICULE));
+}
+
+void tst_KelRender::tracksOutsideThePictureAreTold_data()
+{
+    QTest::addColumn<QByteArray>("points");
+    QTest::addColumn<QString>("bounds");
+    QTest::addColumn<bool>("told");
+
+    // The size fits the bounds: 10 by 10 degrees about the equator are nearly a square.
+    QTest::newRow("within") << QByteArray("1,1 2,2") << "-5,-5,5,5" << false;
+    QTest::newRow("all around") << QByteArray("-60,-60 60,60") << "-5,-5,5,5" << false;
+    QTest::newRow("north of it") << QByteArray("6,1 7,2") << "-5,-5,5,5" << true;
+    QTest::newRow("south of it") << QByteArray("-6,1 -7,2") << "-5,-5,5,5" << true;
+    QTest::newRow("west of it") << QByteArray("1,-6 2,-7") << "-5,-5,5,5" << true;
+    QTest::newRow("east of it") << QByteArray("1,6 2,7") << "-5,-5,5,5" << true;
+    QTest::newRow("across the date line") << QByteArray("1,-178 2,-176") << "-5,175,5,-175" << false;
+    QTest::newRow("on the other side of the date line") << QByteArray("1,178 2,176") << "-5,175,5,-175" << false;
+    QTest::newRow("track across the date line") << QByteArray("1,170 2,-170") << "-5,-179,5,-171" << false;
+    QTest::newRow("beyond a track across the date line") << QByteArray("1,170 2,-170") << "-5,-168,5,-158" << true;
+}
+
+void tst_KelRender::tracksOutsideThePictureAreTold()
+{
+    QFETCH(QByteArray, points);
+    QFETCH(QString, bounds);
+    QFETCH(bool, told);
+
+    const Result result =
+        run({writeTrack("track.gpx", points), "-q", "-s", "300x300", "--bounds=" + bounds, "-o", "out.png"});
+    QCOMPARE(result.code, 0);
+    const QString warning("kel-render: warning: no track lies within the picture; check --bounds\n");
+    QCOMPARE(result.err, told ? warning : QString());
+    QVERIFY(QFileInfo::exists(path("out.png")));
 }
 
 void tst_KelRender::singlePlaceGetsSurroundings()
@@ -1065,6 +1348,27 @@ void tst_KelRender::ownMapPictureMayBeBad()
     QVERIFY(result.err.contains(QLatin1String("map.png: the map picture")));
 }
 
+void tst_KelRender::ownMapPictureMayBeCutOff()
+{
+    QImage map(400, 100, QImage::Format_RGB32);
+    for (int y = 0; y < map.height(); ++y) {
+        for (int x = 0; x < map.width(); ++x)
+            map.setPixel(x, y, qRgb(x * y % 256, x % 256, y));
+    }
+    QVERIFY(map.save(path("whole.jpg")));
+    const QByteArray whole = contentOf(path("whole.jpg"));
+    write("cut.jpg", whole.left(whole.size() / 2));
+    const QString track = writeTrack("track.gpx", "0,-38 0,-30");
+    const QStringList look{track, "-q", "--map-bounds=-5,-40,5,0", "-o", "out.png"};
+
+    const Result cut = run(look + QStringList{"--map=cut.jpg"});
+    QCOMPARE(cut.code, 0);
+    QCOMPARE(cut.lines().size(), 1);
+    QVERIFY2(cut.err.startsWith(QLatin1String("kel-render: warning: cut.jpg: the map picture may be damaged: ")),
+             qPrintable(cut.err));
+    QCOMPARE(run(look + QStringList{"--map=whole.jpg"}).err, QString());
+}
+
 // ------------------------------------------------------------------------------------- info, export and selections
 
 void tst_KelRender::infoTellsEverything()
@@ -1103,6 +1407,45 @@ void tst_KelRender::infoOfAFlightTakesTheShortWay()
     const Result result = run({writeTrack("flight.gpx", "-10,170 10,-170"), "--info", "-q"});
     QCOMPARE(result.code, 0);
     QVERIFY(result.out.contains("bounds:   -10.00000,170.00000,10.00000,-170.00000\n"));
+}
+
+void tst_KelRender::infoOfAWideTrackIsExact()
+{
+    // West of Greenwich to the date line and on: the free part lies between 10.123° and 150.456° east.
+    const QString file = writeTrack("wide.gpx", "1,10.123 2,-60 3,-130 4,160 5,150.456");
+    const Result result = run({file, "--info", "-q"});
+    QVERIFY2(result.out.contains("bounds:   1.00000,150.45600,5.00000,10.12300\n"), result.out.constData());
+}
+
+void tst_KelRender::infoTellsTheTimesOfStoredTracks()
+{
+    write("walk.gpx",
+          "<gpx><trk><trkseg><trkpt lat=\"50\" lon=\"8\"><time>2024-05-11T09:30:00Z</time></trkpt>"
+          "<trkpt lat=\"51\" lon=\"8\"><time>1980-05-11T10:30:00Z</time></trkpt></trkseg></trk></gpx>");
+    const QByteArray expected = "time:     1980-05-11T10:30:00Z to 2024-05-11T09:30:00Z\n";
+    QVERIFY(run({"walk.gpx", "-q", "--info"}).out.endsWith(expected));
+    QCOMPARE(run({"walk.gpx", "-q", "--export=once.gpx", "--save-selection=trip.xml"}).code, 0);
+    QCOMPARE(run({"once.gpx", "-q", "--export=twice.gpx"}).code, 0);
+    QVERIFY(contentOf(path("once.gpx")).contains("1715419800000"));
+    for (const char *argument : {"once.gpx", "twice.gpx", "--selection=trip.xml"}) {
+        const Result result = run({QString::fromLatin1(argument), "-q", "--info"});
+        QVERIFY2(result.out.endsWith(expected), result.out.constData());
+    }
+}
+
+void tst_KelRender::hugeFile()
+{
+    constexpr int COUNT = 200000;
+    QByteArray xml = "<gpx><trk><trkseg>";
+    for (int i = 0; i < COUNT; ++i) {
+        xml += "<trkpt lat=\"" + QByteArray::number(50 + std::sin(i / 500.0)) + "\" lon=\""
+            + QByteArray::number(8 + i * 1e-5) + "\"/>\n";
+    }
+    write("huge.gpx", xml + "</trkseg></trk></gpx>");
+    const Result result = run({"huge.gpx", "-q", "--info", "-o", "out.png"});
+    QCOMPARE(result.code, 0);
+    QVERIFY(result.out.contains("points:   200000\n"));
+    QVERIFY(!QImage(path("out.png")).isNull());
 }
 
 void tst_KelRender::exportSingleTrack()
@@ -1189,6 +1532,41 @@ void tst_KelRender::selectionWithMissingTrack()
     QVERIFY2(result.err.contains(QLatin1String("trip.xml: its track file ")), qPrintable(result.err));
 }
 
+void tst_KelRender::restOfASelection()
+{
+    writeTrack("one.gpx", "50,8 51,9", "One");
+    writeTrack("two.gpx", "50,9 51,10", "Two");
+    QCOMPARE(run({"one.gpx", "two.gpx", "--line-width=7", "--save-selection=trip.xml"}).code, 0);
+    const QByteArray former = contentOf(path("trip.xml"));
+    QVERIFY(QFile::remove(path("trip.tracks/track.gps")));
+
+    const Result all = run({"--selection=trip.xml", "--info"});
+    QCOMPARE(all.code, 3);
+    QVERIFY(all.out.isEmpty());
+    const Result rest = run({"--selection=trip.xml", "-k", "--info", "-o", "out.png"});
+    QCOMPARE(rest.code, 3);
+    QCOMPARE(rest.lines().size(), 1);
+    QCOMPARE(rest.out.count("name:"), 1);
+    QVERIFY(rest.out.contains("name:     Two\n"));
+    QVERIFY(!QImage(path("out.png")).isNull());
+
+    // The document still knows of both, until the user decides.
+    const Result saved = run({"--selection=trip.xml", "-k", "--save-selection=trip.xml"});
+    QCOMPARE(saved.code, 3);
+    QVERIFY2(saved.err.contains(QLatin1String("save under another name")), qPrintable(saved.err));
+    QCOMPARE(contentOf(path("trip.xml")), former);
+    QCOMPARE(run({"--selection=trip.xml", "-k", "--save-selection=rest.xml"}).code, 3);
+    const Result restored = run({"--selection=rest.xml", "--info"});
+    QCOMPARE(restored.code, 0);
+    QCOMPARE(restored.out.count("name:"), 1);
+    QVERIFY(contentOf(path("rest.xml")).contains("<pensize>7</pensize>"));
+
+    // A document that cannot be read at all is not overwritten with what else was named.
+    write("trip.xml", "<kelTracks>");
+    QCOMPARE(run({"--selection=trip.xml", "one.gpx", "-k", "--save-selection=trip.xml"}).code, 4);
+    QCOMPARE(contentOf(path("trip.xml")), QByteArray("<kelTracks>"));
+}
+
 void tst_KelRender::selectionThatIsNone_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -1196,7 +1574,10 @@ void tst_KelRender::selectionThatIsNone_data()
     QTest::addColumn<QString>("message");
 
     QTest::newRow("missing") << QByteArray() << 3 << "trip.xml: the selection cannot be read";
-    QTest::newRow("malformed") << QByteArray("<kelTracks>\n<gpxtrack>") << 4 << "trip.xml:";
+    QTest::newRow("empty") << QByteArray("") << 4 << "trip.xml:1:1: ";
+    QTest::newRow("cut off") << QByteArray("<kelTracks>\n<gpxtrack>") << 4 << "trip.xml:2:10: ";
+    QTest::newRow("cut off behind a line") << QByteArray("<kelTracks>\n") << 4 << "trip.xml:2:1: ";
+    QTest::newRow("without tracks") << QByteArray("<kelTracks><gpxtrack/></kelTracks>") << 6 << "nothing to draw";
     QTest::newRow("another document") << QByteArray("<html/>") << 4 << "no stored selection";
 }
 
@@ -1266,6 +1647,28 @@ void tst_KelRender::beelinePlaces()
     QCOMPARE(result.err, QString());
     QCOMPARE(result.code, 0);
     QVERIFY2(result.out.contains("bounds:   " + southWest), result.out.constData());
+}
+
+void tst_KelRender::beelineBetweenNoPlaces_data()
+{
+    QTest::addColumn<QString>("place");
+
+    for (const char *place : {"", " ", "N53.14", "N53.14 E", "E8.21 N53.14", "N53.14 E8.21 x", "N53.14 O8.21", "nan,1",
+                              "inf,1", "53.14,181", "-91,0", "1,2,3", "99,0,0 N; 8,0,0 E", "0,0", "Atlantis", "--info"})
+        QTest::newRow(*place ? place : "empty") << QString::fromLatin1(place);
+}
+
+void tst_KelRender::beelineBetweenNoPlaces()
+{
+    QFETCH(QString, place);
+
+    for (const QStringList &places : {QStringList{place, "Sydney"}, QStringList{"Sydney", place}}) {
+        const Result result = run(QStringList{"--beeline"} + places + QStringList{"-o", "out.png"});
+        QCOMPARE(result.code, 2);
+        QCOMPARE(result.lines().size(), 1);
+        QVERIFY2(result.err.contains(QStringLiteral("\"%1\" is no place").arg(place)), qPrintable(result.err));
+    }
+    QVERIFY(!QFileInfo::exists(path("out.png")));
 }
 
 void tst_KelRender::beelineNames()

@@ -37,7 +37,8 @@ int sectorOf(double longitude)
 }
 
 /// West and east of the widest sector of the globe that no line enters, turned inside out: the range that remains.
-/// The east may exceed 180.
+/// The east may exceed 180. The sectors at its edges hold a point each, for lines turn back only at points; the
+/// outermost ones are the exact edges.
 std::pair<double, double> rangeWithoutWidestGap(const QList<KelGeoPositionList> &chunks)
 {
     std::vector<char> used(SECTORS, 0);
@@ -69,8 +70,23 @@ std::pair<double, double> rangeWithoutWidestGap(const QList<KelGeoPositionList> 
     }
     if (widest == 0)
         return {-180.0, 180.0};
-    const double west = gapEnd % SECTORS * SECTOR_DEGREES - 180.0;
-    return {west, west + (SECTORS - widest) * SECTOR_DEGREES};
+    const int first = gapEnd % SECTORS;
+    const int last = (gapEnd - widest - 1 + 2 * SECTORS) % SECTORS;
+    double west = (first + 1) * SECTOR_DEGREES - 180.0;
+    double east = last * SECTOR_DEGREES - 180.0;
+    for (const KelGeoPositionList &chunk : chunks) {
+        for (const KelGeoPosition &position : chunk) {
+            if (!isOnGlobe(position))
+                continue;
+            const double longitude = position.longitude().decimalDegrees();
+            const int sector = sectorOf(longitude);
+            if (sector == first)
+                west = std::min(west, longitude);
+            if (sector == last)
+                east = std::max(east, longitude);
+        }
+    }
+    return {west, east < west ? east + 360.0 : east};
 }
 
 } // namespace

@@ -37,7 +37,8 @@ std::optional<KelMapBounds> KelMapBounds::parse(const QString &text)
         return std::nullopt;
     const KelMapBounds bounds{std::clamp(south, -MERCATOR_LIMIT, MERCATOR_LIMIT), west,
                               std::clamp(north, -MERCATOR_LIMIT, MERCATOR_LIMIT), east};
-    if (bounds.south >= bounds.north || west == east)
+    // +180 and -180 degrees are one meridian: no width when going east.
+    if (bounds.south >= bounds.north || west == east || west - east == 360.0)
         return std::nullopt;
     return bounds;
 }

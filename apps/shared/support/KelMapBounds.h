@@ -19,8 +19,9 @@ struct KelMapBounds
     double north = 0.0;
     double east = 0.0;
 
-    /// Reads "S,W,N,E". Nothing if it is not four numbers, if the south is not below the north, if west equals east,
-    /// or if one is beyond ±90 or ±180 degrees. Latitudes are brought within what a Mercator map can show (±85.05).
+    /// Reads "S,W,N,E". Nothing if it is not four numbers, if the south is not below the north, if west and east
+    /// are one meridian without the world between them, or if one is beyond ±90 or ±180 degrees. Latitudes are brought
+    /// within what a Mercator map can show (±85.05).
     [[nodiscard]] static std::optional<KelMapBounds> parse(const QString &text);
     [[nodiscard]] static KelMapBounds fromRect(const KelGeoPositionRect &rect);
 

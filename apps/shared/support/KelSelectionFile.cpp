@@ -60,8 +60,13 @@ KelSelectionFile::KelSelectionFile(const QString &path)
 KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection, KelErrorHistory &errors) const
 {
     const QFileInfo file(m_path);
-    if (!file.isFile() || !QFile(m_path).open(QIODevice::ReadOnly))
-        return fail(Result::Unreadable, QStringLiteral("the selection cannot be read; check the name"), errors);
+    QFile opened(m_path);
+    if (file.exists() && !file.isFile())
+        return fail(Result::Unreadable, QStringLiteral("the selection cannot be read: this is no file"), errors);
+    if (!opened.open(QIODevice::ReadOnly)) {
+        return fail(Result::Unreadable,
+                    QStringLiteral("the selection cannot be read: %1").arg(opened.errorString()), errors);
+    }
     KelErrorHistory reasons;
     const QDomElement root = KelXMLLoader::loadDocumentElement(file, &reasons);
     if (root.isNull() || root.firstChildElement(SELECTION).isNull()) {
@@ -79,11 +84,14 @@ KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection,
                  .arg(m_store.filePath(name), m_store.dirName()),
              errors);
     }
-    if (!missing.isEmpty())
-        return Result::Unreadable;
     const ElsewhereThan guard(m_store);
-    selection = KelGPXTrackSelection(root, m_store, QString());
-    return Result::Done;
+    KelGPXTrackSelection stored(root, m_store, QString());
+    for (int row = missing.isEmpty() ? -1 : stored.count() - 1; row >= 0; --row) {
+        if (stored.value(row).track().countPoints() == 0)
+            stored.removeAt(row);
+    }
+    selection = stored;
+    return missing.isEmpty() ? Result::Done : Result::Incomplete;
 }
 
 KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &selection, KelErrorHistory &errors) const

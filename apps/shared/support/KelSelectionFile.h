@@ -22,14 +22,15 @@ class KelSelectionFile
 public:
     enum class Result {
         Done,
-        Unreadable, ///< the document or one of its tracks is missing or may not be read
+        Unreadable, ///< the document is missing or may not be read
+        Incomplete, ///< so is one of its tracks; the others were read
         Malformed,  ///< the document is no stored selection
         NotWritten  ///< a document that was there before is unchanged
     };
 
     explicit KelSelectionFile(const QString &path);
 
-    /// On failure the selection is left alone.
+    /// On failure the selection is left alone; if only tracks are missing, it holds the others.
     Result load(KelGPXTrackSelection &selection, KelErrorHistory &errors) const;
     Result save(const KelGPXTrackSelection &selection, KelErrorHistory &errors) const;
 
