@@ -18,6 +18,8 @@
 #include <thread>
 #include <utility>
 
+#include <sys/stat.h>
+
 class tst_KelGPXTrack : public QObject
 {
     Q_OBJECT
@@ -70,10 +72,12 @@ private Q_SLOTS:
     void includeOfAMissingFileIsRegistered();
     void includeOfAMalformedFileAddsNothing_data();
     void includeOfAMalformedFileAddsNothing();
+    void includeOfAPipeAddsNothing();
     void includeWithoutTrackKeepsShapeAutoUntilTheEnd();
     void theLastIncludeIsRegistered();
     void anEmptyIncludeRegistersNothing_data();
     void anEmptyIncludeRegistersNothing();
+    void anEmptyIncludeKeepsWhatIsRegistered();
     void includeIsRegisteredAfterMerging();
 
     void buildTrackElement();
@@ -251,6 +255,8 @@ void tst_KelGPXTrack::decodeKml_data()
 
     QTest::newRow("line") << "2,1 4,3" << TrackShapeLineString << "2.,1. 4.,3." << 4;
     QTest::newRow("blanks around") << "\n 2,1\n4,3 \n" << TrackShapeLineString << "2.,1. 4.,3." << 4;
+    QTest::newRow("blanks around are none of a number's characters")
+        << QStringLiteral("\u00a01234567,1\u00a0") << TrackShapeLineString << "1234567.,1." << 4;
     QTest::newRow("the shape is kept") << "2,1 4,3 2,1" << TrackShapeLineString << "2.,1. 4.,3. 2.,1." << 4;
     QTest::newRow("auto is detected") << "2,1 4,3 2,1" << TrackShapeAuto << "2.,1. 4.,3. 2.,1." << 8;
     QTest::newRow("auto of a point") << "2,1" << TrackShapeAuto << "2.,1." << 1;
@@ -786,6 +792,17 @@ void tst_KelGPXTrack::includeOfAMalformedFileAddsNothing()
     QCOMPARE(store.registered(t), "a.gps");
 }
 
+void tst_KelGPXTrack::includeOfAPipeAddsNothing()
+{
+    // Nobody writes into it: a reader that opens it waits for ever.
+    const Store store;
+    QCOMPARE(::mkfifo(QFile::encodeName(store.path("pipe.gps")).constData(), 0600), 0);
+    const KelGPXTrack t = read("<trk><name>outer</name><include>pipe.gps</include></trk>", store.dir());
+    QCOMPARE(t.name(), "outer");
+    QVERIFY(t.segments().isEmpty());
+    QCOMPARE(store.registered(t), "pipe.gps");
+}
+
 void tst_KelGPXTrack::includeWithoutTrackKeepsShapeAutoUntilTheEnd()
 {
     // Were a missing "trk" merged, auto would be settled before the points are read.
@@ -819,6 +836,14 @@ void tst_KelGPXTrack::anEmptyIncludeRegistersNothing()
     const Store store;
     const KelGPXTrack t = read(xml, store.dir());
     QCOMPARE(store.registered(t), "");
+}
+
+void tst_KelGPXTrack::anEmptyIncludeKeepsWhatIsRegistered()
+{
+    const Store store;
+    const KelGPXTrack t = read("<trk><name>n4</name><include>gone.gps</include></trk>", store.dir());
+    QVERIFY(read("<trk><name>n4</name><include/></trk>", store.dir()) == t);
+    QCOMPARE(store.registered(t), "gone.gps");
 }
 
 void tst_KelGPXTrack::includeIsRegisteredAfterMerging()

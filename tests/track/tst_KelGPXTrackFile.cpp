@@ -15,6 +15,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
+
 class tst_KelGPXTrackFile : public QObject
 {
     Q_OBJECT
@@ -32,6 +34,7 @@ private Q_SLOTS:
     void malformedFileIsReported();
     void missingFileIsReported();
     void directoryIsReported();
+    void failedReadingIsReported();
     void noNameIsReportedQuietly();
     void noElementIsReported();
     void aFileWithoutTracksIsNoError();
@@ -187,6 +190,18 @@ void tst_KelGPXTrackFile::directoryIsReported()
     QVERIFY(!KelGPXTrackFile(QFileInfo(dir.path()), &errors).isValid());
     QCOMPARE(errors.entries().size(), 1);
     QCOMPARE(errors.last().line, -1);
+}
+
+void tst_KelGPXTrackFile::failedReadingIsReported()
+{
+    const QFileInfo unreadable("/proc/self/mem"); // opens, but nothing is mapped at address 0
+    if (!unreadable.exists())
+        QSKIP("no such file in this system");
+    KelErrorHistory errors;
+    QVERIFY(!KelGPXTrackFile(unreadable, &errors).isValid());
+    QCOMPARE(errors.entries().size(), 1);
+    QCOMPARE(errors.last().line, -1); // the file's fault, not that of what it holds
+    QCOMPARE(errors.last().message, qt_error_string(EIO));
 }
 
 void tst_KelGPXTrackFile::noNameIsReportedQuietly()

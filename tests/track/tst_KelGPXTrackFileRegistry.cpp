@@ -46,6 +46,7 @@ private Q_SLOTS:
     void unwritableDirectoryIsRegisteredAllTheSame();
     void twoThreadsMakeOneFile();
     void manyThreadsWithDifferentTracks();
+    void manyThreadsRegister();
 };
 
 namespace
@@ -373,6 +374,31 @@ void tst_KelGPXTrackFileRegistry::manyThreadsWithDifferentTracks()
             QVERIFY(contentOf(dir.filePath(file)).contains("<name>" + name.toUtf8() + "</name>"));
         }
     }
+}
+
+void tst_KelGPXTrackFileRegistry::manyThreadsRegister()
+{
+    constexpr int threadCount = 4;
+    constexpr int keysOfEach = 400;
+    const QTemporaryDir dir;
+    // Of many point counts: the table has to grow while others write into it.
+    const auto key = [path = dir.path()](int i) {
+        return KelGPXTrackFileRegistryKey(track(QString::number(i), QStringLiteral("1,1 ").repeated(i % 97 + 1)),
+                                          QDir(path));
+    };
+    std::latch start(threadCount);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < threadCount; ++t) {
+        threads.emplace_back([&key, &start, t] {
+            start.arrive_and_wait();
+            for (int i = t; i < threadCount * keysOfEach; i += threadCount)
+                KelGPXTrackFileRegistry::instance().registerFile(key(i), QString::number(i) + ".gps");
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    for (int i = 0; i < threadCount * keysOfEach; ++i)
+        QCOMPARE(registry().fileName(key(i)), QString::number(i) + ".gps");
 }
 
 QTEST_GUILESS_MAIN(tst_KelGPXTrackFileRegistry)

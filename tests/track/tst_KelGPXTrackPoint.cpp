@@ -152,6 +152,10 @@ void tst_KelGPXTrackPoint::fromXml_data()
     coordinates("unreadable coordinates are 0", "lat='north' lon='east'", 0.0, 0.0);
     coordinates("empty coordinates are 0", "lat='' lon=''", 0.0, 0.0);
     coordinates("nothing is folded", "lat='100' lon='-200.5'", 100.0, -200.5);
+    coordinates("not a number is a number to the conversion", "lat='nan' lon='-nan'", qQNaN(), 0.0);
+    coordinates("infinite", "lat='inf' lon='-inf'", qInf(), -qInf());
+    coordinates("too great for a number is 0", "lat='1e400' lon='-1e400'", 0.0, 0.0);
+    coordinates("greatest numbers", "lat='1e308' lon='-1e308'", 1e308, -1e308);
     coordinates("no latitude", "lon='8.25'", 1.0, 8.25);
     coordinates("no longitude", "lat='53.5'", 53.5, 1.0);
     coordinates("all digits count", "lat='53.12345678901' lon='8.98765432109'", 53.12345678901, 8.98765432109);

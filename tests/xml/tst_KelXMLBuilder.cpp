@@ -341,6 +341,7 @@ void tst_KelXMLBuilder::badCharactersAreDropped_data()
     QTest::newRow("first allowed after them") << QStringLiteral("a\u0020b") << "a b";
     QTest::newRow("lone high surrogate") << QString("a") + high + "b" << "ab";
     QTest::newRow("lone low surrogate") << QString("a") + low + "b" << "ab";
+    QTest::newRow("two low surrogates") << QString("a") + low + low + "b" << "ab";
     QTest::newRow("surrogates the wrong way round") << QString("a") + low + high + "b" << "ab";
     QTest::newRow("high surrogate at the end") << QString("a") + high << "a";
     QTest::newRow("high surrogate before a pair") << high + high + low << high + low;

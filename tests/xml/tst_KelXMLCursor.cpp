@@ -471,6 +471,9 @@ void tst_KelXMLCursor::errorPlaceIsThatOfTheTree_data()
     QTest::newRow("cut off within a line") << QByteArray("<r>\n<a") << qint64(2) << qint64(2);
     QTest::newRow("cut off behind a line") << QByteArray("<r>\n<a>\n") << qint64(3) << qint64(1);
     QTest::newRow("nothing at all") << QByteArray("") << qint64(1) << qint64(1);
+    QTest::newRow("nested too deep")
+        << "<r>\n" + QByteArray("<a>\n").repeated(5000) + QByteArray("</a>").repeated(5000) + "</r>" << qint64(5001)
+        << qint64(3);
 }
 
 void tst_KelXMLCursor::errorPlaceIsThatOfTheTree()

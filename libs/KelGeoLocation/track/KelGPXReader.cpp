@@ -249,8 +249,9 @@ void KelGPXReader::mergeTrack(KelXMLCursor &element, const QDir *directory, int 
 
 void KelGPXReader::mergeIncludedFile(const QFileInfo &file, int depth, KelGPXTrack &track)
 {
+    // A store holds plain files. Opening a pipe of that name would wait for a writer for ever.
     QFile source(file.filePath());
-    if (!source.open(QIODevice::ReadOnly))
+    if (!file.isFile() || !source.open(QIODevice::ReadOnly))
         return;
     KelXMLStreamCursor root(&source);
     while (root.nextChild()) {

@@ -89,7 +89,8 @@ public:
     /// "rtept": the routed points that a Garmin extension keeps under it become a segment. Deliberate: the route
     /// point's own position is not read, so one without extension adds nothing.
     /// "include": the first "trk" of that file in `dir` is merged where the element stands, and the whole is known to
-    /// the KelGPXTrackFileRegistry under the file's name. Ignored without a directory, and in an included file.
+    /// the KelGPXTrackFileRegistry under the file's name. A file that is missing, no regular file or malformed adds
+    /// nothing, but its name is known all the same. Ignored without a directory, and in an included file.
     /// Enclaves that lie deeper than 256 levels are skipped.
     void fromXml(const QDomElement &trk, const QDir &dir);
 

@@ -45,6 +45,15 @@ private:
     QMutexLocker<QRecursiveMutex> m_locker;
 };
 
+/// In Qt 6.4 comparing a QDir writes into data that it shares with its copies. The copy in the table is one that is
+/// touched under the lock only, while the caller's may be in use by the caller's thread.
+QDir unshared(const QDir &dir)
+{
+    QDir copy(dir);
+    copy.setPath(dir.path());
+    return copy;
+}
+
 } // namespace
 
 KelGPXTrackFileRegistry::KelGPXTrackFileRegistry() = default;
@@ -59,7 +68,7 @@ QString KelGPXTrackFileRegistry::fileName(const KelGPXTrackFileRegistryKey &key)
 void KelGPXTrackFileRegistry::registerFile(const KelGPXTrackFileRegistryKey &key, const QString &fileName)
 {
     const Locker locker(&m_mutex);
-    m_files.insert(key, fileName);
+    m_files.insert(KelGPXTrackFileRegistryKey(key.track(), unshared(key.dir())), fileName);
 }
 
 QFileInfo KelGPXTrackFileRegistry::createFileInfo(const KelGPXTrackFileRegistryKey &key, const QString &name) const
