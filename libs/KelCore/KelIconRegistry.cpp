@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QFile>
 #include <QGuiApplication>
+#include <QHash>
 #include <QIconEngine>
 #include <QImage>
 #include <QPainter>
@@ -25,16 +26,31 @@ QString resourcePath(const QString &name)
     return QStringLiteral(":/kel/icons/%1.svg").arg(name);
 }
 
+using Drawing = std::shared_ptr<QSvgRenderer>;
+
+/// The drawing of that name, read on first use and shared from then on: a list of ten thousand rows has forty thousand
+/// buttons, but four drawings.
+Drawing sharedDrawing(const QString &name)
+{
+    // On the heap and never freed: icons in static objects may outlive everything that is destroyed at the end.
+    static auto *const drawings = new QHash<QString, Drawing>;
+    Drawing &drawing = (*drawings)[name];
+    if (!drawing) {
+        drawing = std::make_shared<QSvgRenderer>(resourcePath(name));
+        drawing->setAspectRatioMode(Qt::KeepAspectRatio);
+    }
+    return drawing;
+}
+
 /// Paints a one-coloured drawing in the text colour of the palette. Only the opacity of the drawing counts.
 class MonochromeSvgIconEngine : public QIconEngine
 {
 public:
     MonochromeSvgIconEngine(const QString &name, const QAbstractButton *button)
         : m_name(name)
-        , m_renderer(std::make_shared<QSvgRenderer>(resourcePath(name)))
+        , m_drawing(sharedDrawing(name))
         , m_button(button)
     {
-        m_renderer->setAspectRatioMode(Qt::KeepAspectRatio);
     }
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
@@ -80,7 +96,7 @@ private:
         image.fill(Qt::transparent);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
-        m_renderer->render(&painter, QRectF(image.rect()));
+        m_drawing->render(&painter, QRectF(image.rect()));
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
         painter.fillRect(image.rect(), colour(mode));
         return image;
@@ -102,7 +118,7 @@ private:
     }
 
     QString m_name;
-    std::shared_ptr<QSvgRenderer> m_renderer;
+    Drawing m_drawing;
     QPointer<const QAbstractButton> m_button;
 };
 

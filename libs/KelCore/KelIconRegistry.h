@@ -19,6 +19,7 @@ class QAbstractButton;
 ///
 /// The built-in icons are drawings in one colour. They are painted anew for every size and screen density, in the text
 /// colour of the palette that holds at that moment, so they suit light and dark desktops and follow a change.
+/// Each is read once and shared by all who show it, so that icons may be given to buttons by the thousand.
 ///
 /// To be used on the user-interface thread.
 class KELCORE_EXPORT KelIconRegistry : public KelSingleton<KelIconRegistry>

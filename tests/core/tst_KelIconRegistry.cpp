@@ -14,7 +14,37 @@
 #include <QToolButton>
 #include <QtTest>
 
+#include <atomic>
+#include <cstdlib>
 #include <dlfcn.h>
+#include <new>
+#include <utility>
+
+namespace
+{
+
+std::atomic<int> objectsMade = 0;
+
+} // namespace
+
+// Every object that anyone in the process makes is counted.
+void *operator new(std::size_t size)
+{
+    ++objectsMade;
+    if (void *memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void *memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void *memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
 
 namespace
 {
@@ -71,6 +101,10 @@ private Q_SLOTS:
     void builtInIcons();
     void densitiesAreDrawnAnew_data();
     void densitiesAreDrawnAnew();
+    void drawingIsReadOnce_data();
+    void drawingIsReadOnce();
+    void buttonsOfOneNameHaveTheirOwnColours();
+    void namesHaveTheirOwnDrawings();
     void colourIsThatOfTheApplicationsText();
     void colourIsThatOfTheButtonsText();
     void iconOutlivesItsButton();
@@ -116,6 +150,56 @@ void tst_KelIconRegistry::densitiesAreDrawnAnew()
     QCOMPARE(triple.devicePixelRatio(), 3.0);
     // A picture that was merely enlarged would have as much blur as the small one, or more.
     QVERIFY(shareOfHalfTones(triple) < shareOfHalfTones(single));
+}
+
+void tst_KelIconRegistry::drawingIsReadOnce_data()
+{
+    addBuiltInNames();
+}
+
+void tst_KelIconRegistry::drawingIsReadOnce()
+{
+    QFETCH(QString, name);
+    const QIcon first = registry().icon(name);
+    QList<QIcon> icons;
+    icons.reserve(100);
+
+    const int before = objectsMade;
+    for (int i = 0; i < 100; ++i)
+        icons.append(registry().icon(name));
+    const int perIcon = (objectsMade - before) / 100;
+
+    // The icon and its engine, and what the look into the theme takes; a drawing alone has a dozen parts.
+    QVERIFY2(perIcon >= 2 && perIcon < 10, qPrintable(QString::number(perIcon)));
+    for (const QIcon &icon : std::as_const(icons))
+        QCOMPARE(icon.pixmap(24, 24).toImage(), first.pixmap(24, 24).toImage());
+}
+
+void tst_KelIconRegistry::buttonsOfOneNameHaveTheirOwnColours()
+{
+    QToolButton red;
+    QToolButton green;
+    for (QToolButton *button : {&red, &green}) {
+        QPalette palette = button->palette();
+        palette.setColor(QPalette::ButtonText, button == &red ? Qt::red : Qt::green);
+        button->setPalette(palette);
+        registry().setIcon(button, QStringLiteral("ico_fit_map"));
+    }
+    QCOMPARE(inkOf(red.icon().pixmap(24, 24)), QColor(Qt::red));
+    QCOMPARE(inkOf(green.icon().pixmap(24, 24)), QColor(Qt::green));
+    QCOMPARE(inkOf(red.icon().pixmap(24, 24)), QColor(Qt::red));
+}
+
+void tst_KelIconRegistry::namesHaveTheirOwnDrawings()
+{
+    const QStringList names = {QStringLiteral("ico_editListItem"), QStringLiteral("ico_deleteListItem"),
+                               QStringLiteral("ico_fit_map"), QStringLiteral("ico_add_route")};
+    QList<QImage> pictures;
+    for (const QString &name : names) {
+        const QImage picture = registry().icon(name).pixmap(24, 24).toImage();
+        QVERIFY(!pictures.contains(picture));
+        pictures.append(picture);
+    }
 }
 
 void tst_KelIconRegistry::colourIsThatOfTheApplicationsText()
