@@ -11,10 +11,16 @@ namespace
 {
 
 Q_LOGGING_CATEGORY(osmCategory, "kel.osm", QtInfoMsg)
+Q_LOGGING_CATEGORY(settingsCategory, "kel.settings", QtInfoMsg)
 
 } // namespace
 
 void KelLogger::logOSM(const QString &text)
 {
     qCInfo(osmCategory).noquote() << text;
+}
+
+void KelLogger::logSettings(const QString &text)
+{
+    qCWarning(settingsCategory).noquote() << text;
 }

@@ -16,8 +16,13 @@ class KELCORE_EXPORT KelLogger
 public:
     KelLogger() = delete;
 
-    /// One line about maps and tracks: category "kel.osm", level info, the text as it is. May be called from any thread.
+    /// One line about maps and tracks: category "kel.osm", level info, the text as it is. May be called from any
+    /// thread.
     static void logOSM(const QString &text);
+
+    /// One line about settings that could not be saved: category "kel.settings", level warning, the text as it is.
+    /// May be called from any thread.
+    static void logSettings(const QString &text);
 };
 
 #endif

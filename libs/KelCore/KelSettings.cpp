@@ -3,19 +3,55 @@
 
 #include "KelSettings.h"
 
+#include <KelLogger.h>
+
+#include <QByteArray>
+#include <QFileInfo>
 #include <QSettings>
+#include <QTemporaryFile>
 #include <QVariant>
 
 namespace
 {
 
+/// The file format escapes a character by at most this many, plus the frame of a line.
+constexpr qint64 BytesPerCharacter = 10;
+constexpr qint64 BytesPerItem = 1000;
+
+/// Whether the disk takes the store once more, with an item of so many characters. QSettings writes a new file and puts
+/// it in the place of the old one even if a full disk has cut it off: without a word, and the host's settings are lost.
+bool hasRoom(const QSettings &store, qint64 characters)
+{
+    const QFileInfo file(store.fileName());
+    QTemporaryFile probe(file.absolutePath() + QLatin1String("/.kel-XXXXXX"));
+    // A store that is no file beside which another can be made has to speak for itself.
+    if (!probe.open())
+        return true;
+    const QByteArray content(file.size() + characters * BytesPerCharacter + BytesPerItem, ' ');
+    return probe.write(content) == content.size() && probe.flush();
+}
+
+template<class T>
+bool writeValue(QSettings &store, const KelConfigItem<T> &item)
+{
+    const QVariant value(item.value());
+    // The question whether it is writable also makes the store's directory.
+    if (!store.isWritable() || !hasRoom(store, item.key().size() + value.toString().size()))
+        return false;
+    store.setValue(item.key(), value);
+    store.sync();
+    // A store that could not be read in parts has another status, but is written.
+    return store.status() != QSettings::AccessError;
+}
+
 template<class T>
 bool saveValue(const KelConfigItem<T> &item)
 {
     QSettings store;
-    store.setValue(item.key(), item.value());
-    store.sync();
-    return store.status() == QSettings::NoError;
+    const bool saved = writeValue(store, item);
+    if (!saved)
+        KelLogger::logSettings(QStringLiteral("cannot save \"%1\" in %2").arg(item.key(), store.fileName()));
+    return saved;
 }
 
 template<class T>

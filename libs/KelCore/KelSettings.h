@@ -13,8 +13,8 @@
 /// Base of the classes that hold settings: moves single items from and to the application's settings store.
 ///
 /// The store is that of a default-constructed QSettings, so the host sets the names of organisation and application
-/// (QCoreApplication) before the first item is loaded. Keys may hold "/" for groups. Each call opens the store anew: what
-/// another process has saved is seen, what is saved is on disk when the call returns.
+/// (QCoreApplication) before the first item is loaded. Keys may hold "/" for groups. Each call opens the store anew:
+/// what another process has saved is seen, what is saved is on disk when the call returns.
 class KELCORE_EXPORT KelSettings : public QObject
 {
     Q_OBJECT
@@ -23,13 +23,14 @@ public:
     explicit KelSettings(QObject *parent = nullptr);
     ~KelSettings() override;
 
-    /// Fills the item with what the store holds under its key. Without the key the item gets its default, likewise with a
-    /// stored text that is no integer.
+    /// Fills the item with what the store holds under its key. Without the key the item gets its default, likewise with
+    /// a stored text that is no integer.
     void load(KelConfigItem<bool> &item) const;
     void load(KelConfigItem<int> &item) const;
     void load(KelConfigItem<QString> &item) const;
 
-    /// Writes the item's value under its key, the default too. Returns false when the store could not be written.
+    /// Writes the item's value under its key, the default too. When the store cannot be written, on a full disk for
+    /// one, it stays as it was; the failure is logged (KelLogger::logSettings()) and the result is false.
     bool save(const KelConfigItem<bool> &item) const;
     bool save(const KelConfigItem<int> &item) const;
     bool save(const KelConfigItem<QString> &item) const;

@@ -3,11 +3,15 @@
 
 #include "KelRequestDiskAccess.h"
 
+#include <KelConfigItem.h>
+#include <KelSettings.h>
+
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QSettings>
+
+#include <utility>
 
 namespace
 {
@@ -28,8 +32,17 @@ QString settingsKey(KelDiskAccessMode mode)
 /// A remembered directory may be gone by now; then the dialog's own choice is better.
 QString rememberedDirectory(KelDiskAccessMode mode)
 {
-    const QString directory = QSettings().value(settingsKey(mode)).toString();
+    KelConfigItem<QString> item(settingsKey(mode), QString());
+    KelSettings().load(item);
+    const QString &directory = item.value();
     return !directory.isEmpty() && QDir(directory).exists() ? directory : QString();
+}
+
+void remember(KelDiskAccessMode mode, const QString &path)
+{
+    KelConfigItem<QString> item(settingsKey(mode), QString());
+    item.setValue(QFileInfo(path).absolutePath());
+    KelSettings().save(item);
 }
 
 QString askUser(const QString &title, const QString &directory, const QString &filter)
@@ -51,7 +64,7 @@ QString KelRequestDiskAccess::getOpenFileName(KelDiskAccessMode mode, const QStr
     const QString directory = startPath.isEmpty() ? rememberedDirectory(mode) : startPath;
     const QString path = m_dialog ? m_dialog(title, directory, filter) : askUser(title, directory, filter);
     if (!path.isEmpty())
-        QSettings().setValue(settingsKey(mode), QFileInfo(path).absolutePath());
+        remember(mode, path);
     return path;
 }
 

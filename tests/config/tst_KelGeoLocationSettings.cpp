@@ -3,10 +3,12 @@
 
 #include <KelGPXTrackConfiguration.h>
 #include <KelGPXTrackStyleList.h>
+#include <KelFileSizeLimit.h>
 #include <KelGeoLocationSettings.h>
 #include <KelTemporarySettings.h>
 
 #include <QMetaMethod>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QtTest>
@@ -50,6 +52,7 @@ private Q_SLOTS:
     void setInstantlyAddLocations();
     void settingAFlagDoesNotSave();
     void saveSettingsWritesBoth();
+    void failedSaveIsLogged();
     void loadSettingsReadsBoth();
     void storedTextIsReadOnEveryCall();
     void equalDefaultConfigurationIsNotSaved();
@@ -148,6 +151,16 @@ void tst_KelGeoLocationSettings::saveSettingsWritesBoth()
     QCOMPARE(stored(instantlyKey).toBool(), false);
     QVERIFY(QSettings().contains(instantlyKey));
     QCOMPARE(stored(configurationKey).toString(), KelGPXTrackConfiguration::defaultValue().serialize());
+}
+
+void tst_KelGeoLocationSettings::failedSaveIsLogged()
+{
+    const QRegularExpression flag(QStringLiteral("^cannot save \"instantlyAddLocations\" in "));
+    const QRegularExpression configuration(QStringLiteral("^cannot save \"defaultTrackConfiguration\" in "));
+    QTest::ignoreMessage(QtWarningMsg, flag);
+    QTest::ignoreMessage(QtWarningMsg, configuration);
+    const KelFileSizeLimit limit(0);
+    KelGeoLocationSettings::instance().saveSettings();
 }
 
 void tst_KelGeoLocationSettings::loadSettingsReadsBoth()

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void cleanup();
     void writesTheTextAsItIs_data();
     void writesTheTextAsItIs();
+    void settingsAreAWarningOfTheirOwn();
     void canBeSwitchedOff();
 
 private:
@@ -72,6 +73,15 @@ void tst_KelLogger::writesTheTextAsItIs()
     QCOMPARE(lines.first().type, QtInfoMsg);
     QCOMPARE(lines.first().category, QStringLiteral("kel.osm"));
     QCOMPARE(lines.first().text, text);
+}
+
+void tst_KelLogger::settingsAreAWarningOfTheirOwn()
+{
+    KelLogger::logSettings(QStringLiteral("cannot save \"a\" %1"));
+    QCOMPARE(lines.size(), 1);
+    QCOMPARE(lines.first().type, QtWarningMsg);
+    QCOMPARE(lines.first().category, QStringLiteral("kel.settings"));
+    QCOMPARE(lines.first().text, QStringLiteral("cannot save \"a\" %1"));
 }
 
 void tst_KelLogger::canBeSwitchedOff()

@@ -3,11 +3,34 @@
 
 #include <KelSettings.h>
 
+#include <KelFileSizeLimit.h>
+#include <KelTemporarySettings.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QObject>
 #include <QSettings>
 #include <QtTest>
 
-#include <KelTemporarySettings.h>
+namespace
+{
+
+QStringList logged;
+
+void record(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtWarningMsg && qstrcmp(context.category, "kel.settings") == 0)
+        logged.append(text);
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+}
+
+} // namespace
 
 class tst_KelSettings : public QObject
 {
@@ -25,7 +48,13 @@ private Q_SLOTS:
     void boolFromText_data();
     void boolFromText();
     void isInTheApplicationsStoreUnderItsKey();
+    void whatIsSavedIsOnDisk();
+    void successIsSilent();
     void unwritableStoreIsTold();
+    void fullDiskIsToldAndLosesNothing_data();
+    void fullDiskIsToldAndLosesNothing();
+    void fullDiskBeforeTheFirstSaveIsTold();
+    void storeThatCannotBeReadIsSavedAnew();
 
 private:
     KelTemporarySettings m_store;
@@ -149,13 +178,115 @@ void tst_KelSettings::isInTheApplicationsStoreUnderItsKey()
     QCOMPARE(QSettings().allKeys(), QStringList{QStringLiteral("instantlyAddLocations")});
 }
 
+void tst_KelSettings::whatIsSavedIsOnDisk()
+{
+    KelConfigItem<QString> item(QStringLiteral("text"), QString());
+    item.setValue(QStringLiteral("onDisk"));
+    const KelSettings settings;
+    QVERIFY(settings.save(item));
+    // The object lives on, as that of an application does until it is killed.
+    QVERIFY(contentOf(m_store.filePath()).contains("text=onDisk"));
+    // Nothing else is left beside it.
+    QCOMPARE(QFileInfo(m_store.filePath()).dir().entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+void tst_KelSettings::successIsSilent()
+{
+    logged.clear();
+    const QtMessageHandler before = qInstallMessageHandler(record);
+    const bool isSaved = KelSettings().save(KelConfigItem<bool>(QStringLiteral("flag"), true));
+    qInstallMessageHandler(before);
+    QVERIFY(isSaved);
+    QCOMPARE(logged, QStringList());
+}
+
 void tst_KelSettings::unwritableStoreIsTold()
 {
+    logged.clear();
+    const QtMessageHandler handler = qInstallMessageHandler(record);
     const QString before = QFileInfo(m_store.filePath()).dir().filePath(QStringLiteral(".."));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+    const QString file = QSettings().fileName();
     const bool isSaved = KelSettings().save(KelConfigItem<bool>(QStringLiteral("flag"), true));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QDir::cleanPath(before));
+    qInstallMessageHandler(handler);
+
     QVERIFY(!isSaved);
+    QCOMPARE(logged, QStringList{QStringLiteral("cannot save \"flag\" in ") + file});
+}
+
+void tst_KelSettings::fullDiskIsToldAndLosesNothing_data()
+{
+    QTest::addColumn<int>("room");
+
+    QTest::newRow("no room at all") << 0;
+    // What is cut off in the middle is the dangerous one: half a file would take the place of the whole one.
+    QTest::newRow("room for a part of the store") << 300;
+    QTest::newRow("room for the old store, not for the new one") << 560;
+}
+
+void tst_KelSettings::fullDiskIsToldAndLosesNothing()
+{
+    QFETCH(int, room);
+    QSettings().setValue(QStringLiteral("hosts"), QString(500, QLatin1Char('a')));
+    const QByteArray whole = contentOf(m_store.filePath());
+    QVERIFY(whole.size() > 500 && whole.size() < 560);
+    KelConfigItem<QString> item(QStringLiteral("text"), QString());
+    item.setValue(QString(100, QLatin1Char('b')));
+    logged.clear();
+
+    const QtMessageHandler handler = qInstallMessageHandler(record);
+    bool isSaved = true;
+    {
+        const KelFileSizeLimit limit(room);
+        isSaved = KelSettings().save(item);
+    }
+    qInstallMessageHandler(handler);
+
+    QVERIFY(!isSaved);
+    QCOMPARE(logged.size(), 1);
+    QVERIFY(logged.first().startsWith(QStringLiteral("cannot save \"text\" in ")));
+    QCOMPARE(contentOf(m_store.filePath()), whole);
+
+    // With room again it is saved.
+    QVERIFY(KelSettings().save(item));
+    QVERIFY(contentOf(m_store.filePath()).contains("text=bbb"));
+}
+
+void tst_KelSettings::fullDiskBeforeTheFirstSaveIsTold()
+{
+    // Not even the directory exists.
+    QVERIFY(QFileInfo(m_store.filePath()).dir().removeRecursively());
+    KelConfigItem<QString> item(QStringLiteral("text"), QString());
+    item.setValue(QString(100, QLatin1Char('b')));
+    logged.clear();
+
+    const QtMessageHandler handler = qInstallMessageHandler(record);
+    bool isSaved = true;
+    {
+        const KelFileSizeLimit limit(50);
+        isSaved = KelSettings().save(item);
+    }
+    qInstallMessageHandler(handler);
+
+    QVERIFY(!isSaved);
+    QCOMPARE(logged.size(), 1);
+    QVERIFY(!QFile::exists(m_store.filePath()));
+    QVERIFY(KelSettings().save(item));
+}
+
+void tst_KelSettings::storeThatCannotBeReadIsSavedAnew()
+{
+    QFile file(m_store.filePath());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[General\nno setting\n");
+    file.close();
+    KelConfigItem<int> item(QStringLiteral("number"), 1);
+    item.setValue(5);
+
+    QVERIFY(KelSettings().save(item));
+
+    QVERIFY(contentOf(m_store.filePath()).contains("number=5"));
 }
 
 QTEST_GUILESS_MAIN(tst_KelSettings)

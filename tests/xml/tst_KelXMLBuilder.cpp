@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <KelFileSizeLimit.h>
 #include <KelTestSupport.h>
 
 #include <cerrno>
@@ -58,30 +59,6 @@ void writeFile(const QString &path, const QByteArray &bytes)
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(bytes), bytes.size());
 }
-
-/// No file of this process may grow beyond so many bytes, as on a full disk, while the object lives.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit limit = m_before;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    rlimit m_before = {};
-    void (*m_handler)(int) = nullptr;
-};
 
 /// Gives up the superuser's rights, if the test has them, while the object lives.
 class NotTheSuperuser
@@ -627,7 +604,7 @@ void tst_KelXMLBuilder::fullDiskLeavesTheOldFile()
     KelErrorHistory history;
     bool isSaved = true;
     {
-        const FileSizeLimit limit(4096);
+        const KelFileSizeLimit limit(4096);
         isSaved = KelXMLBuilder::saveUTF8(large, QFileInfo(path("a.xml")), &history);
     }
     QVERIFY(!isSaved);
@@ -645,7 +622,7 @@ void tst_KelXMLBuilder::fullDiskLeavesNoNewFile()
 {
     bool isSaved = true;
     {
-        const FileSizeLimit limit(10);
+        const KelFileSizeLimit limit(10);
         isSaved = KelXMLBuilder::saveUTF8(KelTestSupport::document("<a/>"), QFileInfo(path("a.xml")), nullptr);
     }
     QVERIFY(!isSaved);
