@@ -19,6 +19,13 @@ namespace
 constexpr int HighlightRadius = 3;
 constexpr QChar Ellipsis(0x2026);
 
+/// As much of a text as is laid out at most, with an ellipsis if that is not all.
+QString bounded(const QString &text)
+{
+    constexpr int most = KelElidedLabel::MAXIMUM_CHARACTERS;
+    return text.size() > most ? text.left(most) + Ellipsis : text;
+}
+
 /// One line for the eye: line ends become blanks.
 QString asOneLine(QString text)
 {
@@ -76,7 +83,7 @@ void KelElidedLabel::setAnimationState(int state)
 QSize KelElidedLabel::sizeHint() const
 {
     const QFontMetrics metrics = fontMetrics();
-    return withFrame(QSize(metrics.horizontalAdvance(asOneLine(m_fullText)) + 1, metrics.height()));
+    return withFrame(QSize(metrics.horizontalAdvance(asOneLine(bounded(m_fullText))) + 1, metrics.height()));
 }
 
 QSize KelElidedLabel::minimumSizeHint() const
@@ -147,9 +154,9 @@ KelElidedLabel::Lines KelElidedLabel::layOut(const QSize &area) const
 {
     if (wordWrap())
         return wrap(area);
-    const QString whole = asOneLine(m_fullText);
+    const QString whole = asOneLine(bounded(m_fullText));
     const QString visible = fontMetrics().elidedText(whole, Qt::ElideRight, std::max(area.width(), 0));
-    return {{visible}, visible != whole};
+    return {{visible}, visible != whole || m_fullText.size() > MAXIMUM_CHARACTERS};
 }
 
 KelElidedLabel::Lines KelElidedLabel::wrap(const QSize &area) const
@@ -160,7 +167,8 @@ KelElidedLabel::Lines KelElidedLabel::wrap(const QSize &area) const
     const int maximumLines = std::max(fitting, 1);
     const int width = std::max(area.width(), 0);
 
-    QString text = m_fullText;
+    const QString whole = bounded(m_fullText);
+    QString text = whole;
     text.replace(QLatin1Char('\n'), QChar::LineSeparator);
     QTextLayout layout(text, font());
     QTextOption option;
@@ -168,16 +176,17 @@ KelElidedLabel::Lines KelElidedLabel::wrap(const QSize &area) const
     layout.setTextOption(option);
 
     Lines result;
+    result.isElided = m_fullText.size() > MAXIMUM_CHARACTERS;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
         const int end = line.textStart() + line.textLength();
         if (result.texts.size() + 1 == maximumLines && end < text.size()) {
-            result.texts.append(metrics.elidedText(asOneLine(m_fullText.mid(line.textStart())), Qt::ElideRight, width));
+            result.texts.append(metrics.elidedText(asOneLine(whole.mid(line.textStart())), Qt::ElideRight, width));
             result.isElided = true;
             break;
         }
-        QString visible = m_fullText.mid(line.textStart(), line.textLength());
+        QString visible = whole.mid(line.textStart(), line.textLength());
         if (visible.endsWith(QLatin1Char('\n')))
             visible.chop(1);
         result.texts.append(visible.trimmed());

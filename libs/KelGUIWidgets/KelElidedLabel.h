@@ -12,16 +12,20 @@
 #include <QStringList>
 
 /// A label for text of any length: what does not fit is cut off with an ellipsis, and the whole text is then the tool
-/// tip. With word wrap on (QLabel::setWordWrap()), the text takes as many lines as the height allows and the last of them
-/// is cut off.
+/// tip. With word wrap on (QLabel::setWordWrap()), the text takes as many lines as the height allows and the last of
+/// them is cut off.
 ///
-/// The text is plain text, never markup. The label asks for the width of its whole text but can shrink to an ellipsis. Its
-/// own tool tip is managed by the label; hosts that want another one put it on the widget around it.
+/// The text is plain text, never markup. The label asks for the width of its whole text but can shrink to an ellipsis.
+/// Its own tool tip is managed by the label; hosts that want another one put it on the widget around it.
 class KELGUIWIDGETS_EXPORT KelElidedLabel : public QLabel
 {
     Q_OBJECT
 
 public:
+    /// Text beyond so many characters is cut off at any size. The time for a layout grows with the text, and names come
+    /// from foreign files.
+    static constexpr int MAXIMUM_CHARACTERS = 5000;
+
     explicit KelElidedLabel(QWidget *parent = nullptr);
     ~KelElidedLabel() override;
 

@@ -67,6 +67,8 @@ private Q_SLOTS:
     void heightForWidth();
     void sizeHints();
     void emptyTextHasALineOfHeight();
+    void longestTextThatIsLaidOut_data();
+    void longestTextThatIsLaidOut();
     void highlightIsVisible_data();
     void highlightIsVisible();
     void fullTextIsTheLabelsText();
@@ -265,6 +267,39 @@ void tst_KelElidedLabel::emptyTextHasALineOfHeight()
     QCOMPARE(label.heightForWidth(100), heightOfLines(label, 1));
     label.resize(100, 20);
     QVERIFY(!label.isElided());
+}
+
+void tst_KelElidedLabel::longestTextThatIsLaidOut_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<bool>("wraps");
+    QTest::addColumn<bool>("isElided");
+
+    QTest::newRow("one line, just fits") << 5000 << false << false;
+    QTest::newRow("one line, one too many") << 5001 << false << true;
+    QTest::newRow("one line of a million") << 1000000 << false << true;
+    QTest::newRow("wrapped, just fits") << 5000 << true << false;
+    QTest::newRow("wrapped, one too many") << 5001 << true << true;
+    QTest::newRow("wrapped million") << 1000000 << true << true;
+}
+
+void tst_KelElidedLabel::longestTextThatIsLaidOut()
+{
+    QFETCH(int, size);
+    QFETCH(bool, wraps);
+    QFETCH(bool, isElided);
+    KelElidedLabel label;
+    label.setWordWrap(wraps);
+    label.setFullText(QString(size, QLatin1Char('x')));
+    // As much room as the label asks for, whatever the text.
+    const int width = wraps ? 400 : label.sizeHint().width();
+    label.resize(width, wraps ? label.heightForWidth(width) : heightOfLines(label, 1));
+
+    QCOMPARE(label.isElided(), isElided);
+    const QString visible = label.visibleLines().join(QString());
+    QCOMPARE(visible.size(), isElided ? 5001 : 5000);
+    QCOMPARE(visible.endsWith(Ellipsis), isElided);
+    QCOMPARE(label.fullText().size(), size);
 }
 
 void tst_KelElidedLabel::highlightIsVisible_data()
