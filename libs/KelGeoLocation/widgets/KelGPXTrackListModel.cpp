@@ -149,7 +149,7 @@ KelGPXConfiguredTrack KelGPXTrackListModel::trackAt(const QModelIndex &index) co
 
 void KelGPXTrackListModel::setConfiguration(int row, const KelGPXTrackConfiguration &configuration)
 {
-    if (isValidRow(row) && m_tracks.setConfiguration(row, configuration))
+    if (m_tracks.setConfiguration(row, configuration))
         rowsChanged(row, row);
 }
 
