@@ -16,6 +16,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <limits>
 
 namespace
 {
@@ -63,6 +64,8 @@ private Q_SLOTS:
     void startsAtZero();
     void setGeoArc_data();
     void setGeoArc();
+    void noNumberStaysWithinTheFields_data();
+    void noNumberStaysWithinTheFields();
     void geoArc_data();
     void geoArc();
     void southAndWestOfTwelveDegrees();
@@ -203,6 +206,7 @@ void tst_KelGeoArcEdit::setGeoArc_data()
     // 1 + 40/60 lies just below 1°40′ as a number; the seconds end below 60 in any case.
     QTest::newRow("rounding ends below the next minute") << 1 + 40 / 60.0 << 0 << 1 << 39 << "59.999\"";
     QTest::newRow("invalid is shown as the largest") << 720.0 << 0 << 360 << 0 << "0.000\"";
+    QTest::newRow("just inside of minus two") << -1.75 << 1 << 1 << 45 << "0.000\"";
 }
 
 void tst_KelGeoArcEdit::setGeoArc()
@@ -219,6 +223,34 @@ void tst_KelGeoArcEdit::setGeoArc()
     QTEST(fields.degrees->value(), "degrees");
     QTEST(fields.minutes->value(), "minutes");
     QTEST(fields.seconds->text(), "seconds");
+}
+
+void tst_KelGeoArcEdit::noNumberStaysWithinTheFields_data()
+{
+    QTest::addColumn<double>("angle");
+    QTest::addColumn<int>("degrees");
+    QTest::addColumn<int>("hemisphere");
+
+    QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN() << 0 << 0;
+    QTest::newRow("infinite") << std::numeric_limits<double>::infinity() << 360 << 0;
+    QTest::newRow("infinite, negative") << -std::numeric_limits<double>::infinity() << 360 << 1;
+    QTest::newRow("largest number") << std::numeric_limits<double>::max() << 360 << 0;
+    QTest::newRow("smallest number") << std::numeric_limits<double>::lowest() << 360 << 1;
+}
+
+void tst_KelGeoArcEdit::noNumberStaysWithinTheFields()
+{
+    QFETCH(double, angle);
+    KelGeoArcEdit edit(nullptr, false);
+
+    edit.setGeoArc(KelGeoArc(angle));
+
+    const Fields fields(edit);
+    QTEST(fields.degrees->value(), "degrees");
+    QTEST(fields.hemisphere->currentIndex(), "hemisphere");
+    QVERIFY(fields.minutes->value() >= 0 && fields.minutes->value() <= 59);
+    QVERIFY(fields.seconds->value() >= 0.0 && fields.seconds->value() <= 59.999);
+    QVERIFY(std::abs(edit.geoArc().decimalDegrees()) < 361.0);
 }
 
 void tst_KelGeoArcEdit::geoArc_data()
