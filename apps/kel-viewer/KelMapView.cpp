@@ -6,8 +6,6 @@
 #include "KelMapArea.h"
 #include "KelMapWorker.h"
 
-#include <KelGeoPositionRect.h>
-
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -17,6 +15,7 @@
 #include <QWheelEvent>
 
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -149,10 +148,12 @@ void KelMapView::fitArea(const KelGeoPositionRect &area)
 {
     m_viewport.fit(area, FIT_MARGIN);
     viewportMoved();
+    m_fitted = area;
 }
 
 void KelMapView::viewportMoved()
 {
+    m_fitted.reset();
     requestPicture(KelViewPicture::Quick);
     m_restTimer.start();
     update();
@@ -217,7 +218,10 @@ const QImage &KelMapView::overlays()
 void KelMapView::resizeEvent(QResizeEvent *)
 {
     m_viewport.setSize(size());
-    viewportMoved();
+    if (m_fitted)
+        fitArea(*std::exchange(m_fitted, std::nullopt));
+    else
+        viewportMoved();
 }
 
 void KelMapView::wheelEvent(QWheelEvent *event)

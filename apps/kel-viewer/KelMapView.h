@@ -7,10 +7,13 @@
 #include "KelViewPicture.h"
 #include "KelMapViewport.h"
 
+#include <KelGeoPositionRect.h>
+
 #include <QTimer>
 #include <QWidget>
 
-class KelGeoPositionRect;
+#include <optional>
+
 class KelMapWorker;
 
 /// The map in the middle of the window: tracks on a background, moved with the mouse or the keyboard.
@@ -42,6 +45,7 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 public Q_SLOTS:
+    /// What is fitted stays fitted when the view is resized, until the user moves the map. At first it is the world.
     void fitAll();
     void fitTrack(int row);
     void zoomIn();
@@ -83,6 +87,7 @@ private:
     std::shared_ptr<const KelMapBackground> m_overlayBackground;
     QImage m_overlays;
     double m_overlayScale = 0.0;
+    std::optional<KelGeoPositionRect> m_fitted = KelGeoPositionRect(); ///< until the user moves the map
     int m_fits = 0; ///< an area that is known only after the next fit is not shown any more
 
     QImage m_image;

@@ -732,6 +732,12 @@ void KelViewerWindow::dragEnterEvent(QDragEnterEvent *event)
         event->acceptProposedAction();
 }
 
+void KelViewerWindow::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
 void KelViewerWindow::dropEvent(QDropEvent *event)
 {
     event->acceptProposedAction();

@@ -1,7 +1,5 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<!-- SPDX-FileCopyrightText: The libKelGeoLocation authors -->
-<!-- SPDX-License-Identifier: MIT -->
 <TS version="2.1" language="en" sourcelanguage="de">
 <context>
     <name>KelAddPlaceDialog</name>
