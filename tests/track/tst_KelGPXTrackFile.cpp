@@ -16,6 +16,9 @@
 #include <QtTest>
 
 #include <cerrno>
+#include <thread>
+
+#include <sys/stat.h>
 
 class tst_KelGPXTrackFile : public QObject
 {
@@ -34,6 +37,7 @@ private Q_SLOTS:
     void malformedFileIsReported();
     void missingFileIsReported();
     void directoryIsReported();
+    void pipeIsReadToItsEnd();
     void failedReadingIsReported();
     void noNameIsReportedQuietly();
     void noElementIsReported();
@@ -190,6 +194,31 @@ void tst_KelGPXTrackFile::directoryIsReported()
     QVERIFY(!KelGPXTrackFile(QFileInfo(dir.path()), &errors).isValid());
     QCOMPARE(errors.entries().size(), 1);
     QCOMPARE(errors.last().line, -1);
+}
+
+void tst_KelGPXTrackFile::pipeIsReadToItsEnd()
+{
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("walk.gpx");
+    QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    const QByteArray points = QByteArray("<trkpt lat='1' lon='2'/>").repeated(5000); // more than a pipe holds
+    for (const char *end : {"</trkseg></trk></gpx>", "</trkseg></trk>"}) {
+        std::thread writer([&path, &points, end] {
+            QFile file(path);
+            if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+                file.write("<gpx><trk><trkseg>" + points);
+                file.write(end);
+            }
+        });
+        KelErrorHistory errors;
+        const KelGPXTrackFile file(QFileInfo(path), &errors);
+        writer.join();
+        const bool isComplete = QByteArray(end).endsWith("</gpx>");
+        QCOMPARE(file.tracks().size(), isComplete ? 1 : 0);
+        QCOMPARE(errors.isEmpty(), isComplete);
+        if (isComplete)
+            QCOMPARE(file.tracks().first().countPoints(), 5000);
+    }
 }
 
 void tst_KelGPXTrackFile::failedReadingIsReported()
