@@ -5,8 +5,8 @@
 
 Run once, whenever the outlines or this script change; the result is kept in the tree:
 
-    npm install --prefix /tmp/atlas world-atlas@2.0.2
-    scripts/convert-world-map.py /tmp/atlas/node_modules/world-atlas/countries-10m.json \
+    npm install --prefix DIR world-atlas@2.0.2
+    scripts/convert-world-map.py DIR/node_modules/world-atlas/countries-10m.json \
         apps/shared/worldmap/world.kelmap
 
 The input is Natural Earth (public domain) as TopoJSON: arcs that countries share, so that a coast and a border

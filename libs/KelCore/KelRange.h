@@ -57,8 +57,8 @@ public:
     /// Moves the nearer bound so that the range reaches the value. An unset range becomes [value, value].
     virtual void expandTo(const T &value);
 
-    /// The middle, (min + max) / 2. Truncated toward zero for integers; to the millisecond for QDateTime, in the time
-    /// specification of `min`.
+    /// The middle, (min + max) / 2. Truncated toward zero for integers; to the millisecond for QDateTime, of the time
+    /// zone of `min`.
     [[nodiscard]] virtual T center() const;
 
     /// True if max >= min.
