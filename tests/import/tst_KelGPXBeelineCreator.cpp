@@ -29,12 +29,15 @@ private Q_SLOTS:
     void findLogicalCenterLongitude();
     void estimateOptimalLatitude_data();
     void estimateOptimalLatitude();
+    void twentyRounds_data();
+    void twentyRounds();
     void waysOverThePoleAreBentAt80Degrees_data();
     void waysOverThePoleAreBentAt80Degrees();
     void halvingEndsForAnyPositions_data();
     void halvingEndsForAnyPositions();
     void boundsNeverTouchARealWay();
     void trackPointsCarryElevation0AndTheCurrentTime();
+    void theTimeIsAskedAnewForEachPoint();
     void createBeeline();
     void descriptionIsTranslated();
 };
@@ -129,6 +132,8 @@ void tst_KelGPXBeelineCreator::stepsAreShorterThan200Kilometres_data()
     QTest::newRow("Helsinki to Honolulu, over the date line") << KelGeoPosition(60.17, 24.94)
                                                               << KelGeoPosition(21.3, -157.86);
     QTest::newRow("over the date line") << KelGeoPosition(10.0, 170.0) << KelGeoPosition(10.0, -170.0);
+    QTest::newRow("longitudes just beyond their tolerance")
+        << KelGeoPosition(10.0, 5.0) << KelGeoPosition(60.0, 5.0000011);
 }
 
 void tst_KelGPXBeelineCreator::stepsAreShorterThan200Kilometres()
@@ -212,6 +217,32 @@ void tst_KelGPXBeelineCreator::estimateOptimalLatitude()
     const KelGeoPosition found = KelGPXBeelineCreator(start, end).estimateOptimalLatitude(KelLongitude(longitude));
     QCOMPARE(found.longitude().decimalDegrees(), longitude);
     QVERIFY2(std::abs(found.latitude().decimalDegrees() - latitude) < 0.001, qPrintable(found.toString(false)));
+}
+
+void tst_KelGPXBeelineCreator::twentyRounds_data()
+{
+    QTest::addColumn<KelGeoPosition>("start");
+    QTest::addColumn<KelGeoPosition>("end");
+    QTest::addColumn<double>("longitude");
+    QTest::addColumn<double>("latitude");
+
+    // The southern end moves up twenty times: 160 / 2^20 degrees are left between the two, their middle is returned.
+    QTest::newRow("always the north") << KelGeoPosition(75.0, 10.0) << KelGeoPosition(75.0, 170.0) << 90.0
+                                      << 80.0 - 0.0000762939453125;
+    QTest::newRow("always the south") << KelGeoPosition(-75.0, 10.0) << KelGeoPosition(-75.0, 170.0) << 90.0
+                                      << -80.0 + 0.0000762939453125;
+    // Both ends are equally far away at first: then the northern one comes down.
+    QTest::newRow("a draw") << KelGeoPosition(0.0, 10.0) << KelGeoPosition(0.0, 30.0) << 20.0 << -0.0000762939453125;
+}
+
+void tst_KelGPXBeelineCreator::twentyRounds()
+{
+    QFETCH(KelGeoPosition, start);
+    QFETCH(KelGeoPosition, end);
+    QFETCH(double, longitude);
+    QFETCH(double, latitude);
+    const KelGeoPosition found = KelGPXBeelineCreator(start, end).estimateOptimalLatitude(KelLongitude(longitude));
+    QVERIFY2(std::abs(found.latitude().decimalDegrees() - latitude) < 1e-9, qPrintable(found.toString(true)));
 }
 
 void tst_KelGPXBeelineCreator::waysOverThePoleAreBentAt80Degrees_data()
@@ -344,6 +375,18 @@ void tst_KelGPXBeelineCreator::trackPointsCarryElevation0AndTheCurrentTime()
         QCOMPARE(point.description(), QString());
         QVERIFY(point.timeStamp() >= before && point.timeStamp() <= after);
     }
+}
+
+void tst_KelGPXBeelineCreator::theTimeIsAskedAnewForEachPoint()
+{
+    // So many that the clock goes on while they are made.
+    KelGeoPositionList positions;
+    for (int i = 0; i < 100000; ++i)
+        positions.append(KelGeoPosition(50.0, 8.0));
+    const QList<KelGPXTrackPoint> points =
+        KelGPXBeelineCreator(KelGeoPosition(), KelGeoPosition()).positions2trackPoints(positions);
+    QCOMPARE(points.size(), 100000);
+    QVERIFY(points.first().timeStamp() != points.last().timeStamp());
 }
 
 void tst_KelGPXBeelineCreator::createBeeline()

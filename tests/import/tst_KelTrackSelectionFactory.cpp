@@ -8,11 +8,16 @@
 #include <KelTemporarySettings.h>
 #include <KelTestArchive.h>
 #include <KelTrackSelectionFactory.h>
+#include <KelTrackSelectionFactoryGPXFile.h>
+#include <KelTrackSelectionFactoryKmlFile.h>
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QUrl>
 #include <QtTest>
+
+#include <cstddef>
+#include <cstring>
 
 class tst_KelTrackSelectionFactory : public QObject
 {
@@ -36,6 +41,7 @@ private Q_SLOTS:
     void askUserReadFile();
     void askUserReadFileCancelled();
     void askUserReadFileGoesThroughTheVirtualForm();
+    void virtualOperationsKeepTheirOrder();
 
 private:
     QUrl write(const QString &name, const QByteArray &content);
@@ -70,6 +76,28 @@ QStringList names(const KelGPXConfiguredTrackList &list)
     for (const KelGPXConfiguredTrack &track : list)
         result.append(track.name());
     return result;
+}
+
+/// Where the compiler puts a virtual operation into the table of its class.
+template<class Operation>
+std::ptrdiff_t slotOf(Operation operation)
+{
+    std::ptrdiff_t offset = 0;
+    static_assert(sizeof operation >= sizeof offset);
+    std::memcpy(&offset, &operation, sizeof offset);
+    return offset;
+}
+
+/// Where the operations of a factory for files are, in the order in which they are promised.
+template<class Factory>
+QList<std::ptrdiff_t> slotsOfFileFactory()
+{
+    using List = KelGPXConfiguredTrackList;
+    return {slotOf<bool (Factory::*)(const QUrl &) const>(&Factory::supportsFile),
+            slotOf(&Factory::supportedFileFormats),
+            slotOf<List (Factory::*)(const QUrl &) const>(&Factory::createConfiguredTrackList),
+            slotOf<bool (Factory::*)(const QFileInfo &) const>(&Factory::supportsFile),
+            slotOf<List (Factory::*)(const QFileInfo &) const>(&Factory::createConfiguredTrackList)};
 }
 
 /// The lines of the log, while it lives.
@@ -247,9 +275,10 @@ void tst_KelTrackSelectionFactory::askUserReadFile()
 {
     KelRecordingTranslator translator;
     QStringList asked;
+    m_settings.clear();
     KelRequestDiskAccess::instance().setDialog(
-        [this, &asked](const QString &title, const QString &, const QString &filter) {
-            asked << title << filter;
+        [this, &asked](const QString &title, const QString &directory, const QString &filter) {
+            asked << title << directory << filter;
             return m_kmz.toLocalFile();
         });
     const LogCatcher log;
@@ -257,7 +286,21 @@ void tst_KelTrackSelectionFactory::askUserReadFile()
     KelRequestDiskAccess::instance().setDialog({});
 
     QCOMPARE(names(list), QStringList({"from KMZ"}));
-    QCOMPARE(asked, QStringList({QStringLiteral("Datei für Route öffnen"), QStringLiteral("*.gpx *.kml *.kmz")}));
+    // No directory: nothing is asked for and nothing is remembered yet.
+    QCOMPARE(asked, QStringList({QStringLiteral("Datei für Route öffnen"), QString(),
+                                 QStringLiteral("*.gpx *.kml *.kmz")}));
+    // It was asked for a file to read: that is what the directory is remembered for.
+    asked.clear();
+    for (const KelDiskAccessMode mode : {KelDiskAccessMode::Read, KelDiskAccessMode::Write}) {
+        KelRequestDiskAccess::instance().setDialog(
+            [&asked](const QString &, const QString &directory, const QString &) {
+                asked << directory;
+                return QString();
+            });
+        KelRequestDiskAccess::instance().getOpenFileName(mode, QString(), QString(), QString());
+    }
+    KelRequestDiskAccess::instance().setDialog({});
+    QCOMPARE(asked, QStringList({m_folder.path(), QString()}));
     QVERIFY(translator.hasRecorded(QStringLiteral("QObject"), QStringLiteral("Datei für Route öffnen")));
     QVERIFY(LogCatcher::lines().contains(
         QStringLiteral("kel.osm|%1|ACTION:useFactory VALUE:*.kml,*.kmz").arg(int(QtInfoMsg))));
@@ -283,6 +326,23 @@ void tst_KelTrackSelectionFactory::askUserReadFileGoesThroughTheVirtualForm()
     QCOMPARE(names(factory.askUserReadFile()), QStringList({"from GPX"}));
     KelRequestDiskAccess::instance().setDialog({});
     QCOMPARE(factory.asked, QList<QUrl>({m_gpx}));
+}
+
+void tst_KelTrackSelectionFactory::virtualOperationsKeepTheirOrder()
+{
+    // Hosts call through the table: its order is part of the interface.
+    const auto step = std::ptrdiff_t(sizeof(void *));
+    const std::ptrdiff_t first = slotOf(&KelTrackSelectionFactoryAbstract::supportsFile);
+    const QList<std::ptrdiff_t> abstract{first, slotOf(&KelTrackSelectionFactoryAbstract::supportedFileFormats),
+                                         slotOf(&KelTrackSelectionFactoryAbstract::createConfiguredTrackList)};
+    const QList<std::ptrdiff_t> expected{first, first + step, first + 2 * step, first + 3 * step, first + 4 * step};
+    QCOMPARE(abstract, expected.first(3));
+    QCOMPARE(slotsOfFileFactory<KelTrackSelectionFactoryGPXFile>(), expected);
+    QCOMPARE(slotsOfFileFactory<KelTrackSelectionFactoryKmlFile>(), expected);
+    QVERIFY(std::has_virtual_destructor_v<KelTrackSelectionFactoryAbstract>);
+    // They carry no data.
+    QCOMPARE(sizeof(KelTrackSelectionFactoryGPXFile), sizeof(void *));
+    QCOMPARE(sizeof(KelTrackSelectionFactoryKmlFile), sizeof(void *));
 }
 
 QTEST_GUILESS_MAIN(tst_KelTrackSelectionFactory)

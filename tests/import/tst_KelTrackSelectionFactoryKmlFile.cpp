@@ -342,6 +342,8 @@ void tst_KelTrackSelectionFactoryKmlFile::namesAndDescriptions_data()
     QTest::newRow("both empty") << "<name/><description></description>" << "tour.kml" << "tour.kml";
     QTest::newRow("the first of several") << "<name>N</name><name>M</name>" << "N" << "tour.kml";
     QTest::newRow("the first of several is empty") << "<name/><name>M</name>" << "tour.kml" << "tour.kml";
+    QTest::newRow("nothing but blanks") << "<name> \n </name><description>\t</description>" << "tour.kml" << "tour.kml";
+    QTest::newRow("blanks around stay") << "<name> N </name><description>\nD</description>" << " N " << "\nD";
     QTest::newRow("only direct children") << "<x><name>deeper</name></x>" << "tour.kml" << "tour.kml";
     QTest::newRow("mark-up in a description") << "<description><![CDATA[<b>bold</b> & more]]></description>"
                                               << "tour.kml" << "<b>bold</b> & more";

@@ -178,7 +178,7 @@ KelGPXConfiguredTrackList KelTrackSelectionFactoryKmlFile::decode(const QString 
     return list;
 }
 
-// Neither search calls itself: documents come from strangers, and nothing limits how deep they nest their folders.
+// Neither search calls itself: elements may come from anywhere, not only from decode(), nested as deep as they like.
 QList<QDomElement> KelTrackSelectionFactoryKmlFile::findPlacemarks(const QDomElement &element) const
 {
     QList<QDomElement> placemarks;
