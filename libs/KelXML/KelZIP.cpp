@@ -15,6 +15,9 @@ namespace
 {
 
 constexpr qint64 READ_BLOCK = 256 * 1024;
+/// What the header before an entry's data begins with, and where in it the lengths of name and extra field stand.
+constexpr char HEADER_SIGNATURE[] = {'P', 'K', 3, 4};
+constexpr qint64 LENGTHS_IN_HEADER = 26;
 
 /// The file as the zip library sees it. It remembers which bytes were asked for: that is how we learn where an entry
 /// really lies, which the zip library knows but does not tell.
@@ -52,6 +55,17 @@ public:
     qint64 lowestRead() const { return firstByteRead; }
     /// Where the last of them began.
     qint64 latestRead() const { return lastReadAt; }
+
+    /// Whether the header of an entry begins there. Leaves the position where the zip library wants it.
+    bool hasHeaderAt(qint64 at)
+    {
+        const qint64 before = file.pos();
+        char bytes[sizeof HEADER_SIGNATURE];
+        const bool found = at >= 0 && file.seek(at) && file.read(bytes, sizeof bytes) == qint64(sizeof bytes)
+            && std::memcmp(bytes, HEADER_SIGNATURE, sizeof bytes) == 0;
+        file.seek(before);
+        return found;
+    }
 
     static zip_int64_t serve(void *self, void *data, zip_uint64_t length, zip_source_cmd_t command)
     {
@@ -258,7 +272,8 @@ bool KelZIP::Archive::entriesAreApart()
     return true;
 }
 
-// Opening an entry makes the zip library look at the entry's own header, reading its first packed byte at its data.
+// Opening an entry makes the zip library look at the entry's own header (or only at the lengths in it), reading its
+// first packed byte at its data.
 bool KelZIP::Archive::locate(qsizetype entry, Extent &extent)
 {
     const auto index = static_cast<zip_uint64_t>(entry);
@@ -275,7 +290,8 @@ bool KelZIP::Archive::locate(qsizetype entry, Extent &extent)
     zip_fclose(packed);
     if (!readable || file.lowestRead() < 0)
         return false;
-    extent.begin = file.lowestRead();
+    const qint64 header = file.lowestRead() - LENGTHS_IN_HEADER;
+    extent.begin = file.hasHeaderAt(header) ? header : file.lowestRead();
     extent.end = file.latestRead() + static_cast<qint64>(std::min<zip_uint64_t>(status.comp_size, file.size()));
     extent.entry = entry;
     return true;

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void supportsFile();
     void dispatchesAndLogs_data();
     void dispatchesAndLogs();
+    void logsBeforeItReads();
     void unsupportedFileIsNotLogged_data();
     void unsupportedFileIsNotLogged();
     void listOfUrlsSkipsWhatGivesNothing();
@@ -207,6 +208,28 @@ void tst_KelTrackSelectionFactory::dispatchesAndLogs()
         QVERIFY(errors.isEmpty());
         QCOMPARE(LogCatcher::lines(), expectedLog);
     }
+}
+
+void tst_KelTrackSelectionFactory::logsBeforeItReads()
+{
+    // Whoever follows the log sees which factory is at work on a file, also when it never comes back.
+    static QString path;
+    static int lines = 0;
+    path = m_folder.filePath(QStringLiteral("late.gpx"));
+    const auto previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {
+        ++lines;
+        KelTestArchive::write(path, QByteArray("<gpx><trk><name>came late</name><trkseg><trkpt lat='50' lon='8'/>"
+                                               "</trkseg></trk></gpx>"));
+    });
+    const KelTrackSelectionFactory &factory = KelTrackSelectionFactory::instance();
+    const QStringList plain = names(factory.createConfiguredTrackList(QUrl::fromLocalFile(path)));
+    QFile::remove(path);
+    KelErrorHistory errors;
+    const QStringList reported = names(factory.createConfiguredTrackList(QUrl::fromLocalFile(path), &errors));
+    qInstallMessageHandler(previous);
+    QCOMPARE(plain, QStringList({"came late"}));
+    QCOMPARE(reported, QStringList({"came late"}));
+    QCOMPARE(lines, 2);
 }
 
 void tst_KelTrackSelectionFactory::unsupportedFileIsNotLogged_data()

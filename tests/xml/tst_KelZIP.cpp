@@ -327,6 +327,16 @@ void tst_KelZIP::refusesOverlap_data()
         << QList<Entry>{quoting, {"b.kml", QByteArray(100, 'b')}, {"c.kml", QByteArray(100, 'c')}}
         << QStringLiteral("the entries \"a.kml\" and \"b.kml\" overlap");
 
+    // One byte is enough: the last of the first entry's data would be the first of the next one's header.
+    Entry touching{"a.kml", "ten bytes."};
+    touching.extraPackedSize = 1;
+    for (const bool deflated : {false, true}) {
+        touching.deflated = deflated;
+        QTest::addRow("data that runs one byte into the next entry, %s", deflated ? "deflated" : "stored")
+            << QList<Entry>{touching, {"b.kml", QByteArray(100, 'b')}}
+            << QStringLiteral("the entries \"a.kml\" and \"b.kml\" overlap");
+    }
+
     QTest::newRow("data that ends where the next entry begins")
         << QList<Entry>{{"a.kml", "ten bytes."}, {"b.kml", QByteArray(100, 'b')}} << QString();
 }
