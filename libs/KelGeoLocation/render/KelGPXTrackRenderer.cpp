@@ -4,6 +4,7 @@
 #include "KelGPXTrackRenderer.h"
 
 #include "KelPixel.h"
+#include "KelTiledPathPainter.h"
 
 #include <KelConcurrent.h>
 #include <KelDistance.h>
@@ -243,7 +244,7 @@ bool reachesThePicture(const QPainter &painter, const QRectF &area)
              || reached.top() > device->height());
 }
 
-// Calls draw() with the painter moved to each world copy in turn. Copies of which nothing can be seen are left out:
+// Calls draw(offset) with the painter moved by the offset of each world copy in turn. Copies of which nothing can be seen are left out:
 // outlining a long path costs the same wherever it lies.
 template <typename Draw>
 void forEachWorldCopy(const KelGPXTrackRenderer &renderer, QPainter *painter, const QRectF &area, Draw draw)
@@ -258,7 +259,7 @@ void forEachWorldCopy(const KelGPXTrackRenderer &renderer, QPainter *painter, co
         painter->save();
         painter->translate(offset);
         if (reachesThePicture(*painter, area))
-            draw();
+            draw(offset);
         painter->restore();
     }
 }
@@ -279,18 +280,66 @@ std::optional<KelGeoPosition> firstDrawingPoint(const KelGPXConfiguredTrack &con
     return segment == segments.end() ? std::nullopt : std::optional(segment->firstPoint());
 }
 
+// ---- lines and areas ------------------------------------------------------------------------------------------
+
+// Calls draw(path, configuration, offset) for each world copy of a track that is not drawn as a point.
+template <typename Draw>
+void forEachCopyOfPath(const KelGPXTrackRenderer &renderer, QPainter *painter,
+                       const KelGPXConfiguredTrack &configuredTrack, KelGPXTrackRenderer::TrackRenderOption option,
+                       Draw draw)
+{
+    const QPainterPath path = renderer.createPainterPath(configuredTrack);
+    if (path.isEmpty()) {
+        renderer.drawPoint(painter, configuredTrack, option);
+        return;
+    }
+    const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
+    forEachWorldCopy(renderer, painter, areaOfPath(renderer, path, configuration),
+                     [&](const QPointF &offset) { draw(path, configuration, offset); });
+}
+
+// drawTrack() on an image of our own: the same pixels, but long paths are painted in tiles.
+void drawTrackInTiles(const KelGPXTrackRenderer &renderer, KelTiledPathPainter *tiles, QPainter *painter,
+                      const KelGPXConfiguredTrack &configuredTrack, KelGPXTrackRenderer::TrackRenderOption option)
+{
+    const KelGPXTrackShape shape = configuredTrack.effectiveShape();
+    if (shape == TrackShapePoint) {
+        renderer.drawPoint(painter, configuredTrack, option);
+        return;
+    }
+    const bool everything = option == KelGPXTrackRenderer::Foreground;
+    const auto draw = [&](const QPainterPath &path, const KelGPXTrackConfiguration &configuration,
+                          const QPointF &offset) {
+        if (shape == TrackShapePolygon && (everything || isFilled(configuration))) {
+            const QBrush brush = renderer.brushFromTrack(configuration, option);
+            if (!tiles->fill(path, brush, offset))
+                painter->fillPath(path, brush);
+        }
+        if (everything || isStroked(configuration)) {
+            if (!tiles->stroke(path, renderer.penFromTrack(configuration, option), offset))
+                renderer.drawPath(painter, path, configuration, option);
+        }
+        if (shape != TrackShapePolygon && hasArrow(configuration))
+            renderer.drawArrowHead(painter, path, configuration, option);
+    };
+    forEachCopyOfPath(renderer, painter, configuredTrack, option, draw);
+}
+
 // ---- images ---------------------------------------------------------------------------------------------------
 
-QImage paintImage(const KelGPXTrackRenderer &renderer, KelGPXTrackRenderer::TrackRenderOption option,
-                  QPainter::RenderHints hints)
+// renderWith() on an image of our own.
+QImage paintImage(const KelGPXTrackRenderer &renderer, const KelGPXConfiguredTrackList &tracks,
+                  KelGPXTrackRenderer::TrackRenderOption option, QPainter::RenderHints hints)
 {
     QImage image(renderer.targetImageSize(), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return image;
     image.fill(Qt::transparent);
+    KelTiledPathPainter tiles(&image, hints);
     QPainter painter(&image);
     painter.setRenderHints(hints);
-    renderer.renderWith(&painter, option);
+    for (const KelGPXConfiguredTrack &configuredTrack : tracks.tracks())
+        drawTrackInTiles(renderer, &tiles, &painter, configuredTrack, option);
     painter.end();
     return image;
 }
@@ -372,12 +421,12 @@ double KelGPXTrackRenderer::renderingFactor() const noexcept
 
 QImage KelGPXTrackRenderer::render(TrackRenderOption option) const
 {
-    return paintImage(*this, option, QPainter::Antialiasing).convertToFormat(QImage::Format_ARGB32);
+    return paintImage(*this, m_selection.tracks(), option, QPainter::Antialiasing).convertToFormat(QImage::Format_ARGB32);
 }
 
 QImage KelGPXTrackRenderer::renderQuickAndDirty(TrackRenderOption option) const
 {
-    return paintImage(*this, option, QPainter::RenderHints());
+    return paintImage(*this, m_selection.tracks(), option, QPainter::RenderHints());
 }
 
 QImage KelGPXTrackRenderer::renderForeground() const
@@ -391,7 +440,8 @@ QImage KelGPXTrackRenderer::crop(const QImage &mapImage) const
     if (opacity == OPAQUE)
         return mapImage;
 
-    const QImage mask = render(Foreground);
+    // Only its alpha is needed, which is the same before and after the conversion that render() ends with.
+    const QImage mask = paintImage(*this, m_selection.tracks(), Foreground, QPainter::Antialiasing);
     QImage target = mapImage.convertToFormat(QImage::Format_ARGB32);
     const CropTable table = createCropTable(opacity);
     // Taking the memory detaches the target, which may still share the caller's pixels.
@@ -641,7 +691,7 @@ void KelGPXTrackRenderer::drawPoint(QPainter *painter, const KelGPXConfiguredTra
         const double radius = scale(configuredTrack.lineWidth().value());
         const KelGPXMarkerShape marker = configuration.markerShape();
         forEachWorldCopy(*this, painter, areaOfMarker(*this, point, radius, configuration),
-                         [&] { marker.draw(painter, point, radius, radius); });
+                         [&](const QPointF &) { marker.draw(painter, point, radius, radius); });
     }
     painter->restore();
 }
@@ -649,27 +699,19 @@ void KelGPXTrackRenderer::drawPoint(QPainter *painter, const KelGPXConfiguredTra
 void KelGPXTrackRenderer::drawLine(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,
                                    TrackRenderOption option) const
 {
-    const QPainterPath path = createPainterPath(configuredTrack);
-    if (path.isEmpty()) {
-        drawPoint(painter, configuredTrack, option);
-        return;
-    }
-    const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
-    forEachWorldCopy(*this, painter, areaOfPath(*this, path, configuration),
-                     [&] { drawLine(painter, path, configuration, option); });
+    const auto draw = [&](const QPainterPath &path, const KelGPXTrackConfiguration &configuration, const QPointF &) {
+        drawLine(painter, path, configuration, option);
+    };
+    forEachCopyOfPath(*this, painter, configuredTrack, option, draw);
 }
 
 void KelGPXTrackRenderer::drawPolygon(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,
                                       TrackRenderOption option) const
 {
-    const QPainterPath path = createPainterPath(configuredTrack);
-    if (path.isEmpty()) {
-        drawPoint(painter, configuredTrack, option);
-        return;
-    }
-    const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
-    forEachWorldCopy(*this, painter, areaOfPath(*this, path, configuration),
-                     [&] { drawPolygon(painter, path, configuration, option); });
+    const auto draw = [&](const QPainterPath &path, const KelGPXTrackConfiguration &configuration, const QPointF &) {
+        drawPolygon(painter, path, configuration, option);
+    };
+    forEachCopyOfPath(*this, painter, configuredTrack, option, draw);
 }
 
 void KelGPXTrackRenderer::drawLine(QPainter *painter, const QPainterPath &path,

@@ -1,0 +1,413 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+// Long paths are painted in tiles, and not one pixel may tell. Random paths are painted both ways and compared bit for
+// bit. KEL_RANDOM_CASES sets another number of random cases, KEL_RANDOM_SEED another beginning.
+
+#include "../../libs/KelGeoLocation/render/KelTiledPathPainter.h"
+
+#include <QBrush>
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+#include <QtTest>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+namespace
+{
+
+constexpr int RANDOM_CASES = 10000;
+constexpr double PI = 3.141592653589793;
+
+int fromEnvironment(const char *name, int otherwise)
+{
+    bool ok = false;
+    const int value = qEnvironmentVariableIntValue(name, &ok);
+    return ok ? value : otherwise;
+}
+
+struct Scene
+{
+    QSize size;
+    QPainterPath path;
+    QPen pen;
+    QBrush brush;
+    QPointF offset;
+    bool antialiased;
+};
+
+QImage blank(const Scene &scene)
+{
+    QImage image(scene.size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(QColor(30, 60, 90, 120));
+    return image;
+}
+
+QPainter::RenderHints hints(const Scene &scene)
+{
+    return scene.antialiased ? QPainter::Antialiasing : QPainter::RenderHints();
+}
+
+template <typename Paint>
+QImage plainly(const Scene &scene, Paint paint)
+{
+    QImage image = blank(scene);
+    QPainter painter(&image);
+    painter.setRenderHints(hints(scene));
+    painter.translate(scene.offset);
+    paint(painter);
+    painter.end();
+    return image;
+}
+
+QImage plainStroke(const Scene &scene)
+{
+    return plainly(scene, [&scene](QPainter &painter) {
+        painter.setPen(scene.pen);
+        painter.drawPath(scene.path);
+    });
+}
+
+QImage plainFill(const Scene &scene)
+{
+    return plainly(scene, [&scene](QPainter &painter) { painter.fillPath(scene.path, scene.brush); });
+}
+
+class Random
+{
+public:
+    explicit Random(int seed)
+        : m_engine(static_cast<unsigned>(seed))
+    {
+    }
+
+    double real(double from, double to) { return std::uniform_real_distribution<double>(from, to)(m_engine); }
+    int integer(int from, int to) { return std::uniform_int_distribution<int>(from, to)(m_engine); }
+    bool oneIn(int count) { return integer(1, count) == 1; }
+
+    QColor color()
+    {
+        return QColor(integer(0, 255), integer(0, 255), integer(0, 255), oneIn(2) ? 255 : integer(0, 255));
+    }
+
+    /// Lines as tracks have them, and lines that are meant to be difficult.
+    void addLine(QPainterPath *path, const QSize &size, int points)
+    {
+        const double reach = real(0.2, oneIn(16) ? 12.0 : 1.2);
+        const auto anywhere = [&] {
+            return QPointF(size.width() * (0.5 + real(-reach, reach)), size.height() * (0.5 + real(-reach, reach)));
+        };
+        // Lines right across are the slowest of all.
+        const int kind = points > 400 || !oneIn(16) ? integer(0, 5) : 6;
+        const double step = real(0.5, 20.0);
+        const double grid = oneIn(3) ? 1.0 / integer(1, 4) : 0.0;
+        QPointF point = anywhere();
+        double direction = real(0, 2 * PI);
+        const auto placed = [grid](const QPointF &exact) {
+            return grid == 0.0 ? exact
+                               : QPointF(std::round(exact.x() / grid) * grid, std::round(exact.y() / grid) * grid);
+        };
+        path->moveTo(placed(point));
+        for (int i = 1; i < points; ++i) {
+            switch (kind) {
+            case 0: // a walk
+                direction += real(-1, 1);
+                point += QPointF(step * std::cos(direction), step * std::sin(direction));
+                break;
+            case 1: // there and back
+                point += QPointF(step * std::cos(direction), step * std::sin(direction)) * (oneIn(2) ? 1 : -1);
+                break;
+            case 2: // along the axes
+                point += oneIn(2) ? QPointF(step * integer(-2, 2), 0) : QPointF(0, step * integer(-2, 2));
+                break;
+            case 6: // right across
+                point = anywhere();
+                break;
+            case 3: // few long steps between many short ones
+                point = oneIn(40) ? anywhere() : point + QPointF(real(-step, step), real(-step, step));
+                break;
+            case 4: // a spiral
+                direction += 0.2;
+                point = QPointF(size.width() / 2.0, size.height() / 2.0)
+                    + QPointF(std::cos(direction), std::sin(direction)) * (direction * step * 0.2);
+                break;
+            default: // straight on, with a bend at times
+                if (oneIn(10))
+                    direction += real(-2, 2);
+                point += QPointF(step * std::cos(direction), step * std::sin(direction)) * 0.5;
+                break;
+            }
+            // Come back into sight.
+            if (kind != 6 && kind != 3 && oneIn(40) && !QRectF(QPointF(), size).contains(point))
+                point = anywhere();
+            path->lineTo(placed(point));
+        }
+        if (oneIn(3))
+            path->closeSubpath();
+    }
+
+    QPainterPath path(const QSize &size)
+    {
+        QPainterPath result;
+        const int subpaths = oneIn(2) ? 1 : integer(2, 6);
+        for (int i = 0; i < subpaths; ++i)
+            addLine(&result, size, integer(2, 250 / subpaths + 150));
+        if (oneIn(10))
+            addPairs(&result, size);
+        if (oneIn(4))
+            result.setFillRule(Qt::WindingFill);
+        return result;
+    }
+
+    /// Lines of two points each.
+    void addPairs(QPainterPath *path, const QSize &size)
+    {
+        for (int i = 0; i < 150; ++i)
+            addLine(path, size, 2);
+    }
+
+    Scene scene()
+    {
+        Scene result;
+        result.size = QSize(integer(1, 110), integer(1, 90));
+        result.path = path(result.size);
+        const double width = oneIn(10) ? real(10, 150) : oneIn(2) ? integer(1, 12) : real(0.2, 12);
+        result.pen = QPen(QBrush(color()), width, oneIn(20) ? Qt::DashLine : Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+        result.brush = QBrush(color());
+        if (oneIn(3))
+            result.offset = QPointF(real(-200, 200), oneIn(2) ? 0 : real(-200, 200));
+        result.antialiased = !oneIn(3);
+        return result;
+    }
+
+private:
+    std::mt19937 m_engine;
+};
+
+QString firstDifference(const QImage &actual, const QImage &expected)
+{
+    for (int y = 0; y < expected.height(); ++y) {
+        for (int x = 0; x < expected.width(); ++x) {
+            if (actual.pixel(x, y) != expected.pixel(x, y))
+                return QStringLiteral("pixel %1,%2 of %3x%4 is %5, not %6")
+                    .arg(x)
+                    .arg(y)
+                    .arg(expected.width())
+                    .arg(expected.height())
+                    .arg(actual.pixel(x, y), 8, 16)
+                    .arg(expected.pixel(x, y), 8, 16);
+        }
+    }
+    return QString();
+}
+
+QPainterPath zigzag(int points)
+{
+    QPainterPath path(QPointF(5, 5));
+    for (int i = 1; i < points; ++i)
+        path.lineTo(5 + i % 50, 5 + (i * 7) % 40);
+    return path;
+}
+
+QPen roundPen(double width)
+{
+    return QPen(QBrush(QColor(200, 0, 0, 100)), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+}
+
+bool isStrokedInTiles(const QPainterPath &path, const QPen &pen, const QPointF &offset = QPointF())
+{
+    QImage image(60, 50, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    const QImage before = image.copy();
+    const bool result = KelTiledPathPainter(&image, QPainter::Antialiasing).stroke(path, pen, offset);
+    if (!result && image != before)
+        qFatal("Painted, but did not say so");
+    return result;
+}
+
+} // namespace
+
+class tst_TiledPathPainter : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void randomPaths();
+    void randomPathsOnLargeImages();
+    void whatIsLeftToThePlainForm_data();
+    void whatIsLeftToThePlainForm();
+    void areasLeftToThePlainForm();
+    void seamOfAClosedLine_data();
+    void seamOfAClosedLine();
+
+private:
+    static void compare(const Scene &scene, int seed, int *strokes, int *fills);
+};
+
+void tst_TiledPathPainter::compare(const Scene &scene, int seed, int *strokes, int *fills)
+{
+    QImage stroked = blank(scene);
+    if (KelTiledPathPainter(&stroked, hints(scene)).stroke(scene.path, scene.pen, scene.offset)) {
+        ++*strokes;
+        const QImage expected = plainStroke(scene);
+        QVERIFY2(stroked == expected,
+                 qPrintable(QStringLiteral("Stroke, seed %1: ").arg(seed) + firstDifference(stroked, expected)));
+    }
+    QImage filled = blank(scene);
+    if (KelTiledPathPainter(&filled, hints(scene)).fill(scene.path, scene.brush, scene.offset)) {
+        ++*fills;
+        const QImage expected = plainFill(scene);
+        QVERIFY2(filled == expected,
+                 qPrintable(QStringLiteral("Fill, seed %1: ").arg(seed) + firstDifference(filled, expected)));
+    }
+}
+
+void tst_TiledPathPainter::randomPaths()
+{
+    const int first = fromEnvironment("KEL_RANDOM_SEED", 1);
+    const int cases = fromEnvironment("KEL_RANDOM_CASES", RANDOM_CASES);
+    int strokes = 0;
+    int fills = 0;
+    for (int seed = first; seed < first + cases; ++seed) {
+        compare(Random(seed).scene(), seed, &strokes, &fills);
+        if (QTest::currentTestFailed())
+            return;
+    }
+    // Otherwise there is nothing that was compared.
+    QVERIFY(strokes > cases / 2);
+    QVERIFY(fills > cases / 20);
+}
+
+void tst_TiledPathPainter::randomPathsOnLargeImages()
+{
+    int strokes = 0;
+    int fills = 0;
+    for (int seed = 1; seed <= 3; ++seed) {
+        Random random(1000000 + seed);
+        Scene scene = random.scene();
+        scene.size = QSize(random.integer(200, 600), random.integer(200, 500));
+        for (int i = 0; i < 3; ++i)
+            random.addLine(&scene.path, scene.size, 1000);
+        scene.pen.setStyle(Qt::SolidLine);
+        scene.pen.setWidthF(random.real(1.1, 30));
+        compare(scene, seed, &strokes, &fills);
+        if (QTest::currentTestFailed())
+            return;
+    }
+    QCOMPARE(strokes, 3);
+}
+
+void tst_TiledPathPainter::whatIsLeftToThePlainForm_data()
+{
+    QTest::addColumn<QPainterPath>("path");
+    QTest::addColumn<QPen>("pen");
+    QTest::addColumn<QPointF>("offset");
+    QTest::addColumn<bool>("tiled");
+
+    QTest::newRow("long line") << zigzag(400) << roundPen(4) << QPointF() << true;
+    QTest::newRow("short line") << zigzag(50) << roundPen(4) << QPointF() << false;
+    QTest::newRow("thin pen") << zigzag(400) << roundPen(1) << QPointF() << false;
+    QPen pen = roundPen(4);
+    pen.setStyle(Qt::DotLine);
+    QTest::newRow("dotted pen") << zigzag(400) << pen << QPointF() << false;
+    pen = roundPen(4);
+    pen.setJoinStyle(Qt::MiterJoin);
+    QTest::newRow("mitred pen") << zigzag(400) << pen << QPointF() << false;
+    pen = roundPen(4);
+    pen.setCapStyle(Qt::FlatCap);
+    QTest::newRow("flat pen") << zigzag(400) << pen << QPointF() << false;
+    pen = roundPen(4);
+    pen.setCosmetic(true);
+    QTest::newRow("cosmetic pen") << zigzag(400) << pen << QPointF() << false;
+    pen = roundPen(4);
+    pen.setBrush(QBrush(Qt::red, Qt::Dense4Pattern));
+    QTest::newRow("patterned pen") << zigzag(400) << pen << QPointF() << false;
+    QTest::newRow("moved beyond what rasterizers bear") << zigzag(400) << roundPen(4) << QPointF(5e6, 0) << false;
+    QPainterPath path = zigzag(400);
+    path.lineTo(0, -5e6);
+    QTest::newRow("line beyond what rasterizers bear") << path << roundPen(4) << QPointF() << false;
+    path = zigzag(400);
+    path.cubicTo(1, 2, 3, 4, 5, 6);
+    QTest::newRow("curve") << path << roundPen(4) << QPointF() << false;
+    path = zigzag(400);
+    path.lineTo(5, 5 + 1e-13);
+    QTest::newRow("nearly closed") << path << roundPen(4) << QPointF() << false;
+    path.lineTo(5, 5);
+    path = zigzag(400);
+    path.lineTo(5, 5);
+    QTest::newRow("closed") << path << roundPen(4) << QPointF() << true;
+    path = QPainterPath();
+    for (int i = 0; i < 200; ++i) {
+        path.moveTo(i % 50, i % 40);
+        path.lineTo(i % 50 + 3, i % 40 + 5);
+    }
+    QTest::newRow("nothing but single lines") << path << roundPen(4) << QPointF() << false;
+}
+
+void tst_TiledPathPainter::whatIsLeftToThePlainForm()
+{
+    QFETCH(QPainterPath, path);
+    QFETCH(QPen, pen);
+    QFETCH(QPointF, offset);
+    QFETCH(bool, tiled);
+    QCOMPARE(isStrokedInTiles(path, pen, offset), tiled);
+}
+
+void tst_TiledPathPainter::areasLeftToThePlainForm()
+{
+    QImage image(60, 50, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    const QImage before = image.copy();
+    KelTiledPathPainter painter(&image, QPainter::Antialiasing);
+    QVERIFY(!painter.fill(zigzag(50), QBrush(Qt::red), QPointF()));
+    QVERIFY(!painter.fill(zigzag(400), QBrush(Qt::red, Qt::Dense4Pattern), QPointF()));
+    QVERIFY(!painter.fill(zigzag(400), QBrush(), QPointF()));
+    QVERIFY(!painter.fill(zigzag(400), QBrush(Qt::red), QPointF(0, 5e6)));
+    // All of it is seen.
+    QVERIFY(!painter.fill(zigzag(400), QBrush(Qt::red), QPointF()));
+    QCOMPARE(image, before);
+    QVERIFY(painter.fill(zigzag(400), QBrush(Qt::red), QPointF(-45, 0)));
+    QVERIFY(image != before);
+}
+
+void tst_TiledPathPainter::seamOfAClosedLine_data()
+{
+    QTest::addColumn<double>("start");
+    for (int i = 0; i < 24; ++i)
+        QTest::addRow("beginning at %d degrees", i * 15) << i * 15.0;
+}
+
+// A ring of which each tile sees but a part; a join where it closes looks unlike two caps in a translucent colour only
+// when painted twice, and unlike flat ends always.
+void tst_TiledPathPainter::seamOfAClosedLine()
+{
+    QFETCH(double, start);
+    for (const int points : {300, 1000, 4000}) {
+        QPainterPath path;
+        for (int i = 0; i < points; ++i) {
+            const double angle = start * PI / 180 + 2 * PI * i / points;
+            const double radius = 150 + (i % 2 == 0 ? 0.0 : 2.5);
+            const QPointF point(200 + radius * std::cos(angle), 190 + radius * std::sin(angle));
+            i == 0 ? path.moveTo(point) : path.lineTo(point);
+        }
+        path.closeSubpath();
+        for (const double width : {1.5, 6.0, 25.0}) {
+            for (const bool antialiased : {true, false}) {
+                const Scene scene{QSize(400, 380), path, roundPen(width), QBrush(Qt::green), QPointF(), antialiased};
+                int strokes = 0;
+                int fills = 0;
+                compare(scene, points, &strokes, &fills);
+                if (QTest::currentTestFailed())
+                    return;
+                QCOMPARE(strokes, 1);
+            }
+        }
+    }
+}
+
+QTEST_MAIN(tst_TiledPathPainter)
+#include "tst_TiledPathPainter.moc"
