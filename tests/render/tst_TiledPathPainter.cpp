@@ -20,7 +20,11 @@
 namespace
 {
 
+#ifdef __SANITIZE_ADDRESS__
+constexpr int RANDOM_CASES = 2000;
+#else
 constexpr int RANDOM_CASES = 10000;
+#endif
 constexpr double PI = 3.141592653589793;
 
 int fromEnvironment(const char *name, int otherwise)
