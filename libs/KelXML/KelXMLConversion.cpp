@@ -4,6 +4,7 @@
 #include "KelXMLConversion.h"
 
 #include <QDate>
+#include <QString>
 #include <QTime>
 
 #include <array>
@@ -19,18 +20,18 @@ constexpr std::array<double, 19> powersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e
 constexpr quint64 firstInexactWholeNumber = quint64(1) << 53;
 constexpr int maximumDigits = 18; // fit into 64 bits
 
-constexpr bool isDigit(char16_t character)
+template<typename Character>
+constexpr bool isDigit(Character character)
 {
-    return character >= u'0' && character <= u'9';
+    return character >= '0' && character <= '9';
 }
 
 /// An optional sign, digits, and at most one point among them; nothing for any other form.
-std::optional<double> plainDecimal(QStringView text)
+template<typename Character>
+std::optional<double> plainDecimal(const Character *at, const Character *const end)
 {
-    const char16_t *at = text.utf16();
-    const char16_t *const end = at + text.size();
-    const bool negative = at != end && *at == u'-';
-    if (at != end && (*at == u'-' || *at == u'+'))
+    const bool negative = at != end && *at == '-';
+    if (at != end && (*at == '-' || *at == '+'))
         ++at;
 
     quint64 mantissa = 0;
@@ -41,9 +42,9 @@ std::optional<double> plainDecimal(QStringView text)
         if (isDigit(*at)) {
             if (++digits > maximumDigits)
                 return std::nullopt;
-            mantissa = mantissa * 10 + (*at - u'0');
+            mantissa = mantissa * 10 + quint64(*at - '0');
             decimals += pointSeen ? 1 : 0;
-        } else if (*at == u'.' && !pointSeen) {
+        } else if (*at == '.' && !pointSeen) {
             pointSeen = true;
         } else {
             return std::nullopt;
@@ -56,51 +57,68 @@ std::optional<double> plainDecimal(QStringView text)
 }
 
 /// The number in a run of digits, -1 if there is anything else.
-int digitsAt(QStringView text, qsizetype from, qsizetype count)
+template<typename Character>
+int digitsAt(const Character *at, int count)
 {
     int number = 0;
-    for (const QChar character : text.sliced(from, count)) {
-        if (!isDigit(character.unicode()))
+    for (const Character *const end = at + count; at != end; ++at) {
+        if (!isDigit(*at))
             return -1;
-        number = number * 10 + (character.unicode() - u'0');
+        number = number * 10 + (*at - '0');
     }
     return number;
 }
 
 /// "2023-11-14T22:13:20Z" or "2023-11-14T22:13:20.123Z"; an invalid value for any other form.
-QDateTime plainDateTime(QStringView text)
+template<typename Character>
+QDateTime plainDateTime(const Character *text, qsizetype size)
 {
-    const bool withMilliseconds = text.size() == 24;
-    if ((text.size() != 20 && !withMilliseconds) || text[4] != u'-' || text[7] != u'-' || text[10] != u'T'
-        || text[13] != u':' || text[16] != u':' || text.back() != u'Z' || (withMilliseconds && text[19] != u'.')) {
+    const bool withMilliseconds = size == 24;
+    if ((size != 20 && !withMilliseconds) || text[4] != '-' || text[7] != '-' || text[10] != 'T' || text[13] != ':'
+        || text[16] != ':' || text[size - 1] != 'Z' || (withMilliseconds && text[19] != '.')) {
         return QDateTime();
     }
-    const int year = digitsAt(text, 0, 4);
-    const int month = digitsAt(text, 5, 2);
-    const int day = digitsAt(text, 8, 2);
-    const int hour = digitsAt(text, 11, 2);
-    const int minute = digitsAt(text, 14, 2);
-    const int second = digitsAt(text, 17, 2);
-    const int millisecond = withMilliseconds ? digitsAt(text, 20, 3) : 0;
+    const int year = digitsAt(text, 4);
+    const int month = digitsAt(text + 5, 2);
+    const int day = digitsAt(text + 8, 2);
+    const int hour = digitsAt(text + 11, 2);
+    const int minute = digitsAt(text + 14, 2);
+    const int second = digitsAt(text + 17, 2);
+    const int millisecond = withMilliseconds ? digitsAt(text + 20, 3) : 0;
     if (year < 1 || !QDate::isValid(year, month, day) || !QTime::isValid(hour, minute, second, millisecond))
         return QDateTime();
     return QDateTime(QDate(year, month, day), QTime(hour, minute, second, millisecond), Qt::UTC);
+}
+
+double found(double value, bool *ok)
+{
+    if (ok != nullptr)
+        *ok = true;
+    return value;
 }
 
 } // namespace
 
 double KelXMLConversion::toDouble(QStringView text, bool *ok)
 {
-    const std::optional<double> value = plainDecimal(text);
-    if (!value)
-        return text.toDouble(ok);
-    if (ok != nullptr)
-        *ok = true;
-    return *value;
+    const std::optional<double> value = plainDecimal(text.utf16(), text.utf16() + text.size());
+    return value ? found(*value, ok) : text.toDouble(ok);
+}
+
+double KelXMLConversion::toDouble(QLatin1String text, bool *ok)
+{
+    const std::optional<double> value = plainDecimal(text.begin(), text.end());
+    return value ? found(*value, ok) : QString(text).toDouble(ok);
 }
 
 QDateTime KelXMLConversion::toDateTime(QStringView text)
 {
-    const QDateTime value = plainDateTime(text);
+    const QDateTime value = plainDateTime(text.utf16(), text.size());
     return value.isValid() ? value : QDateTime::fromString(text, Qt::ISODate);
+}
+
+QDateTime KelXMLConversion::toDateTime(QLatin1String text)
+{
+    const QDateTime value = plainDateTime(text.data(), text.size());
+    return value.isValid() ? value : QDateTime::fromString(QString(text), Qt::ISODate);
 }

@@ -7,6 +7,7 @@
 #include <KelXMLGlobal.h>
 
 #include <QDateTime>
+#include <QLatin1String>
 #include <QStringView>
 
 /// Texts of XML files to values, a million times over.
@@ -22,9 +23,11 @@ public:
     /// QString::toDouble(): blanks around the number are allowed; unreadable text gives 0, a number too great for a
     /// double infinity, both with `*ok` false.
     [[nodiscard]] static double toDouble(QStringView text, bool *ok = nullptr);
+    [[nodiscard]] static double toDouble(QLatin1String text, bool *ok = nullptr);
 
     /// QDateTime::fromString(text, Qt::ISODate): unreadable text gives an invalid value.
     [[nodiscard]] static QDateTime toDateTime(QStringView text);
+    [[nodiscard]] static QDateTime toDateTime(QLatin1String text);
 };
 
 #endif

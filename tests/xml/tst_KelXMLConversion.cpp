@@ -36,17 +36,26 @@ void compareDouble(const QString &text)
     const double actual = KelXMLConversion::toDouble(text, &ok);
     QVERIFY2(ok == expectedOk, qPrintable(text));
     QVERIFY2(std::bit_cast<quint64>(actual) == std::bit_cast<quint64>(expected), qPrintable(text));
+    if (const QByteArray bytes = text.toLatin1(); QString::fromLatin1(bytes) == text) {
+        const double fromBytes = KelXMLConversion::toDouble(QLatin1String(bytes), &ok);
+        QVERIFY2(ok == expectedOk, qPrintable(text));
+        QVERIFY2(std::bit_cast<quint64>(fromBytes) == std::bit_cast<quint64>(expected), qPrintable(text));
+    }
 }
 
 void compareDateTime(const QString &text)
 {
     const QDateTime expected = QDateTime::fromString(text, Qt::ISODate);
-    const QDateTime actual = KelXMLConversion::toDateTime(text);
-    QVERIFY2(actual.isValid() == expected.isValid(), qPrintable(text));
-    QVERIFY2(actual == expected, qPrintable(text));
-    QVERIFY2(actual.timeSpec() == expected.timeSpec(), qPrintable(text));
-    QVERIFY2(actual.offsetFromUtc() == expected.offsetFromUtc(), qPrintable(text));
-    QVERIFY2(actual.toString(Qt::ISODateWithMs) == expected.toString(Qt::ISODateWithMs), qPrintable(text));
+    const QByteArray bytes = text.toLatin1();
+    QCOMPARE(QString::fromLatin1(bytes), text);
+    for (const QDateTime &actual : {KelXMLConversion::toDateTime(text),
+                                    KelXMLConversion::toDateTime(QLatin1String(bytes))}) {
+        QVERIFY2(actual.isValid() == expected.isValid(), qPrintable(text));
+        QVERIFY2(actual == expected, qPrintable(text));
+        QVERIFY2(actual.timeSpec() == expected.timeSpec(), qPrintable(text));
+        QVERIFY2(actual.offsetFromUtc() == expected.offsetFromUtc(), qPrintable(text));
+        QVERIFY2(actual.toString(Qt::ISODateWithMs) == expected.toString(Qt::ISODateWithMs), qPrintable(text));
+    }
 }
 
 QString randomText(std::mt19937 &random, const QString &alphabet, int maximumLength)
