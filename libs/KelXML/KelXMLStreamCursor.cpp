@@ -23,6 +23,9 @@ struct KelXMLStreamCursor::Document
     /// The next token; depth counts the elements that are open after it.
     QXmlStreamReader::TokenType next()
     {
+        // Behind a premature end the reader would try once more, and the error would move elsewhere.
+        if (isOver())
+            return QXmlStreamReader::Invalid;
         const QXmlStreamReader::TokenType token = reader.readNext();
         ++tokens;
         if (token == QXmlStreamReader::StartElement)

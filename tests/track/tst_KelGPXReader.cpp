@@ -1,11 +1,15 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
+#include <KelErrorHistory.h>
 #include <KelGPXTrack.h>
 #include <KelGPXTrackFile.h>
 #include <KelXMLLoader.h>
 #include <KelXMLParser.h>
+#include <KelXMLPlainCursor.h>
+#include <KelXMLStreamCursor.h>
 
+#include <QBuffer>
 #include <QDir>
 #include <QDomDocument>
 #include <QDomElement>
@@ -18,8 +22,11 @@
 
 #include <random>
 
-/// One set of reading rules, three ways to go through it: a file as a stream, a tree through a cursor, and, as the
-/// yardstick, the rules written down once more in their plain form over the tree. All three must agree in every bit.
+/// One set of reading rules, several ways to go through it: a file byte by byte where its form is plain, a file as a
+/// stream, a tree through a cursor, and, as the yardstick, the rules written down once more over the tree. All must
+/// agree in every bit.
+///
+/// KEL_TEST_ROUNDS=100 makes the tests over plain documents a hundred times as long.
 class tst_KelGPXReader : public QObject
 {
     Q_OBJECT
@@ -29,6 +36,12 @@ private Q_SLOTS:
     void sameByStreamAndTree();
     void sameOverGeneratedDocuments();
     void sameOverDamagedDocuments();
+    void sameOverPlainDocuments();
+    void sameOverDamagedPlainDocuments();
+    void sameErrorsInDoubt_data();
+    void sameErrorsInDoubt();
+    void sameIncludesInDoubt_data();
+    void sameIncludesInDoubt();
     void nothingOfAFileThatBreaksOff();
     void nothingOfAFileWithAnErrorAnywhere();
     void enclavesDeeperThanTheLimitAreSkipped();
@@ -287,6 +300,72 @@ QByteArray document(std::mt19937 &random)
     return xml + "</gpx>";
 }
 
+/// The same in the form that is read byte by byte, as devices indent it.
+QByteArray plainDocument(std::mt19937 &random)
+{
+    QByteArray xml = document(random);
+    xml.remove(0, xml.indexOf("<gpx>"));
+    xml.replace("&e;", "x&#x79;").replace("<![CDATA[ ]]>", " \n").replace("<![CDATA[<x>]]>", "&lt;x&gt;");
+    xml.replace("<?p i?>", "");
+    if (random() % 2)
+        xml.replace("><trk", random() % 2 ? ">\n  <trk" : ">\r\n\t<trk");
+    if (random() % 2)
+        xml.replace("\"", "'");
+    static const QByteArray prologs[] = {"", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n", "\xef\xbb\xbf",
+                                         "<?xml version='1.0' encoding='utf-8' standalone='no' ?><!-- c -->"};
+    return pick(random, prologs) + xml + (random() % 2 ? "\n" : "");
+}
+
+void damage(QByteArray &xml, std::mt19937 &random)
+{
+    static const char telling[] = "<>/='\"&;#]-!? \n\r\tax:.1\0\x80\xc3\xe2\xf0\xff";
+    const int at = int(random() % uint(xml.size()));
+    switch (random() % 6) {
+    case 0:
+        xml.truncate(at);
+        break;
+    case 1:
+        xml.remove(at, int(1 + random() % 3));
+        break;
+    case 2:
+        xml[at] = char(random() % 256);
+        break;
+    case 3:
+        xml[at] = char(xml.at(at) ^ char(1 << random() % 8));
+        break;
+    case 4:
+        xml.insert(at, telling[random() % (sizeof(telling) - 1)]);
+        break;
+    default:
+        xml.insert(at, xml.mid(int(random() % uint(xml.size())), int(random() % 20)));
+    }
+}
+
+int rounds(int count)
+{
+    return count * qMax(1, qEnvironmentVariableIntValue("KEL_TEST_ROUNDS"));
+}
+
+bool isPlain(const QByteArray &xml)
+{
+    QBuffer buffer;
+    buffer.setData(xml);
+    buffer.open(QIODevice::ReadOnly);
+    return KelXMLPlainCursor(&buffer).finish();
+}
+
+/// What the stream has to say about a text.
+QString errorOf(const QByteArray &xml)
+{
+    QBuffer buffer;
+    buffer.setData(xml);
+    buffer.open(QIODevice::ReadOnly);
+    KelXMLStreamCursor cursor(&buffer);
+    if (cursor.finish())
+        return QString();
+    return QStringLiteral("%1:%2: %3").arg(cursor.errorLine()).arg(cursor.errorColumn()).arg(cursor.errorString());
+}
+
 } // namespace
 
 namespace
@@ -297,6 +376,7 @@ struct Outcome
     QStringList byStream;
     QStringList byTree;
     QStringList plain;
+    QString error; // of the file
     bool wellFormed = false;
 };
 
@@ -309,8 +389,11 @@ Outcome readAll(const QTemporaryDir &dir, const QByteArray &xml)
     file.close();
 
     Outcome outcome;
-    const KelGPXTrackFile streamed(info);
+    KelErrorHistory errors;
+    const KelGPXTrackFile streamed(info, &errors);
     outcome.byStream = describe(streamed.tracks());
+    for (const KelErrorHistory::Entry &entry : errors.entries())
+        outcome.error += QStringLiteral("%1:%2: %3").arg(entry.line).arg(entry.column).arg(entry.message);
 
     const QDomElement root = KelXMLLoader::loadDocumentElement(info);
     outcome.wellFormed = !root.isNull();
@@ -426,6 +509,104 @@ void tst_KelGPXReader::sameOverDamagedDocuments()
         malformed += outcome.wellFormed ? 0 : 1;
     }
     QVERIFY2(malformed > 300, qPrintable(QString::number(malformed)));
+}
+
+void tst_KelGPXReader::sameOverPlainDocuments()
+{
+    std::mt19937 random(8);
+    const int count = rounds(3000);
+    int tracks = 0;
+    for (int i = 0; i < count; ++i) {
+        const QByteArray xml = plainDocument(random);
+        QVERIFY2(isPlain(xml), xml.constData());
+        const Outcome outcome = readAll(m_dir, xml);
+        QVERIFY2(outcome.wellFormed && outcome.error.isEmpty(), xml.constData());
+        QVERIFY2(outcome.byStream == outcome.plain, xml.constData());
+        tracks += int(outcome.plain.size());
+    }
+    QVERIFY2(tracks > count / 2, qPrintable(QString::number(tracks)));
+}
+
+void tst_KelGPXReader::sameOverDamagedPlainDocuments()
+{
+    std::mt19937 random(9);
+    const int count = rounds(5000);
+    int plain = 0;
+    int malformed = 0;
+    for (int i = 0; i < count; ++i) {
+        QByteArray xml = plainDocument(random);
+        damage(xml, random);
+        const Outcome outcome = readAll(m_dir, xml);
+        QVERIFY2(outcome.byStream == outcome.plain, xml.constData());
+        QVERIFY2(outcome.error == errorOf(xml), xml.toPercentEncoding(" <>/='\"").constData());
+        QVERIFY2(outcome.error.isEmpty() == outcome.wellFormed, xml.constData());
+        plain += isPlain(xml) ? 1 : 0;
+        malformed += outcome.wellFormed ? 0 : 1;
+    }
+    QVERIFY2(plain > count / 20, qPrintable(QString::number(plain)));
+    QVERIFY2(malformed > count / 5, qPrintable(QString::number(malformed)));
+}
+
+void tst_KelGPXReader::sameErrorsInDoubt_data()
+{
+    QTest::addColumn<QByteArray>("odd"); // between a track and a route
+    QTest::addColumn<QString>("error");
+
+    QTest::newRow("nothing odd") << QByteArray() << QString();
+    QTest::newRow("CDATA") << QByteArray("<x><![CDATA[<]]></x>") << QString();
+    QTest::newRow("processing instruction") << QByteArray("<?p i?>") << QString();
+    QTest::newRow("end tag too many") << QByteArray("</x>") << "3:4: Opening and ending tag mismatch.";
+    QTest::newRow("unknown entity") << QByteArray("<x>&e;</x>") << "3:6: Entity 'e' not declared.";
+    QTest::newRow("the same attribute twice") << QByteArray("<x a='1' a='2'/>") << "3:16: Attribute 'a' redefined.";
+    // Looking for more behind the end must not move the place.
+    QTest::newRow("broken off in a comment") << QByteArray("<x><!-- c -\r>") << "3:84: Premature end of document.";
+}
+
+void tst_KelGPXReader::sameErrorsInDoubt()
+{
+    QFETCH(QByteArray, odd);
+    QFETCH(QString, error);
+    const QByteArray points = "<trkseg><trkpt lat='53.1' lon='8.2'><ele>3.5</ele></trkpt></trkseg>";
+    const QByteArray xml = "<gpx>\n<trk>" + points + "</trk>\n" + odd + "\n<rte>" + points + "</rte></gpx>";
+    QCOMPARE(isPlain(xml), odd.isEmpty());
+    const Outcome outcome = readAll(m_dir, xml);
+    QCOMPARE(outcome.error, error);
+    QDomDocument document;
+    QString message;
+    int line = 0;
+    int column = 0;
+    if (!document.setContent(xml, false, &message, &line, &column))
+        QCOMPARE(outcome.error, QStringLiteral("%1:%2: %3").arg(line).arg(column).arg(message));
+    QCOMPARE(outcome.byStream, outcome.plain);
+    QCOMPARE(outcome.byStream.size(), error.isEmpty() ? 2 : 0);
+}
+
+void tst_KelGPXReader::sameIncludesInDoubt_data()
+{
+    QTest::addColumn<QByteArray>("odd"); // behind the included track
+    QTest::addColumn<int>("segments");
+
+    QTest::newRow("nothing odd") << QByteArray() << 2;
+    QTest::newRow("CDATA") << QByteArray("<x><![CDATA[<]]></x>") << 2; // merged once, although read twice
+    QTest::newRow("malformed") << QByteArray("</x>") << 1;
+}
+
+void tst_KelGPXReader::sameIncludesInDoubt()
+{
+    QFETCH(QByteArray, odd);
+    QFETCH(int, segments);
+    const QTemporaryDir dir;
+    QFile file(dir.filePath("a.gpx"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<gpx><trk><name>included</name><trkseg><trkpt lat='1' lon='2'/></trkseg></trk>" + odd + "</gpx>");
+    file.close();
+    QDomDocument document;
+    QVERIFY(KelXMLLoader::setContent(document, QByteArray("<trk><trkseg><trkpt lat='3' lon='4'/></trkseg>"
+                                                          "<include>a.gpx</include></trk>")));
+    const KelGPXTrack track(document.documentElement(), QDir(dir.path()));
+    QCOMPARE(track.segments().size(), segments);
+    QCOMPARE(track.segments().first().toKml(), "4.,3.");
+    QCOMPARE(track.name(), segments == 2 ? "included" : "");
 }
 
 void tst_KelGPXReader::nothingOfAFileThatBreaksOff()

@@ -9,6 +9,7 @@
 #include <KelGPXTrackFileRegistryKey.h>
 #include <KelGPXTrackImpl.h>
 #include <KelGPXTrackPointImpl.h>
+#include <KelXMLPlainCursor.h>
 #include <KelXMLStreamCursor.h>
 
 #include <QDateTime>
@@ -253,15 +254,30 @@ void KelGPXReader::mergeIncludedFile(const QFileInfo &file, int depth, KelGPXTra
     QFile source(file.filePath());
     if (!file.isFile() || !source.open(QIODevice::ReadOnly))
         return;
+    // Into a copy, since nothing counts of a file that turns out to be malformed further down.
+    KelGPXTrack merged = track;
+    if (!source.isSequential()) {
+        KelXMLPlainCursor plain(&source);
+        mergeFirstTrack(plain, depth, merged);
+        if (plain.finish()) {
+            track = merged;
+            return;
+        }
+        source.seek(0);
+        merged = track;
+    }
     KelXMLStreamCursor root(&source);
+    mergeFirstTrack(root, depth, merged);
+    if (root.finish() && source.error() == QFileDevice::NoError)
+        track = merged;
+}
+
+void KelGPXReader::mergeFirstTrack(KelXMLCursor &root, int depth, KelGPXTrack &track)
+{
     while (root.nextChild()) {
         if (root.child().name() != KelGPXNames::Track)
             continue;
-        // Into a copy, since nothing counts of a file that turns out to be malformed further down.
-        KelGPXTrack merged = track;
-        mergeTrack(root.child(), nullptr, depth, merged); // without directory: inclusion is one level deep
-        if (root.finish() && source.error() == QFileDevice::NoError)
-            track = merged;
+        mergeTrack(root.child(), nullptr, depth, track); // without directory: inclusion is one level deep
         return;
     }
 }

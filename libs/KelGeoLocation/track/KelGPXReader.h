@@ -15,7 +15,7 @@ class QDir;
 class QFileInfo;
 class QString;
 
-/// All rules by which GPX is read, written once for trees and streams.
+/// All rules by which GPX is read, written once for trees, streams and the plain form.
 ///
 /// Reading never fails: unknown elements are skipped, what is missing takes its default. Of several children of a
 /// point with the same name the first counts, of several in a track the last.
@@ -47,6 +47,7 @@ private:
                                       QString description);
     static void mergeTrack(KelXMLCursor &element, const QDir *directory, int depth, KelGPXTrack &track);
     static void mergeIncludedFile(const QFileInfo &file, int depth, KelGPXTrack &track);
+    static void mergeFirstTrack(KelXMLCursor &root, int depth, KelGPXTrack &track);
     static void mergeEnclaves(KelXMLCursor &enclaves, int depth, KelGPXTrack &track);
 };
 

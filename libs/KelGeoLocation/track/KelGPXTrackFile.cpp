@@ -5,6 +5,7 @@
 
 #include "KelGPXReader.h"
 #include <KelErrorHistory.h>
+#include <KelXMLPlainCursor.h>
 #include <KelXMLStreamCursor.h>
 
 #include <QCoreApplication>
@@ -25,6 +26,17 @@ void addError(KelErrorHistory *errors, const QFileInfo &file, qint64 line, qint6
     errors->add({file.filePath(), line, column, message});
 }
 
+/// The fast way. False, and nothing read, for whatever is not beyond doubt; the device stands anywhere then.
+bool readPlain(QIODevice &source, const QFileInfo &file, QList<KelGPXTrack> &tracks)
+{
+    KelXMLPlainCursor root(&source);
+    QList<KelGPXTrack> read = KelGPXReader::readFile(root, file);
+    if (!root.finish())
+        return false;
+    tracks = std::move(read);
+    return true;
+}
+
 } // namespace
 
 KelGPXTrackFile::KelGPXTrackFile(const QFileInfo &file, KelErrorHistory *errors)
@@ -37,6 +49,12 @@ KelGPXTrackFile::KelGPXTrackFile(const QFileInfo &file, KelErrorHistory *errors)
     if (!source.open(QIODevice::ReadOnly)) {
         addError(errors, file, -1, -1, source.errorString());
         return;
+    }
+    // What cannot be read twice is left to the stream, which knows all forms and what is wrong with them.
+    if (!source.isSequential()) {
+        if (readPlain(source, file, m_tracks))
+            return;
+        source.seek(0);
     }
     KelXMLStreamCursor root(&source);
     QList<KelGPXTrack> tracks = KelGPXReader::readFile(root, file);
