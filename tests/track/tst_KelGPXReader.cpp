@@ -384,6 +384,7 @@ Outcome readAll(const QTemporaryDir &dir, const QByteArray &xml)
 {
     const QFileInfo info(dir.filePath(QStringLiteral("walk.gpx")));
     QFile file(info.filePath());
+    file.remove(); // some file systems wait for the disk when a file is written over
     if (!file.open(QIODevice::WriteOnly) || file.write(xml) != xml.size())
         qFatal("cannot write %s", qPrintable(info.filePath()));
     file.close();
