@@ -4,12 +4,18 @@
 #
 # From a fresh clone to a map picture: installs what is missing, builds the release, draws every example track.
 # Usage: scripts/demo.sh [further options of kel-render]
+#        scripts/demo.sh --viewer [further options of kel-viewer]   (opens the tracks in a window instead)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-dependencies.sh build
 cmake --preset release -DKEL_BUILD_TESTS=OFF
 cmake --build --preset release
+
+if [ "${1:-}" = --viewer ]; then
+    shift
+    exec build/release/bin/kel-viewer examples/tracks "$@"
+fi
 
 mkdir -p out
 picture="$PWD/out/demo.png"

@@ -114,6 +114,9 @@ KelStyleEditor::KelStyleEditor(QWidget *parent)
 
     createForm();
     connectFields();
+    m_showing = true;
+    show(m_shown);
+    m_showing = false;
     setTracks({});
 }
 

@@ -33,11 +33,13 @@ void paintBackground(QPainter *painter, const QStyleOptionViewItem &option)
     }
 }
 
-void paintStrip(QPainter *painter, const QRect &row, const KelGPXConfiguredTrack &track)
+void paintStrip(QPainter *painter, const QStyleOptionViewItem &option, const KelGPXConfiguredTrack &track)
 {
+    const QRect &row = option.rect;
     const bool stroked = track.hasDrawOption(KelGPXTrackDisplayOptions(DisplayStroke));
     const QRect strip(row.left() + STRIP_MARGIN, row.top() + STRIP_MARGIN, STRIP_WIDTH, row.height() - 2 * STRIP_MARGIN);
-    painter->setPen(Qt::NoPen);
+    // An edge, for colours that the background has as well.
+    painter->setPen(option.palette.color(QPalette::Mid));
     painter->setBrush(stroked ? track.lineColor() : track.fillColor());
     painter->drawRoundedRect(strip, STRIP_WIDTH / 2.0, STRIP_WIDTH / 2.0);
 }
@@ -50,7 +52,7 @@ void KelTrackRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     painter->setRenderHint(QPainter::Antialiasing);
     paintBackground(painter, option);
     if (const auto *model = qobject_cast<const KelGPXTrackListModel *>(index.model()))
-        paintStrip(painter, option.rect, model->trackAt(index));
+        paintStrip(painter, option, model->trackAt(index));
     painter->restore();
     KelGPXTrackMultiFunctionDelegate::paint(painter, option, index);
 }

@@ -7,6 +7,32 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLoggingCategory>
+#include <QPalette>
+
+namespace
+{
+
+/// For desktops that tell programs nothing of their colours.
+QPalette darkPalette()
+{
+    const QColor window(0x2b, 0x2d, 0x30);
+    const QColor text(0xe6, 0xe6, 0xe6);
+    const QColor disabled(0x8a, 0x8d, 0x91);
+    QPalette palette(QColor(0x3c, 0x3f, 0x43), window);
+    palette.setColor(QPalette::Base, QColor(0x1f, 0x21, 0x23));
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::ToolTipBase, window);
+    palette.setColor(QPalette::Highlight, QColor(0x3d, 0x7e, 0xbf));
+    palette.setColor(QPalette::Link, QColor(0x6c, 0xb2, 0xf0));
+    palette.setColor(QPalette::PlaceholderText, disabled);
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, text);
+        palette.setColor(QPalette::Disabled, role, disabled);
+    }
+    return palette;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -24,11 +50,14 @@ int main(int argc, char *argv[])
     const QCommandLineOption language(QStringLiteral("lang"), QStringLiteral("Language of the user interface: de or en."),
                                       QStringLiteral("language"));
     const QCommandLineOption fresh(QStringLiteral("new"), QStringLiteral("Start empty instead of continuing the last session."));
-    parser.addOptions({language, fresh});
+    const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("A dark window and a dark map."));
+    parser.addOptions({language, fresh, dark});
     parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("Track files (GPX, KML, KMZ), folders or a saved selection."),
                                  QStringLiteral("[files...]"));
     parser.process(application);
     KelViewerLanguage::use(parser.value(language));
+    if (parser.isSet(dark))
+        QApplication::setPalette(darkPalette());
 
     KelViewerWindow window;
     const QStringList files = parser.positionalArguments();

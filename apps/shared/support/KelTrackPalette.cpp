@@ -3,6 +3,7 @@
 
 #include "KelTrackPalette.h"
 
+#include <KelDistance.h>
 #include <KelGPXTrackConfiguration.h>
 #include <KelGPXTrackSelection.h>
 
@@ -20,6 +21,7 @@ constexpr QRgb COLORS[] = {0xffe8590c, 0xff1864ab, 0xffc2255c, 0xff2b8a3e, 0xff6
 constexpr double GOLDEN_TURN = 0.61803398875;
 constexpr int LIGHTER_ON_DARK = 145;
 constexpr int FILL_ALPHA = 80;
+constexpr double UNCHOSEN_WIDTH = 5.0; // the library's standard is made for print
 
 /// Whether somebody chose this look, the shape aside, which follows from the points.
 bool looksLike(const KelGPXTrackConfiguration &configuration, KelGPXTrackConfiguration standard)
@@ -85,9 +87,14 @@ void KelTrackPalette::distinguish(KelGPXTrackSelection &selection, int firstRow)
         used.insert(selection.configuration(row).lineColor().rgb());
     int next = 0;
     for (int row = firstRow; row < selection.count(); ++row) {
-        const KelGPXTrackConfiguration configuration = selection.configuration(row);
+        KelGPXTrackConfiguration configuration = selection.configuration(row);
+        const bool isStandard = looksStandard(configuration);
+        if (looksLike(configuration, KelGPXTrackConfiguration::defaultValue())) {
+            configuration.setLineWidth(KelDistance(UNCHOSEN_WIDTH));
+            selection.setConfiguration(row, configuration);
+        }
         QColor chosen = configuration.lineColor();
-        if (looksStandard(configuration) && used.contains(chosen.rgb())) {
+        if (isStandard && used.contains(chosen.rgb())) {
             while (used.contains(color(next).rgb()))
                 ++next;
             chosen = color(next);

@@ -24,6 +24,7 @@ public:
 
     /// The same for tracks that come to others: each of the rows from the first on that looks like nothing in
     /// particular gets a colour that no row before it has, and keeps its own where that is one already.
+    /// Where the user has not chosen a default either, lines get a width that suits a screen.
     void distinguish(KelGPXTrackSelection &selection, int firstRow) const;
 
 private:

@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: The libKelGeoLocation authors
+# SPDX-License-Identifier: MIT
+#
+# Takes the pictures of kel-viewer that the documentation shows, on an X server of its own (Xvfb, ImageMagick).
+# Usage: scripts/take-screenshots.sh [kel-viewer] [folder]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+viewer="$(realpath "${1:-build/release/bin/kel-viewer}")"
+folder="${2:-docs/pictures}"
+command -v Xvfb >/dev/null && command -v import >/dev/null || { echo "Please install xvfb and imagemagick." >&2; exit 1; }
+
+place="$(mktemp -d)"
+# Its name stands in a picture.
+broken="${TMPDIR:-/tmp}/cut-off.gpx"
+trap 'kill "${server:-}" 2>/dev/null || true; rm -rf "$place" "$broken"' EXIT
+mkfifo "$place/display"
+Xvfb -displayfd 3 -screen 0 2600x1700x24 3>"$place/display" >/dev/null 2>&1 &
+server=$!
+DISPLAY=":$(head -n 1 "$place/display")"
+export DISPLAY QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="$place" XDG_CONFIG_HOME="$place/config" XDG_DATA_HOME="$place/data"
+
+# take <picture> <options and files of kel-viewer...>: the window alone, seven seconds after the start.
+take() {
+    local picture="$folder/viewer-$1.png"
+    shift
+    "$viewer" --lang en --new "$@" &
+    local program=$!
+    sleep 7
+    import -window root -trim +repage "$picture"
+    kill "$program"
+    wait "$program" 2>/dev/null || true
+    rm -rf "$XDG_CONFIG_HOME" "$XDG_DATA_HOME"
+    [ -e "$picture.license" ] || printf 'SPDX-FileCopyrightText: The libKelGeoLocation authors\nSPDX-License-Identifier: MIT\n' >"$picture.license"
+    echo "$picture"
+}
+
+printf '<gpx version="1.1">\n<trk><trkseg>\n<trkpt lat="53.1" lon="8.2"/>\n</trk>\n</gpx>\n' >"$broken"
+
+take first-start
+take tracks examples/tracks/*.gpx examples/tracks/tour.kml
+take style examples/tracks/polygon-with-enclave.gpx
+take error "$broken" examples/tracks/long-ride.gpx
+take dark --dark examples/tracks/*.gpx examples/tracks/tour.kml
+QT_SCALE_FACTOR=2 take twice-as-dense examples/tracks/*.gpx examples/tracks/tour.kml
