@@ -47,10 +47,14 @@ function(kel_add_library name)
         FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${name}" COMPONENT Development)
 endfunction()
 
+# kel_precompile(<target> [further headers])
+#
 # Precompiled headers cost one compile and save most of the parsing of Qt in every other one.
 function(kel_precompile target)
     if(KEL_USE_PCH)
-        target_precompile_headers(${target} PRIVATE ${ARGN})
+        target_precompile_headers(${target} PRIVATE
+            <QColor> <QDateTime> <QDir> <QDomDocument> <QFileInfo> <QHash> <QImage> <QList> <QPainter> <QPainterPath>
+            <QPointF> <QRegularExpression> <QSharedData> <QString> <QVariant> <cmath> <memory> ${ARGN})
     endif()
 endfunction()
 
