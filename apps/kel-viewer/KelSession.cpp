@@ -47,7 +47,8 @@ KelSession::~KelSession()
 
 QString KelSession::fileName()
 {
-    return QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)).filePath(QStringLiteral("session.keltracks"));
+    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    return folder.filePath(QStringLiteral("session.keltracks"));
 }
 
 void KelSession::restoreArrangement()

@@ -229,7 +229,8 @@ void KelStyleEditor::show(const KelGPXTrackConfiguration &configuration)
     m_shapes.setStrokeColor(configuration.lineColor());
     m_shapes.setFillColor(configuration.fillColor());
     m_shapes.setDisplayOptions(configuration.currentDisplayOptions());
-    m_shape->setCurrentIndex(m_shapes.indexOf(KelGPXFullShape(configuration.trackShape(), configuration.markerShape())));
+    const KelGPXFullShape shape(configuration.trackShape(), configuration.markerShape());
+    m_shape->setCurrentIndex(m_shapes.indexOf(shape));
 }
 
 void KelStyleEditor::apply(const std::function<void(KelGPXTrackConfiguration &)> &change, const QString &text)

@@ -17,6 +17,7 @@ constexpr int INDENT = STRIP_WIDTH + 2 * STRIP_MARGIN;
 // Soft enough for the label's text, which keeps the colour of unselected rows.
 constexpr int SELECTED_ALPHA = 70;
 constexpr int HOVERED_ALPHA = 24;
+constexpr int EDGE_ALPHA = 110;
 
 void paintBackground(QPainter *painter, const QStyleOptionViewItem &option)
 {
@@ -37,9 +38,12 @@ void paintStrip(QPainter *painter, const QStyleOptionViewItem &option, const Kel
 {
     const QRect &row = option.rect;
     const bool stroked = track.hasDrawOption(KelGPXTrackDisplayOptions(DisplayStroke));
-    const QRect strip(row.left() + STRIP_MARGIN, row.top() + STRIP_MARGIN, STRIP_WIDTH, row.height() - 2 * STRIP_MARGIN);
+    const QRect strip(row.left() + STRIP_MARGIN, row.top() + STRIP_MARGIN, STRIP_WIDTH,
+                      row.height() - 2 * STRIP_MARGIN);
     // An edge, for colours that the background has as well.
-    painter->setPen(option.palette.color(QPalette::Mid));
+    QColor edge = option.palette.color(QPalette::Text);
+    edge.setAlpha(EDGE_ALPHA);
+    painter->setPen(edge);
     painter->setBrush(stroked ? track.lineColor() : track.fillColor());
     painter->drawRoundedRect(strip, STRIP_WIDTH / 2.0, STRIP_WIDTH / 2.0);
 }

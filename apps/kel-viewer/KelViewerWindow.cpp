@@ -201,18 +201,21 @@ void KelViewerWindow::createFileMenu(QToolBar *bar)
     QMenu *file = menuBar()->addMenu(tr("&Datei"));
     addAction(file, tr("&Neu"), QKeySequence::New, [this] { newDocument(); }, QStringLiteral("new"));
     bar->addAction(addAction(
-        file, tr("Strecken ö&ffnen …"), QKeySequence(QStringLiteral("Ctrl+I")), [this] { openTracks(); }, QStringLiteral("import")));
+        file, tr("Strecken ö&ffnen …"), QKeySequence(QStringLiteral("Ctrl+I")), [this] { openTracks(); },
+        QStringLiteral("import")));
     file->addSeparator();
     addAction(file, tr("Auswahl &laden …"), QKeySequence::Open, [this] { openDocument(); }, QStringLiteral("load"));
     bar->addAction(addAction(
         file, tr("Auswahl &speichern"), QKeySequence::Save, [this] { saveDocument(); }, QStringLiteral("save")));
-    addAction(file, tr("Auswahl speichern &unter …"), QKeySequence(QStringLiteral("Ctrl+Shift+S")), [this] { saveDocumentAs(); },
-              QStringLiteral("saveAs"));
+    addAction(file, tr("Auswahl speichern &unter …"), QKeySequence(QStringLiteral("Ctrl+Shift+S")),
+              [this] { saveDocumentAs(); }, QStringLiteral("saveAs"));
     file->addSeparator();
     bar->addAction(addAction(
-        file, tr("Bild &exportieren …"), QKeySequence(QStringLiteral("Ctrl+E")), [this] { askExport(); }, QStringLiteral("export")));
+        file, tr("Bild &exportieren …"), QKeySequence(QStringLiteral("Ctrl+E")), [this] { askExport(); },
+        QStringLiteral("export")));
     file->addSeparator();
-    addAction(file, tr("&Beenden"), QKeySequence(QStringLiteral("Ctrl+Q")), [this] { close(); }, QStringLiteral("quit"));
+    addAction(file, tr("&Beenden"), QKeySequence(QStringLiteral("Ctrl+Q")), [this] { close(); },
+              QStringLiteral("quit"));
     bar->addSeparator();
 }
 
@@ -256,25 +259,25 @@ void KelViewerWindow::createEditMenu(QToolBar *bar)
         if (!rows.isEmpty())
             editTrack(rows.first());
     }, QStringLiteral("rename"));
-    QAction *duplicate = addAction(edit, tr("&Verdoppeln"), QKeySequence(QStringLiteral("Ctrl+D")), [this] { duplicateSelected(); },
-                                   QStringLiteral("duplicate"));
+    QAction *duplicate = addAction(edit, tr("&Verdoppeln"), QKeySequence(QStringLiteral("Ctrl+D")),
+                                   [this] { duplicateSelected(); }, QStringLiteral("duplicate"));
     QAction *remove = addAction(edit, tr("&Löschen"), QKeySequence::Delete,
                                 [this] { removeTracks(m_list->selectedRows()); }, QStringLiteral("delete"));
     // In the style editor the key belongs to the field that is edited.
     remove->setShortcutContext(Qt::WidgetShortcut);
     m_list->addAction(remove);
-    QAction *up = addAction(edit, tr("Nach &oben"), QKeySequence(QStringLiteral("Ctrl+Up")), [this] { moveSelected(-1); },
-                            QStringLiteral("moveUp"));
-    QAction *down = addAction(edit, tr("Nach &unten"), QKeySequence(QStringLiteral("Ctrl+Down")), [this] { moveSelected(1); },
-                              QStringLiteral("moveDown"));
+    QAction *up = addAction(edit, tr("Nach &oben"), QKeySequence(QStringLiteral("Ctrl+Up")),
+                            [this] { moveSelected(-1); }, QStringLiteral("moveUp"));
+    QAction *down = addAction(edit, tr("Nach &unten"), QKeySequence(QStringLiteral("Ctrl+Down")),
+                              [this] { moveSelected(1); }, QStringLiteral("moveDown"));
     m_selectionActions.append({rename, duplicate, remove, up, down});
     QAction *all = addAction(edit, tr("&Alle auswählen"), QKeySequence::SelectAll, [this] { m_list->selectAll(); },
                              QStringLiteral("selectAll"));
     all->setShortcutContext(Qt::WidgetShortcut);
     m_list->addAction(all);
     edit->addSeparator();
-    addAction(edit, tr("&Einstellungen …"), QKeySequence(QStringLiteral("Ctrl+,")), [this] { KelPreferencesDialog(this).exec(); },
-              QStringLiteral("preferences"));
+    addAction(edit, tr("&Einstellungen …"), QKeySequence(QStringLiteral("Ctrl+,")),
+              [this] { KelPreferencesDialog(this).exec(); }, QStringLiteral("preferences"));
 }
 
 void KelViewerWindow::createInsertMenu()
@@ -296,12 +299,15 @@ void KelViewerWindow::createViewMenu(QToolBar *bar)
 {
     QMenu *view = menuBar()->addMenu(tr("&Ansicht"));
     bar->addAction(addAction(
-        view, tr("&Alles zeigen"), QKeySequence(QStringLiteral("Ctrl+0")), [this] { m_map->fitAll(); }, QStringLiteral("fitAll")));
-    m_selectionActions.append(addAction(view, tr("Auf Au&swahl zoomen"), QKeySequence(QStringLiteral("Ctrl+9")), [this] {
+        view, tr("&Alles zeigen"), QKeySequence(QStringLiteral("Ctrl+0")), [this] { m_map->fitAll(); },
+        QStringLiteral("fitAll")));
+    const auto fitSelected = [this] {
         const QList<int> rows = m_list->selectedRows();
         if (!rows.isEmpty())
             m_map->fitTrack(rows.first());
-    }, QStringLiteral("fitSelected")));
+    };
+    m_selectionActions.append(addAction(view, tr("Auf Au&swahl zoomen"), QKeySequence(QStringLiteral("Ctrl+9")),
+                                        fitSelected, QStringLiteral("fitSelected")));
     QAction *larger = addAction(view, tr("Ver&größern"), {}, [this] { m_map->zoomIn(); }, QStringLiteral("zoomIn"));
     // Where plus is the shifted key of the equals sign, nobody wants to hold Shift.
     larger->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
@@ -370,7 +376,8 @@ void KelViewerWindow::open(const QStringList &fileNames)
 {
     QList<QUrl> tracks;
     for (const QString &fileName : fileNames) {
-        const bool isDocument = QFileInfo(fileName).suffix().compare(QLatin1String(DOCUMENT_SUFFIX), Qt::CaseInsensitive) == 0;
+        const QString suffix = QFileInfo(fileName).suffix();
+        const bool isDocument = suffix.compare(QLatin1String(DOCUMENT_SUFFIX), Qt::CaseInsensitive) == 0;
         if (!isDocument)
             tracks.append(QUrl::fromLocalFile(QFileInfo(fileName).absoluteFilePath()));
         else if (mayDiscard())
@@ -661,7 +668,8 @@ bool KelViewerWindow::exportPicture(const QString &fileName, const QSize &size, 
         return fail(tr("Dieses Bildformat gibt es nicht; möglich sind %1.").arg(KelPictureFormat::allNames()));
     const QSize pixels = (QSizeF(size) * scaleFactor).toSize();
     if (pixels.width() > format->maximumSide() || pixels.height() > format->maximumSide())
-        return fail(tr("Das Bild ist für dieses Format zu groß; höchstens %1 Pixel je Seite.").arg(format->maximumSide()));
+        return fail(
+            tr("Das Bild ist für dieses Format zu groß; höchstens %1 Pixel je Seite.").arg(format->maximumSide()));
 
     KelViewPicture picture = m_map->picture();
     // The same middle, and at least what the window shows.
@@ -686,8 +694,8 @@ bool KelViewerWindow::exportPicture(const QString &fileName, const QSize &size, 
 
 void KelViewerWindow::showPosition(const KelGeoPosition &position)
 {
-    m_positionLabel->setText(position.isValid() ? position.toString(true).replace(QLatin1String("<br>"), QLatin1String("  "))
-                                                : QString());
+    QString text = position.isValid() ? position.toString(true) : QString();
+    m_positionLabel->setText(text.replace(QLatin1String("<br>"), QLatin1String("  ")));
 }
 
 void KelViewerWindow::makeDefault(const KelGPXTrackConfiguration &configuration)

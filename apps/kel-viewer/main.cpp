@@ -25,7 +25,8 @@ QPalette darkPalette()
     palette.setColor(QPalette::Highlight, QColor(0x3d, 0x7e, 0xbf));
     palette.setColor(QPalette::Link, QColor(0x6c, 0xb2, 0xf0));
     palette.setColor(QPalette::PlaceholderText, disabled);
-    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+    for (QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
         palette.setColor(role, text);
         palette.setColor(QPalette::Disabled, role, disabled);
     }
@@ -47,12 +48,15 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(QStringLiteral("Shows places and GPS tracks on a map."));
     parser.addHelpOption();
     parser.addVersionOption();
-    const QCommandLineOption language(QStringLiteral("lang"), QStringLiteral("Language of the user interface: de or en."),
+    const QCommandLineOption language(QStringLiteral("lang"),
+                                      QStringLiteral("Language of the user interface: de or en."),
                                       QStringLiteral("language"));
-    const QCommandLineOption fresh(QStringLiteral("new"), QStringLiteral("Start empty instead of continuing the last session."));
+    const QCommandLineOption fresh(QStringLiteral("new"),
+                                   QStringLiteral("Start empty instead of continuing the last session."));
     const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("A dark window and a dark map."));
     parser.addOptions({language, fresh, dark});
-    parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("Track files (GPX, KML, KMZ), folders or a saved selection."),
+    parser.addPositionalArgument(QStringLiteral("files"),
+                                 QStringLiteral("Track files (GPX, KML, KMZ), folders or a saved selection."),
                                  QStringLiteral("[files...]"));
     parser.process(application);
     KelViewerLanguage::use(parser.value(language));
