@@ -151,6 +151,7 @@ private Q_SLOTS:
     void dataChangedUpdatesItsRow();
     void dataChangedOfTheOtherColumnReadsTheFirst();
     void dataChangedOfNothing();
+    void dataChangedPaintsTheWidgetAnew();
     void renamingUpdatesTheToolTips();
     void movedTracksChangeTheTexts();
     void rowStaysWhenRowsGo();
@@ -646,6 +647,25 @@ void tst_KelGPXTrackMultiFunctionDelegateWidget::dataChangedOfNothing()
     widget.modelDataChanged(model->index(1, 0), model->index(0, 0));
 
     QCOMPARE(labelOf(widget)->fullText(), QStringLiteral("A"));
+}
+
+void tst_KelGPXTrackMultiFunctionDelegateWidget::dataChangedPaintsTheWidgetAnew()
+{
+    const auto model = texts({"A", "B"});
+    Widget widget(model->index(0, 0), ALL);
+    widget.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&widget));
+    QCoreApplication::processEvents();
+    const PaintCounter paints(&widget);
+
+    Q_EMIT model->dataChanged(model->index(1, 0), model->index(1, 1));
+    QCoreApplication::processEvents();
+    QCOMPARE(paints.count, 0);
+
+    // Also with the same text: something else of the row may have changed.
+    Q_EMIT model->dataChanged(model->index(0, 0), model->index(0, 1));
+    QCoreApplication::processEvents();
+    QCOMPARE(paints.count, 1);
 }
 
 void tst_KelGPXTrackMultiFunctionDelegateWidget::renamingUpdatesTheToolTips()
