@@ -56,7 +56,7 @@ QByteArray KelPictureEncoder::encodePixels(const KelPictureSource &source)
 {
     QImage image = source.toImage();
     if (image.isNull()) {
-        m_error = QStringLiteral("too little memory for %1 x %2 pixels; use a smaller --size")
+        m_error = QStringLiteral("too little memory for %1 x %2 pixels; use a smaller size")
                       .arg(m_size.width())
                       .arg(m_size.height());
         return {};

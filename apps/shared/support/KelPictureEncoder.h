@@ -12,8 +12,8 @@
 
 class KelPictureSource;
 
-/// Turns a composed picture into the bytes of a file. Everything is made in memory first, so that a file is touched only
-/// when its whole content is known.
+/// Turns a composed picture into the bytes of a file. Everything is made in memory first, so that a file is touched
+/// only when its whole content is known.
 class KelPictureEncoder
 {
 public:
