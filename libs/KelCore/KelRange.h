@@ -57,7 +57,7 @@ public:
     /// Moves the nearer bound so that the range reaches the value. An unset range becomes [value, value].
     virtual void expandTo(const T &value);
 
-    /// The middle, (min + max) / 2. Truncated toward zero for integers; to the millisecond for QDateTime, of the time
+    /// The middle, (min + max) / 2. Truncated toward zero for integers; for QDateTime to the millisecond, in the time
     /// zone of `min`.
     [[nodiscard]] virtual T center() const;
 
