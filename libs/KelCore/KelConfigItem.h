@@ -12,6 +12,7 @@ template<class T>
 class KelConfigItem
 {
 public:
+    /// An item of that key, with its default as value.
     KelConfigItem(const QString &key, const T &defaultValue)
         : m_key(key)
         , m_defaultValue(defaultValue)
@@ -19,16 +20,19 @@ public:
     {
     }
 
+    /// The key in the settings store.
     [[nodiscard]] const QString &key() const noexcept
     {
         return m_key;
     }
 
+    /// The value as long as nothing else is set or loaded.
     [[nodiscard]] const T &defaultValue() const noexcept
     {
         return m_defaultValue;
     }
 
+    /// The current value.
     [[nodiscard]] const T &value() const noexcept
     {
         return m_value;
@@ -43,6 +47,7 @@ public:
         return true;
     }
 
+    /// Whether the value equals the default; it may have been set to it.
     [[nodiscard]] bool isDefault() const
     {
         return m_value == m_defaultValue;

@@ -25,6 +25,7 @@ public:
     {
     }
 
+    /// The bare number.
     [[nodiscard]] constexpr double value() const noexcept
     {
         return m_value;
@@ -47,12 +48,14 @@ public:
     /// "10.0 px". The unknown unit has no symbol and adds nothing.
     [[nodiscard]] QString describe(const KelDistanceUnit &unit, int decimals, bool showUnit) const;
 
+    /// Adds the bare numbers.
     constexpr KelDistance &operator+=(const KelDistance &other) noexcept
     {
         m_value += other.m_value;
         return *this;
     }
 
+    /// Subtracts the bare numbers.
     constexpr KelDistance &operator-=(const KelDistance &other) noexcept
     {
         m_value -= other.m_value;

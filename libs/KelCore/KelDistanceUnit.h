@@ -10,11 +10,11 @@
 
 /// The units of KelDistanceUnit.
 enum class KelDistanceUnitEnum {
-    Unknown = 0,
-    Pixel = 1,
-    Kilometre = 2,
-    Metre = 4,
-    NauticalMile = 8,
+    Unknown = 0,      ///< a bare number
+    Pixel = 1,        ///< length on a picture
+    Kilometre = 2,    ///< length on the ground
+    Metre = 4,        ///< shown only
+    NauticalMile = 8, ///< shown only
 };
 
 /// A unit in which a KelDistance is shown. Lengths on a picture are counted in pixels, lengths on the ground in
@@ -28,6 +28,7 @@ public:
     /// From the number of a unit; a number that belongs to none gives the unknown unit.
     explicit KelDistanceUnit(int number) noexcept;
 
+    /// The enumerator of this unit.
     [[nodiscard]] KelDistanceUnitEnum value() const noexcept
     {
         return m_unit;

@@ -22,6 +22,7 @@ class KELCORE_EXPORT KelIntRange : public KelRange<int>
 public:
     /// [0, 0], the unset range.
     KelIntRange() = default;
+    /// Both ends as they are; `min` may exceed `max`.
     KelIntRange(int min, int max);
 
     ~KelIntRange() override = default;
@@ -45,6 +46,7 @@ public:
     /// As splitEvenlyForCpuCores(), for a given number of pieces (at least 1 is taken).
     [[nodiscard]] QList<KelIntRange> splitEvenly(int pieces) const;
 
+    /// Another name of min().
     [[nodiscard]] int firstIndex() const noexcept
     {
         return min();

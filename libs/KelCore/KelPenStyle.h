@@ -23,6 +23,7 @@ public:
     /// Implicit on purpose: the enumerators are the styles. A number that is none of them gives a solid line.
     KelPenStyle(Qt::PenStyle style) noexcept;
 
+    /// The style as Qt knows it.
     [[nodiscard]] Qt::PenStyle value() const noexcept
     {
         return m_style;

@@ -29,6 +29,7 @@ class KELCORE_TEMPLATE_EXPORT KelRange
 public:
     /// The unset range.
     KelRange() = default;
+    /// Both bounds as they are, in order or not.
     KelRange(const T &min, const T &max)
         : m_min(min)
         , m_max(max)
@@ -73,11 +74,13 @@ public:
     /// True if a bound of either range lies in the other one; touching ranges intersect.
     [[nodiscard]] virtual bool intersects(const KelRange<T> &other) const;
 
+    /// The lower bound.
     [[nodiscard]] const T &min() const noexcept
     {
         return m_min;
     }
 
+    /// The upper bound.
     [[nodiscard]] const T &max() const noexcept
     {
         return m_max;

@@ -13,13 +13,16 @@
 class KELCORE_EXPORT KelRational
 {
 public:
+    /// Both numbers as they are.
     KelRational(int numerator, int denominator) noexcept;
 
+    /// The number above the line.
     [[nodiscard]] int numerator() const noexcept
     {
         return m_numerator;
     }
 
+    /// The number below the line; may be 0.
     [[nodiscard]] int denominator() const noexcept
     {
         return m_denominator;

@@ -14,6 +14,7 @@
 class KELCORE_EXPORT KelRegularExpression
 {
 public:
+    /// Compiles the pattern; a pattern that is not a regular expression matches nothing.
     explicit KelRegularExpression(const QString &pattern,
                                   QRegularExpression::PatternOptions options = QRegularExpression::NoPatternOption);
 

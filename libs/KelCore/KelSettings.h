@@ -20,19 +20,24 @@ class KELCORE_EXPORT KelSettings : public QObject
     Q_OBJECT
 
 public:
+    /// Holds nothing by itself; subclasses hold the items.
     explicit KelSettings(QObject *parent = nullptr);
     ~KelSettings() override;
 
     /// Fills the item with what the store holds under its key. Without the key the item gets its default, likewise with
     /// a stored text that is no integer.
     void load(KelConfigItem<bool> &item) const;
+    /// As above, for an integer.
     void load(KelConfigItem<int> &item) const;
+    /// As above, for a text.
     void load(KelConfigItem<QString> &item) const;
 
     /// Writes the item's value under its key, the default too. When the store cannot be written, on a full disk for
     /// one, it stays as it was; the failure is logged (KelLogger::logSettings()) and the result is false.
     bool save(const KelConfigItem<bool> &item) const;
+    /// As above, for an integer.
     bool save(const KelConfigItem<int> &item) const;
+    /// As above, for a text.
     bool save(const KelConfigItem<QString> &item) const;
 };
 

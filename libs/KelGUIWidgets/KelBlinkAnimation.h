@@ -23,6 +23,7 @@ public:
     /// Milliseconds from one state to the next.
     static constexpr int STEP_MS = 120;
 
+    /// At rest.
     explicit KelBlinkAnimation(QObject *parent = nullptr);
     ~KelBlinkAnimation() override;
 
@@ -32,6 +33,7 @@ public:
     /// Ends a running sequence and emits state 0; does nothing, and emits nothing, if none is running.
     void stop();
 
+    /// Whether a sequence is running.
     [[nodiscard]] bool isRunning() const;
 
 Q_SIGNALS:

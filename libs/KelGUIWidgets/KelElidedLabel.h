@@ -26,9 +26,11 @@ public:
     /// from foreign files.
     static constexpr int MAXIMUM_CHARACTERS = 5000;
 
+    /// An empty label.
     explicit KelElidedLabel(QWidget *parent = nullptr);
     ~KelElidedLabel() override;
 
+    /// Shows that text from now on, line ends as blanks.
     void setFullText(const QString &text);
 
     /// The text as it was set, whatever part of it is visible.
@@ -44,19 +46,27 @@ public:
     /// stands out from light and dark backgrounds.
     void setAnimationState(int state);
 
+    /// The state that setAnimationState() was given last, 0 at first.
     [[nodiscard]] int animationState() const noexcept
     {
         return m_animationState;
     }
 
+    /// Room for the whole text on one line.
     [[nodiscard]] QSize sizeHint() const override;
+    /// Room for the ellipsis.
     [[nodiscard]] QSize minimumSizeHint() const override;
+    /// The height that all lines need at that width; -1 without word wrap.
     [[nodiscard]] int heightForWidth(int width) const override;
 
 protected:
+    /// As the base class; keeps the tool tip up to date.
     bool event(QEvent *event) override;
+    /// Paints the visible lines.
     void paintEvent(QPaintEvent *event) override;
+    /// Lays the text out anew.
     void resizeEvent(QResizeEvent *event) override;
+    /// Lays the text out anew when font or style change.
     void changeEvent(QEvent *event) override;
 
 private:

@@ -18,6 +18,7 @@ class KELGUIWIDGETS_EXPORT KelPreferencesBox : public QGroupBox, public KelPrefe
     Q_OBJECT
 
 public:
+    /// An empty box under that title.
     KelPreferencesBox(QWidget *parent, const QString &title, KelPreferencesType type);
     ~KelPreferencesBox() override;
 

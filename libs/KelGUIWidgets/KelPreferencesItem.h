@@ -17,6 +17,7 @@ enum class KelPreferencesType {
 class KELGUIWIDGETS_EXPORT KelPreferencesItem
 {
 public:
+    /// A page for these users.
     explicit KelPreferencesItem(KelPreferencesType type = KelPreferencesType::General) noexcept;
     virtual ~KelPreferencesItem();
 
@@ -35,6 +36,7 @@ public:
     /// Whether what is entered can be accepted; a page that says no shows the user why.
     [[nodiscard]] virtual bool mayBeLeft() const = 0;
 
+    /// For whom the page is.
     [[nodiscard]] KelPreferencesType type() const noexcept
     {
         return m_type;

@@ -13,9 +13,9 @@
 
 /// What a file is asked for. Files to read and files to write have each their own remembered directory.
 enum KelDiskAccessMode {
-    Unknown = 0,
-    Read = 1,
-    Write = 2,
+    Unknown = 0, ///< for whatever
+    Read = 1,    ///< to be read
+    Write = 2,   ///< to be written
 };
 
 /// Asks the user for a file. The one place where the family opens a file dialog, so that hosts (in a sandbox, or with a

@@ -18,9 +18,11 @@ public:
     /// One error. What is not known stays empty or -1.
     struct KELXML_EXPORT Entry
     {
+        /// The file as the caller named it.
         QString fileName;
         qint64 line = -1; ///< from 1
         qint64 column = -1; ///< from 1
+        /// What went wrong, in English.
         QString message;
 
         /// "file:line:column: message", the form that editors and compilers agree on, without the parts that are
@@ -28,13 +30,16 @@ public:
         [[nodiscard]] QString toString() const;
     };
 
+    /// Appends an entry, which becomes the last().
     void add(const Entry &entry);
 
+    /// Whether nothing went wrong.
     [[nodiscard]] bool isEmpty() const noexcept
     {
         return m_entries.isEmpty();
     }
 
+    /// All entries, the oldest first.
     [[nodiscard]] const QList<Entry> &entries() const noexcept
     {
         return m_entries;
@@ -43,6 +48,7 @@ public:
     /// The latest error; an empty entry if there is none.
     [[nodiscard]] Entry last() const;
 
+    /// Forgets all entries.
     void clear();
 
 private:

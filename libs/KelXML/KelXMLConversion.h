@@ -23,10 +23,12 @@ public:
     /// QString::toDouble(): blanks around the number are allowed; unreadable text gives 0, a number too great for a
     /// double infinity, both with `*ok` false.
     [[nodiscard]] static double toDouble(QStringView text, bool *ok = nullptr);
+    /// As above, from a text of bytes.
     [[nodiscard]] static double toDouble(QLatin1String text, bool *ok = nullptr);
 
     /// QDateTime::fromString(text, Qt::ISODate): unreadable text gives an invalid value.
     [[nodiscard]] static QDateTime toDateTime(QStringView text);
+    /// As above, from a text of bytes.
     [[nodiscard]] static QDateTime toDateTime(QLatin1String text);
 };
 

@@ -56,6 +56,7 @@ public:
 
     /// Where the element's start tag ends, both counted from 1 (the column from 0 at a line's start); -1 if unknown.
     [[nodiscard]] virtual qint64 line() const = 0;
+    /// See line().
     [[nodiscard]] virtual qint64 column() const = 0;
 
     /// The attribute as a number; `defaultValue` when there is no such attribute, 0 when it cannot be read.

@@ -24,6 +24,7 @@ public:
     bool nextChild() override;
     [[nodiscard]] KelXMLCursor &child() override;
     [[nodiscard]] qint64 line() const override;
+    /// See line().
     [[nodiscard]] qint64 column() const override;
 
 private:

@@ -40,6 +40,7 @@ class KELXML_EXPORT KelXMLPlainCursor : public KelXMLCursor
 public:
     /// So many bytes are read at a time. A tag or a comment that is longer than a block is a doubt.
     static constexpr qsizetype BLOCK_SIZE = 256 * 1024;
+    /// The least block size; a smaller one is raised to it.
     static constexpr qsizetype MINIMUM_BLOCK_SIZE = 64;
     /// An element with more attributes is a doubt.
     static constexpr int MAXIMUM_ATTRIBUTES = 32;
@@ -60,6 +61,7 @@ public:
     /// Counts from the start of the document whenever it is asked, hence for reports, not for every element.
     /// -1 where the device cannot go back.
     [[nodiscard]] qint64 line() const override;
+    /// See line().
     [[nodiscard]] qint64 column() const override;
     [[nodiscard]] double attributeDouble(QStringView name, double defaultValue) const override;
     [[nodiscard]] double textDouble() override;

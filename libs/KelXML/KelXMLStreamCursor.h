@@ -32,6 +32,7 @@ public:
     bool nextChild() override;
     [[nodiscard]] KelXMLCursor &child() override;
     [[nodiscard]] qint64 line() const override;
+    /// See line().
     [[nodiscard]] qint64 column() const override;
     [[nodiscard]] double attributeDouble(QStringView name, double defaultValue) const override;
     [[nodiscard]] double textDouble() override;
@@ -43,7 +44,9 @@ public:
     /// What went wrong and where, lines and columns from 1, as KelXMLLoader reports it; empty and of no meaning as long
     /// as finish() did not return false.
     [[nodiscard]] QString errorString() const;
+    /// From 1.
     [[nodiscard]] qint64 errorLine() const;
+    /// From 1.
     [[nodiscard]] qint64 errorColumn() const;
 
 private:

@@ -29,6 +29,7 @@
 class KELXML_EXPORT KelZIP
 {
 public:
+    /// What an archive is opened for.
     enum OpenMode {
         Read = 1 ///< read an existing archive
     };

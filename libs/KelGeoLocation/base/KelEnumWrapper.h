@@ -29,10 +29,12 @@ class KELGEOLOCATION_TEMPLATE_EXPORT KelEnumWrapper
 {
 public:
     KelEnumWrapper() = default;
+    /// Implicit on purpose: an enumerator is a value.
     KelEnumWrapper(E value) noexcept
         : m_value(static_cast<int>(value))
     {
     }
+    /// From a combination of bits, taken as it is.
     explicit KelEnumWrapper(int value) noexcept
         : m_value(value)
     {
@@ -43,27 +45,42 @@ public:
     KelEnumWrapper &operator=(KelEnumWrapper &&other) noexcept = default;
     virtual ~KelEnumWrapper() = default;
 
+    /// Values are ordered by their integers.
     [[nodiscard]] virtual bool operator<(const KelEnumWrapper &other) const { return m_value < other.m_value; }
+    /// Values are ordered by their integers.
     [[nodiscard]] virtual bool operator<=(const KelEnumWrapper &other) const { return m_value <= other.m_value; }
+    /// Values are ordered by their integers.
     [[nodiscard]] virtual bool operator>(const KelEnumWrapper &other) const { return m_value > other.m_value; }
+    /// Exactly the same bits.
     [[nodiscard]] virtual bool operator==(const KelEnumWrapper &other) const { return m_value == other.m_value; }
+    /// Exactly these bits.
     [[nodiscard]] virtual bool operator==(E other) const { return m_value == static_cast<int>(other); }
+    /// Any bit differs.
     [[nodiscard]] virtual bool operator!=(const KelEnumWrapper &other) const { return m_value != other.m_value; }
+    /// Any bit differs.
     [[nodiscard]] virtual bool operator!=(E other) const { return m_value != static_cast<int>(other); }
 
+    /// Sets the bits of @p other, too.
     virtual KelEnumWrapper &operator|=(const KelEnumWrapper &other) { return setBits(m_value | other.m_value); }
+    /// Sets the bits of @p other, too.
     virtual KelEnumWrapper &operator|=(E other) { return setBits(m_value | static_cast<int>(other)); }
+    /// Keeps only the bits that @p other has as well.
     virtual KelEnumWrapper &operator&=(const KelEnumWrapper &other) { return setBits(m_value & other.m_value); }
+    /// Keeps only the bits that @p other has as well.
     virtual KelEnumWrapper &operator&=(E other) { return setBits(m_value & static_cast<int>(other)); }
 
+    /// The common bits as a number, 0 for none: `if (options & DisplayFill)`.
     [[nodiscard]] virtual int operator&(const KelEnumWrapper &other) const { return m_value & other.m_value; }
+    /// The bits of both as a number.
     [[nodiscard]] virtual int operator|(const KelEnumWrapper &other) const { return m_value | other.m_value; }
 
     /// Clears the bits of @p other.
     virtual void exclude(const KelEnumWrapper &other) { m_value &= ~other.m_value; }
+    /// Clears the bits of @p other.
     virtual void exclude(E other) { m_value &= ~static_cast<int>(other); }
     /// Sets the bits of @p other, too.
     virtual void expandTo(const KelEnumWrapper &other) { m_value |= other.m_value; }
+    /// Sets the bits of @p other, too.
     virtual void expandTo(E other) { m_value |= static_cast<int>(other); }
     /// Keeps only the bits of @p other.
     virtual void reduceTo(E other) { m_value &= static_cast<int>(other); }
@@ -98,9 +115,13 @@ public:
     /// The value as a comma list of keys (KelEnumToStringTable::encodeCSV()).
     [[nodiscard]] QString encode() const { return enumToStringTable()->encodeCSV(m_value); }
 
+    /// The bits as the enumeration; need not be one of its enumerators.
     [[nodiscard]] E value() const noexcept { return static_cast<E>(m_value); }
+    /// The bits as a number.
     [[nodiscard]] int toInt() const noexcept { return m_value; }
+    /// Replaces all bits.
     void setValue(E value) noexcept { m_value = static_cast<int>(value); }
+    /// Replaces all bits by those of a number, unchecked.
     void setValue(int value) noexcept { m_value = value; }
 
 private:

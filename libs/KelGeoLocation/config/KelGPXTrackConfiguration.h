@@ -30,6 +30,7 @@ class QDomElement;
 class KELGEOLOCATION_EXPORT KelGPXTrackConfiguration
 {
 public:
+    /// All ten values as they are, unchecked.
     KelGPXTrackConfiguration(const QColor &lineColor, const KelDistance &lineWidth, const QColor &fillColor,
                              const KelDistance &haloWidth, const KelGPXTrackDisplayOptions &currentDisplayOptions,
                              const KelGPXMarkerShape &markerShape, const KelGPXTrackShape &trackShape,
@@ -49,30 +50,44 @@ public:
 
     /// Colour of the line, of outlines and of the marker's pen.
     [[nodiscard]] const QColor &lineColor() const noexcept;
+    /// In pixels at rendering factor 1.
     [[nodiscard]] const KelDistance &lineWidth() const noexcept;
+    /// Solid, dashed, dotted and so on.
     [[nodiscard]] const KelPenStyle &penStyle() const noexcept;
     /// Colour of areas and of the marker's body.
     [[nodiscard]] const QColor &fillColor() const noexcept;
     /// Width of the halo around the track; 0 is no halo.
     [[nodiscard]] const KelDistance &haloWidth() const noexcept;
+    /// The parts that are painted.
     [[nodiscard]] const KelGPXTrackDisplayOptions &currentDisplayOptions() const noexcept;
     /// The marker at a point, or the arrow of a line.
     [[nodiscard]] const KelGPXMarkerShape &markerShape() const noexcept;
+    /// The form; unknown and auto leave it to the track.
     [[nodiscard]] const KelGPXTrackShape &trackShape() const noexcept;
     /// In percent; 100 is no smoothing.
     [[nodiscard]] int smoothingStrength() const noexcept;
+    /// The number of pieces.
     [[nodiscard]] int smoothingSteps() const noexcept;
 
     /// Each setter returns whether the value differs from what it was. Nothing is checked or corrected.
     bool setLineColor(const QColor &lineColor);
+    /// \copydoc setLineColor
     bool setLineWidth(const KelDistance &lineWidth);
+    /// \copydoc setLineColor
     bool setPenStyle(const KelPenStyle &penStyle);
+    /// \copydoc setLineColor
     bool setFillColor(const QColor &fillColor);
+    /// \copydoc setLineColor
     bool setHaloWidth(const KelDistance &haloWidth);
+    /// \copydoc setLineColor
     bool setCurrentDisplayOptions(const KelGPXTrackDisplayOptions &options);
+    /// \copydoc setLineColor
     bool setMarkerShape(const KelGPXMarkerShape &markerShape);
+    /// \copydoc setLineColor
     bool setTrackShape(const KelGPXTrackShape &trackShape);
+    /// \copydoc setLineColor
     bool setSmoothingStrength(int percent);
+    /// \copydoc setLineColor
     bool setSmoothingSteps(int steps);
 
     /// Whether the current display options share a bit with `options`.
@@ -86,6 +101,7 @@ public:
 
     /// All ten values are equal; colours by QColor, widths by KelDistance.
     [[nodiscard]] bool operator==(const KelGPXTrackConfiguration &other) const;
+    /// The opposite of equality.
     [[nodiscard]] bool operator!=(const KelGPXTrackConfiguration &other) const;
 
     /// Appends the children to `parent`, in the order of the class comment, and sets the attributes on it. Widths lose

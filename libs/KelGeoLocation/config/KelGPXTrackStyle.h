@@ -27,7 +27,9 @@ public:
     /// Reads a KML "Style" element: its attribute "id" (empty when absent) and KelGPXTrackConfiguration::fromKml().
     [[nodiscard]] static KelGPXTrackStyle fromKml(const QDomElement &style);
 
+    /// The identifier without "#".
     [[nodiscard]] QString styleId() const;
+    /// The configuration that it stands for.
     [[nodiscard]] KelGPXTrackConfiguration styleValues() const;
 
 private:

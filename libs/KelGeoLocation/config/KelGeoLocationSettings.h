@@ -26,6 +26,7 @@ class KELGEOLOCATION_EXPORT KelGeoLocationSettings : public KelSettings, public 
     Q_OBJECT
 
 public:
+    /// Whether a place that the user picks goes into the list at once, see the class.
     [[nodiscard]] bool instantlyAddLocations() const noexcept;
     /// Emits instantlyAddLocationsDisabled() when the value changes. Does not save: call saveSettings().
     void setInstantlyAddLocations(bool instantly);
@@ -38,6 +39,7 @@ public:
     /// Reads both settings; what the store lacks keeps its default. The shape of the default configuration is then
     /// set to auto, and that is saved if it was another one: a fixed shape would be forced upon every new track.
     void loadSettings();
+    /// Writes both settings to the store.
     void saveSettings();
 
 Q_SIGNALS:

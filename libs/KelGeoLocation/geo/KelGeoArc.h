@@ -35,6 +35,7 @@ public:
     static constexpr double TOLERANCE = 1e-6;
 
     KelGeoArc() noexcept = default;
+    /// Implicit on purpose: a number of degrees is an angle. Any number is stored.
     KelGeoArc(double decimalDegrees) noexcept
         : m_decimalDegrees(decimalDegrees)
     {
@@ -48,9 +49,11 @@ public:
     /// The letter of the compass direction; empty for a bare angle.
     [[nodiscard]] virtual QString directionIndicator() const;
 
+    /// The stored number of degrees, INVALID for the invalid angle.
     [[nodiscard]] double decimalDegrees() const noexcept { return m_decimalDegrees; }
     /// The same as decimalDegrees().
     [[nodiscard]] double degreeF() const noexcept { return m_decimalDegrees; }
+    /// Stores any number of degrees, unchecked.
     void setDecimalDegrees(double decimalDegrees) noexcept { m_decimalDegrees = decimalDegrees; }
 
     /// Sets the angle from its parts, which all carry the same sign: -0.5 degrees are (0, -30, 0.0). The parts are
@@ -68,7 +71,9 @@ public:
     /// degrees shows here: 1 degree 40 minutes may split into 39 minutes and 59.999... seconds.
     [[nodiscard]] double secondF() const noexcept;
 
+    /// The stored number of degrees in radians.
     [[nodiscard]] double radians() const noexcept { return m_decimalDegrees * 0.017453292519943295; }
+    /// The angle of a number of radians.
     [[nodiscard]] static KelGeoArc fromRadians(double radians) noexcept;
 
     /// Whether the angle lies within -360 ... +360 degrees, both included, without tolerance.
@@ -82,6 +87,7 @@ public:
         return std::abs(m_decimalDegrees - other.m_decimalDegrees);
     }
 
+    /// Adds the numbers of degrees; nothing is wrapped or clamped.
     KelGeoArc &operator+=(const KelGeoArc &other) noexcept
     {
         m_decimalDegrees += other.m_decimalDegrees;

@@ -40,25 +40,36 @@ public:
 
     /// (720, 720), which is invalid.
     KelGeoPosition();
+    /// Both angles as they are, unchecked.
     KelGeoPosition(const KelLatitude &latitude, const KelLongitude &longitude);
+    /// Both in decimal degrees, north and east positive, unchecked.
     KelGeoPosition(double latitude, double longitude);
     /// Positive numbers with their hemispheres: (53.1, 'N', 8.2, 'E'). Any character other than 'N' negates the
     /// latitude, any other than 'E' the longitude.
     KelGeoPosition(double latitude, char latitudeHemisphere, double longitude, char longitudeHemisphere);
+    /// Shares the data until one of the two changes.
     KelGeoPosition(const KelGeoPosition &other);
+    /// Leaves a position behind that can only be assigned to or destroyed.
     KelGeoPosition(KelGeoPosition &&other) noexcept;
+    /// Shares the data until one of the two changes.
     KelGeoPosition &operator=(const KelGeoPosition &other);
+    /// Leaves a position behind that can only be assigned to or destroyed.
     KelGeoPosition &operator=(KelGeoPosition &&other) noexcept;
     virtual ~KelGeoPosition();
 
+    /// Exchanges the data, without a copy.
     void swap(KelGeoPosition &other) noexcept { d.swap(other.d); }
 
     /// (0, 0), which is invalid; where sums start from.
     [[nodiscard]] static KelGeoPosition null();
 
+    /// North is positive.
     [[nodiscard]] KelLatitude latitude() const noexcept;
+    /// East is positive.
     [[nodiscard]] KelLongitude longitude() const noexcept;
+    /// Stores any latitude, unchecked.
     void setLatitude(const KelLatitude &latitude);
+    /// Stores any longitude, unchecked.
     void setLongitude(const KelLongitude &longitude);
     /// Pulls a latitude at or beyond a pole back to 89.99 degrees (KelLatitude::catchOutOfBound()).
     void catchLatitude();
@@ -67,26 +78,39 @@ public:
     // Deliberate: (0, 0) is invalid, a position merely close to it is not.
     [[nodiscard]] bool isValid() const noexcept;
 
+    /// Both coordinates are equal within the tolerance of the angles.
     [[nodiscard]] bool operator==(const KelGeoPosition &other) const noexcept;
+    /// The opposite of equality.
     [[nodiscard]] bool operator!=(const KelGeoPosition &other) const noexcept { return !(*this == other); }
     /// Orders by latitude, and by longitude where the latitudes are equal within the tolerance.
     [[nodiscard]] bool operator<(const KelGeoPosition &other) const noexcept;
+    /// Orders as operator<() does.
     [[nodiscard]] bool operator>(const KelGeoPosition &other) const noexcept;
 
+    /// KelLatitude::isNorthOf() of this latitude.
     [[nodiscard]] bool isNorthOf(const KelLatitude &other) const noexcept { return latitude().isNorthOf(other); }
+    /// The same, for the other position's latitude.
     [[nodiscard]] bool isNorthOf(const KelGeoPosition &other) const noexcept { return isNorthOf(other.latitude()); }
+    /// KelLatitude::isSouthOf() of this latitude.
     [[nodiscard]] bool isSouthOf(const KelLatitude &other) const noexcept { return latitude().isSouthOf(other); }
+    /// The same, for the other position's latitude.
     [[nodiscard]] bool isSouthOf(const KelGeoPosition &other) const noexcept { return isSouthOf(other.latitude()); }
     /// The shorter way round the globe (KelLongitude::isEastOf()).
     [[nodiscard]] bool isEastOf(const KelLongitude &other) const noexcept { return longitude().isEastOf(other); }
+    /// The same, for the other position's longitude.
     [[nodiscard]] bool isEastOf(const KelGeoPosition &other) const noexcept { return isEastOf(other.longitude()); }
     /// The shorter way round the globe (KelLongitude::isWestOf()).
     [[nodiscard]] bool isWestOf(const KelLongitude &other) const noexcept { return longitude().isWestOf(other); }
+    /// The same, for the other position's longitude.
     [[nodiscard]] bool isWestOf(const KelGeoPosition &other) const noexcept { return isWestOf(other.longitude()); }
 
+    /// As the latitude is.
     [[nodiscard]] bool isInNorthernHemisphere() const noexcept { return latitude().isInNorthernHemisphere(); }
+    /// As the latitude is.
     [[nodiscard]] bool isInSouthernHemisphere() const noexcept { return latitude().isInSouthernHemisphere(); }
+    /// As the longitude is.
     [[nodiscard]] bool isInEasternHemisphere() const noexcept { return longitude().isInEasternHemisphere(); }
+    /// As the longitude is.
     [[nodiscard]] bool isInWesternHemisphere() const noexcept { return longitude().isInWesternHemisphere(); }
 
     /// A hash of latitude + longitude; mirror-image positions such as (8, 53) and (53, 8) share it.
@@ -100,7 +124,9 @@ public:
     [[nodiscard]] KelGeoPosition operator+(const KelGeoPosition &other) const;
     /// Divides both coordinates; a divisor of 0 gives (720, 720).
     [[nodiscard]] KelGeoPosition operator/(double divisor) const;
+    /// See operator+().
     KelGeoPosition &operator+=(const KelGeoPosition &other);
+    /// See operator/().
     KelGeoPosition &operator/=(double divisor);
 
     /// Great-circle distance in kilometres (haversine formula, sphere of 6370 km radius), also across the date line.

@@ -19,13 +19,14 @@ public:
     static constexpr double EARTHRADIUS = 6370.0;
     /// Kilometres per arc minute: one nautical mile.
     static constexpr double ARCMINUTELENGTH = 1.852;
-    // Deliberate: twelve digits, not full precision; displacements are computed with this value.
+    /// Deliberate: twelve digits, not full precision; displacements are computed with this value.
     static constexpr double PI = 3.14159265359;
     /// Kilometres per degree of longitude at the equator, 2 pi * 6370 / 360.
     static constexpr double _2PiR = 111.1774733520461;
 
     /// Both coordinates are the invalid 720.
     KelGeoPositionImpl() noexcept = default;
+    /// Both angles as they are.
     KelGeoPositionImpl(const KelLatitude &theLatitude, const KelLongitude &theLongitude) noexcept;
     KelGeoPositionImpl(const KelGeoPositionImpl &other) noexcept = default;
     KelGeoPositionImpl(KelGeoPositionImpl &&other) noexcept = default;
@@ -33,7 +34,9 @@ public:
     KelGeoPositionImpl &operator=(KelGeoPositionImpl &&other) = delete;
     virtual ~KelGeoPositionImpl();
 
+    /// East is positive.
     KelLongitude longitude;
+    /// North is positive.
     KelLatitude latitude;
 };
 

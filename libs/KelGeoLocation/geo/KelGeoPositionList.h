@@ -21,7 +21,9 @@ class KELGEOLOCATION_EXPORT KelGeoPositionList : public QList<KelGeoPosition>
 {
 public:
     KelGeoPositionList() = default;
+    /// Those positions, in that order.
     KelGeoPositionList(std::initializer_list<KelGeoPosition> positions);
+    /// The same positions as a list of this class.
     explicit KelGeoPositionList(const QList<KelGeoPosition> &positions);
     KelGeoPositionList(const KelGeoPositionList &other) = default;
     KelGeoPositionList(KelGeoPositionList &&other) noexcept = default;
@@ -36,7 +38,9 @@ public:
     [[nodiscard]] KelGeoPosition center() const;
     /// The arithmetic mean of latitudes and of longitudes; (720, 720) for an empty list.
     [[nodiscard]] KelGeoPosition average() const;
+    /// The latitudes of all positions, in order.
     [[nodiscard]] KelLatitudeList latitudes() const;
+    /// The longitudes of all positions, in order.
     [[nodiscard]] KelLongitudeList longitudes() const;
     /// A line through all positions in degrees, x being the longitude and y the latitude.
     [[nodiscard]] QPainterPath toPainterPath() const;

@@ -26,6 +26,7 @@ public:
     KelGeoPositionRect() = default;
     /// The rectangle between its south-western and its north-eastern corner; nothing is put in order.
     KelGeoPositionRect(const KelGeoPosition &southWest, const KelGeoPosition &northEast);
+    /// Both ranges as they are, unchecked.
     KelGeoPositionRect(const KelLatitudeRange &latitudeRange, const KelLongitudeRange &longitudeRange);
     KelGeoPositionRect(const KelGeoPositionRect &other) = default;
     KelGeoPositionRect(KelGeoPositionRect &&other) noexcept = default;
@@ -47,15 +48,24 @@ public:
 
     /// All four bounds are equal within the tolerance of the angles.
     [[nodiscard]] bool operator==(const KelGeoPositionRect &other) const;
+    /// The opposite of equality.
     [[nodiscard]] bool operator!=(const KelGeoPositionRect &other) const { return !(*this == other); }
 
+    /// The northern bound.
     [[nodiscard]] KelLatitude north() const noexcept { return m_latitudeRange.north(); }
+    /// The southern bound.
     [[nodiscard]] KelLatitude south() const noexcept { return m_latitudeRange.south(); }
+    /// The eastern bound; less than the western one across the date line.
     [[nodiscard]] KelLongitude east() const noexcept { return m_longitudeRange.east(); }
+    /// The western bound.
     [[nodiscard]] KelLongitude west() const noexcept { return m_longitudeRange.west(); }
+    /// From south to north.
     [[nodiscard]] KelLatitudeRange latitudeRange() const { return m_latitudeRange; }
+    /// From west to east.
     [[nodiscard]] KelLongitudeRange longitudeRange() const { return m_longitudeRange; }
+    /// The corner at the top left of a map.
     [[nodiscard]] KelGeoPosition northWest() const;
+    /// The corner at the bottom right of a map.
     [[nodiscard]] KelGeoPosition southEast() const;
     /// The middle, also of a rectangle that crosses the date line.
     [[nodiscard]] KelGeoPosition center() const;
@@ -80,6 +90,7 @@ public:
 
     /// Moves all bounds outwards by @p degrees, clamped at the poles and at -180 and +180.
     void blowUp(double degrees);
+    /// A copy after blowUp().
     [[nodiscard]] KelGeoPositionRect blownUp(double degrees) const;
     /// A copy, blown up by one degree if it isVerySmall().
     [[nodiscard]] KelGeoPositionRect toReasonableSize() const;

@@ -13,19 +13,19 @@
 
 /// The sample places of KelGeoPositionSamples, without gaps from 0 on.
 enum KelGeoPositionSamplesEnum : int {
-    SampleOldenburg = 0,
-    SampleBremen = 1,
-    SampleWellington = 2,
-    SampleSydney = 3,
-    SampleNewYork = 4,
-    SampleLosAngeles = 5,
-    SampleHonolulu = 6,
-    SamplePolynesia = 7,
-    SampleGreenwich = 8,
-    SampleWindhoek = 9,
-    SampleHelsinki = 10,
-    SampleGibraltar = 11,
-    SamplePassau = 12
+    SampleOldenburg = 0,    ///< Germany
+    SampleBremen = 1,       ///< Germany
+    SampleWellington = 2,   ///< New Zealand
+    SampleSydney = 3,       ///< Australia
+    SampleNewYork = 4,      ///< USA
+    SampleLosAngeles = 5,   ///< USA
+    SampleHonolulu = 6,     ///< Hawaii
+    SamplePolynesia = 7,    ///< the South Sea
+    SampleGreenwich = 8,    ///< the prime meridian
+    SampleWindhoek = 9,     ///< Namibia
+    SampleHelsinki = 10,    ///< Finland
+    SampleGibraltar = 11,   ///< the south of Spain
+    SamplePassau = 12       ///< Germany
 };
 
 /// Named places in both hemispheres and on both sides of the date line, for trying out projections and ranges.
@@ -42,7 +42,9 @@ public:
     [[nodiscard]] KelGeoPosition position(const KelGeoPositionSamplesEnum &sample) const;
     /// The place's name, not translated; a null text for a value that is no sample.
     [[nodiscard]] QString name(const KelGeoPositionSamplesEnum &sample) const;
+    /// The latitude of position().
     [[nodiscard]] KelLatitude latitude(const KelGeoPositionSamplesEnum &sample) const;
+    /// The longitude of position().
     [[nodiscard]] KelLongitude longitude(const KelGeoPositionSamplesEnum &sample) const;
 
 private:

@@ -15,6 +15,7 @@ class KELGEOLOCATION_EXPORT KelLatitude : public KelGeoArc
 {
 public:
     KelLatitude() noexcept = default;
+    /// Implicit on purpose: a number of degrees is a latitude, north positive. Any number is stored.
     KelLatitude(double decimalDegrees) noexcept
         : KelGeoArc(decimalDegrees)
     {
@@ -37,6 +38,7 @@ public:
     [[nodiscard]] bool isSouthOf(const KelLatitude &other) const noexcept { return *this < other; }
     /// The equator counts as northern.
     [[nodiscard]] bool isInNorthernHemisphere() const noexcept { return !isInSouthernHemisphere(); }
+    /// Strictly south of the equator.
     [[nodiscard]] bool isInSouthernHemisphere() const noexcept { return isSouthOf(0.0); }
     /// Whether the latitude lies within -90 ... +90, with the tolerance of the angles at both ends.
     [[nodiscard]] bool isInValidRange() const noexcept { return *this >= -90.0 && *this <= 90.0; }
@@ -59,6 +61,7 @@ public:
     /// null text.
     [[nodiscard]] QString toString(bool dms) const;
 
+    /// Adds the numbers of degrees; nothing is clamped.
     KelLatitude &operator+=(const KelLatitude &other) noexcept
     {
         KelGeoArc::operator+=(other);

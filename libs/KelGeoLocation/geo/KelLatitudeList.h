@@ -17,6 +17,7 @@ class KELGEOLOCATION_EXPORT KelLatitudeList : public QList<KelLatitude>
 {
 public:
     KelLatitudeList() = default;
+    /// Those latitudes, in that order.
     KelLatitudeList(std::initializer_list<KelLatitude> latitudes);
     KelLatitudeList(const KelLatitudeList &other) = default;
     KelLatitudeList(KelLatitudeList &&other) noexcept = default;

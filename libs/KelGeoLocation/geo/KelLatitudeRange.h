@@ -23,13 +23,16 @@ class KELGEOLOCATION_EXPORT KelLatitudeRange : public KelRange<KelLatitude>
 public:
     /// Keys of the bounds in the query of a URL: "latitude_min" and "latitude_max".
     static const QString QUERY_ITEM_SOUTH;
+    /// \copydoc QUERY_ITEM_SOUTH
     static const QString QUERY_ITEM_NORTH;
 
     KelLatitudeRange() = default;
+    /// Both bounds as they are, unchecked.
     KelLatitudeRange(const KelLatitude &south, const KelLatitude &north)
         : KelRange<KelLatitude>(south, north)
     {
     }
+    /// Takes over the bounds of any range of latitudes.
     explicit KelLatitudeRange(const KelRange<KelLatitude> &range)
         : KelRange<KelLatitude>(range)
     {
@@ -42,7 +45,9 @@ public:
     /// Reads both bounds from the items of @p query; a missing one is invalid.
     [[nodiscard]] static KelLatitudeRange parse(const QUrlQuery &query);
 
+    /// The lower bound.
     [[nodiscard]] KelLatitude south() const noexcept { return min(); }
+    /// The upper bound.
     [[nodiscard]] KelLatitude north() const noexcept { return max(); }
     /// North minus south, in degrees.
     [[nodiscard]] KelLatitude height() const noexcept { return north() - south(); }

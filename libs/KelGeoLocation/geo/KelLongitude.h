@@ -19,6 +19,7 @@ class KELGEOLOCATION_EXPORT KelLongitude : public KelGeoArc
 {
 public:
     KelLongitude() noexcept = default;
+    /// Implicit on purpose: a number of degrees is a longitude, east positive. Any number is stored.
     KelLongitude(double decimalDegrees) noexcept
         : KelGeoArc(decimalDegrees)
     {
@@ -44,7 +45,7 @@ public:
     [[nodiscard]] bool isWestOf(const KelLongitude &other) const noexcept { return other.isEastOf(*this); }
     /// 0 and both +180 and -180 count as eastern.
     [[nodiscard]] bool isInEasternHemisphere() const noexcept { return !isInWesternHemisphere(); }
-    // Deliberate: -180 is no western longitude, since half a turn from 0 is neither east nor west of it.
+    /// Deliberate: -180 is no western longitude, since half a turn from 0 is neither east nor west of it.
     [[nodiscard]] bool isInWesternHemisphere() const noexcept { return isWestOf(0.0); }
     /// Whether the longitude lies within -180 ... +180, with the tolerance of the angles at both ends.
     [[nodiscard]] bool isInValidRange() const noexcept { return *this >= -180.0 && *this <= 180.0; }
@@ -64,6 +65,7 @@ public:
     /// null text.
     [[nodiscard]] QString toString(bool dms) const;
 
+    /// Adds the numbers of degrees; nothing is wrapped.
     KelLongitude &operator+=(const KelLongitude &other) noexcept
     {
         KelGeoArc::operator+=(other);

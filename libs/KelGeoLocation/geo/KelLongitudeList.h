@@ -19,6 +19,7 @@ class KELGEOLOCATION_EXPORT KelLongitudeList : public QList<KelLongitude>
 {
 public:
     KelLongitudeList() = default;
+    /// Those longitudes, in that order.
     KelLongitudeList(std::initializer_list<KelLongitude> longitudes);
     KelLongitudeList(const KelLongitudeList &other) = default;
     KelLongitudeList(KelLongitudeList &&other) noexcept = default;

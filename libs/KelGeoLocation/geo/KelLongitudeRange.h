@@ -23,13 +23,16 @@ class KELGEOLOCATION_EXPORT KelLongitudeRange : public KelRange<KelLongitude>
 public:
     /// Keys of the bounds in the query of a URL: "longitude_min" and "longitude_max".
     static const QString QUERY_ITEM_WEST;
+    /// \copydoc QUERY_ITEM_WEST
     static const QString QUERY_ITEM_EAST;
 
     KelLongitudeRange() = default;
+    /// Both bounds as they are, unchecked; west greater than east crosses the date line.
     KelLongitudeRange(const KelLongitude &west, const KelLongitude &east)
         : KelRange<KelLongitude>(west, east)
     {
     }
+    /// Takes over the bounds of any range of longitudes.
     explicit KelLongitudeRange(const KelRange<KelLongitude> &range)
         : KelRange<KelLongitude>(range)
     {
@@ -43,7 +46,9 @@ public:
     /// Reads both bounds from the items of @p query; a missing one is invalid.
     [[nodiscard]] static KelLongitudeRange parse(const QUrlQuery &query);
 
+    /// Where the sector begins.
     [[nodiscard]] KelLongitude west() const noexcept { return min(); }
+    /// Where the sector ends.
     [[nodiscard]] KelLongitude east() const noexcept { return max(); }
     /// Whether west is greater than east (strictly).
     [[nodiscard]] bool crossesDateLine() const noexcept { return west() > east(); }

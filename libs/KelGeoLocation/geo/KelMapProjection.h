@@ -27,6 +27,7 @@ class QPoint;
 class KELGEOLOCATION_EXPORT KelMapProjection
 {
 public:
+    /// Fits the area into an image of that size.
     KelMapProjection(const KelGeoPositionRect &area, const QSize &size);
     KelMapProjection(const KelMapProjection &other) = default;
     KelMapProjection(KelMapProjection &&other) noexcept = default;
@@ -49,6 +50,7 @@ public:
     /// The pixel of a position given in degrees; both coordinates are whole numbers, truncated toward zero. What is
     /// too large for a 32-bit integer becomes the nearest one, and what is no number becomes 0.
     [[nodiscard]] QPointF getPixelCoordinateByMapCoordinate(double latitude, double longitude) const noexcept;
+    /// The same for a position.
     [[nodiscard]] QPointF projectate(const KelGeoPosition &position) const noexcept;
     /// The position of a pixel. Longitudes are not wrapped: beyond the date line they exceed 180.
     [[nodiscard]] KelGeoPosition convert(const QPoint &pixel) const;

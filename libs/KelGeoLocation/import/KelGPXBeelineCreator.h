@@ -28,6 +28,7 @@ class QString;
 class KELGEOLOCATION_EXPORT KelGPXBeelineCreator
 {
 public:
+    /// Computes nothing yet.
     KelGPXBeelineCreator(const KelGeoPosition &start, const KelGeoPosition &end);
     virtual ~KelGPXBeelineCreator();
     KelGPXBeelineCreator(const KelGPXBeelineCreator &) = default;

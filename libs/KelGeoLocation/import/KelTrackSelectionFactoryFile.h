@@ -30,6 +30,7 @@ public:
     /// be null) gets at least one entry with the reason, with line and column where the file is malformed.
     [[nodiscard]] virtual KelGPXConfiguredTrackList createConfiguredTrackList(const QFileInfo &file,
                                                                               KelErrorHistory *errors) const = 0;
+    /// The same for the local file that the URL names.
     [[nodiscard]] KelGPXConfiguredTrackList createConfiguredTrackList(const QUrl &url, KelErrorHistory *errors) const;
 
 protected:

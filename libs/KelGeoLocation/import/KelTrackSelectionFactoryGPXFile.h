@@ -18,7 +18,7 @@ public:
     KelTrackSelectionFactoryGPXFile &operator=(const KelTrackSelectionFactoryGPXFile &) = default;
     KelTrackSelectionFactoryGPXFile &operator=(KelTrackSelectionFactoryGPXFile &&) noexcept = default;
 
-    // The overloads below would hide those for URLs.
+    /// The overloads below would hide those for URLs.
     using KelTrackSelectionFactoryFile::createConfiguredTrackList;
     using KelTrackSelectionFactoryFile::supportsFile;
 

@@ -27,7 +27,7 @@ public:
     KelTrackSelectionFactoryKmlFile &operator=(const KelTrackSelectionFactoryKmlFile &) = default;
     KelTrackSelectionFactoryKmlFile &operator=(KelTrackSelectionFactoryKmlFile &&) noexcept = default;
 
-    // The overloads below would hide those for URLs.
+    /// The overloads below would hide those for URLs.
     using KelTrackSelectionFactoryFile::createConfiguredTrackList;
     using KelTrackSelectionFactoryFile::supportsFile;
 

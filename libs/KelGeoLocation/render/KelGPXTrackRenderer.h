@@ -80,7 +80,9 @@ public:
 
     /// \a value in configured size units as pixels: value × renderingFactor().
     [[nodiscard]] double scale(double value) const noexcept;
+    /// The size of the pictures, in pixels.
     [[nodiscard]] QSize targetImageSize() const noexcept;
+    /// What all widths are multiplied by: 1.0 on a normal screen.
     [[nodiscard]] double renderingFactor() const noexcept;
 
     /// \name Images
@@ -192,7 +194,9 @@ public:
 
     /// The colour, opaque for Foreground.
     [[nodiscard]] QColor adaptColor(const QColor &color, TrackRenderOption option) const;
+    /// The configuration's line colour after adaptColor().
     [[nodiscard]] QColor lineColor(const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const;
+    /// The configuration's fill colour after adaptColor().
     [[nodiscard]] QColor fillColor(const KelGPXTrackConfiguration &configuration, TrackRenderOption option) const;
 
     /// A solid pen with round caps and joins in the line colour, as wide as the line, for Foreground as line and
@@ -222,6 +226,7 @@ public:
 
     /// Draws the path, or a point when the path is empty.
     void drawLine(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack, TrackRenderOption option) const;
+    /// Draws the area and its outline, or a point when the path is empty.
     void drawPolygon(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack, TrackRenderOption option) const;
     /// @}
 

@@ -47,9 +47,12 @@ public:
     /// directory exists) and the configuration in it.
     void toXml(QDomElement &parent, const QString &elementName, const QDir &directory) const;
 
+    /// What is drawn.
     [[nodiscard]] const KelGPXTrack &track() const noexcept { return m_track; }
+    /// Replaces the track; the configuration stays as it is.
     void setTrack(const KelGPXTrack &track) { m_track = track; }
 
+    /// How the track is drawn.
     [[nodiscard]] const KelGPXTrackConfiguration &configuration() const noexcept { return m_configuration; }
     /// Takes over the configuration, adjusted to the track. A track that is a single point is always drawn as a
     /// point, and when the new configuration names no marker, it keeps the current one, or gets the circle when there
@@ -57,19 +60,33 @@ public:
     void setConfiguration(const KelGPXTrackConfiguration &configuration);
 
     // The configuration's values; each setter tells whether the value changed.
+    /// Colour of the line, of outlines and of the marker's pen.
     [[nodiscard]] QColor lineColor() const { return m_configuration.lineColor(); }
+    /// Colour of areas and of the marker's body.
     [[nodiscard]] QColor fillColor() const { return m_configuration.fillColor(); }
+    /// In pixels at rendering factor 1.
     [[nodiscard]] KelDistance lineWidth() const { return m_configuration.lineWidth(); }
+    /// In pixels at rendering factor 1; 0 is no halo.
     [[nodiscard]] KelDistance haloWidth() const { return m_configuration.haloWidth(); }
+    /// Solid, dashed, dotted and so on.
     [[nodiscard]] KelPenStyle penStyle() const { return m_configuration.penStyle(); }
+    /// In percent; 100 is no smoothing.
     [[nodiscard]] int smoothingStrength() const { return m_configuration.smoothingStrength(); }
+    /// The number of pieces between whose ends smoothing straightens.
     [[nodiscard]] int smoothingSteps() const { return m_configuration.smoothingSteps(); }
+    /// Returns whether the value changed.
     bool setLineColor(const QColor &color) { return m_configuration.setLineColor(color); }
+    /// Returns whether the value changed.
     bool setFillColor(const QColor &color) { return m_configuration.setFillColor(color); }
+    /// Returns whether the value changed.
     bool setLineWidth(const KelDistance &width) { return m_configuration.setLineWidth(width); }
+    /// Returns whether the value changed.
     bool setPenStyle(const KelPenStyle &style) { return m_configuration.setPenStyle(style); }
+    /// Returns whether the value changed.
     bool setSmoothingStrength(int percentage) { return m_configuration.setSmoothingStrength(percentage); }
+    /// Returns whether the value changed.
     bool setSmoothingSteps(int steps) { return m_configuration.setSmoothingSteps(steps); }
+    /// Whether any of these parts is painted.
     [[nodiscard]] bool hasDrawOption(const KelGPXTrackDisplayOptions &options) const
     {
         return m_configuration.hasDrawOption(options);
@@ -81,12 +98,16 @@ public:
     }
 
     // The track's values.
+    /// The track's name.
     [[nodiscard]] QString name() const { return m_track.name(); }
+    /// The track's description.
     [[nodiscard]] QString description() const { return m_track.description(); }
     [[nodiscard]] KelGeoPositionList allPoints() const override { return m_track.allPoints(); }
     [[nodiscard]] QList<KelGeoPositionList> chunkedPoints() const override { return m_track.chunkedPoints(); }
     [[nodiscard]] bool isSinglePoint() const override { return m_track.isSinglePoint(); }
+    /// The track's first point.
     [[nodiscard]] KelGeoPosition firstPoint() const override { return m_track.firstPoint(); }
+    /// The track's last point.
     [[nodiscard]] KelGeoPosition lastPoint() const override { return m_track.lastPoint(); }
     [[nodiscard]] QList<QDateTime> allTimeStamps() const override { return m_track.allTimeStamps(); }
     /// The shape that the points themselves suggest.
@@ -94,6 +115,7 @@ public:
 
     /// Same track and same configuration.
     [[nodiscard]] bool operator==(const KelGPXConfiguredTrack &other) const;
+    /// The opposite of equality.
     [[nodiscard]] bool operator!=(const KelGPXConfiguredTrack &other) const { return !(*this == other); }
 
     /// In which respects the two differ that ask for drawing again. Fill colour, halo, shape, marker, options, pen

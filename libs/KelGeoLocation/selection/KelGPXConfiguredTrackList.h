@@ -21,7 +21,9 @@ class KELGEOLOCATION_EXPORT KelGPXConfiguredTrackList
 {
 public:
     KelGPXConfiguredTrackList() = default;
+    /// Those tracks, in that order.
     explicit KelGPXConfiguredTrackList(const QList<KelGPXConfiguredTrack> &tracks);
+    /// A list of that one track.
     explicit KelGPXConfiguredTrackList(const KelGPXConfiguredTrack &track);
     /// Every direct child of exactly that name, in document order, through the configured track's own reader. None
     /// is skipped, whatever it holds.
@@ -40,7 +42,9 @@ public:
     /// Appends one child of that name per track, in order, to the parent.
     void toXml(QDomElement &parent, const QString &elementName, const QDir &directory) const;
 
+    /// All entries, in order.
     [[nodiscard]] const QList<KelGPXConfiguredTrack> &tracks() const noexcept { return m_entries; }
+    /// The number of entries.
     [[nodiscard]] int count() const noexcept { return int(m_entries.size()); }
     /// Whether there is any track.
     [[nodiscard]] bool isValid() const noexcept { return !m_entries.isEmpty(); }
@@ -53,10 +57,14 @@ public:
     [[nodiscard]] KelGPXConfiguredTrack value(int index) const;
     /// The entry for changing; the index must be in range.
     [[nodiscard]] KelGPXConfiguredTrack &operator[](int index) { return m_entries[index]; }
+    /// For range-based loops; entries are read only.
     [[nodiscard]] auto begin() const noexcept { return m_entries.cbegin(); }
+    /// For range-based loops; entries are read only.
     [[nodiscard]] auto end() const noexcept { return m_entries.cend(); }
 
+    /// Adds one entry at the end.
     void append(const KelGPXConfiguredTrack &track) { m_entries.append(track); }
+    /// Adds all entries of the other list at the end.
     void append(const KelGPXConfiguredTrackList &other) { m_entries.append(other.m_entries); }
     /// Removes the entry; an index out of range removes nothing.
     void removeAt(int index);

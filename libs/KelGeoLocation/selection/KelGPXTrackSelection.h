@@ -45,17 +45,22 @@ public:
     /// per row. Names are written without a prefix. Tracks go to files of their own when the directory exists.
     void toXml(QDomElement &element, const QDir &directory) const;
 
+    /// The tracks in order; later ones are painted over earlier ones.
     [[nodiscard]] KelGPXConfiguredTrackList tracks() const { return m_tracks; }
+    /// Replaces all tracks; the cropping opacity stays.
     void setTracks(const KelGPXConfiguredTrackList &tracks) { m_tracks = tracks; }
 
     /// The number of tracks.
     [[nodiscard]] int count() const noexcept { return m_tracks.count(); }
     /// Whether there is any track.
     [[nodiscard]] bool isValid() const noexcept { return count() != 0; }
+    /// Whether there is no track.
     [[nodiscard]] bool isEmpty() const noexcept { return count() == 0; }
     /// Whether there is anything to draw on the map: the same as isValid().
     [[nodiscard]] bool containsAnyMarking() const noexcept { return isValid(); }
+    /// Whether there is a track of that row.
     [[nodiscard]] bool isValidRow(int row) const noexcept { return m_tracks.checkRange(row); }
+    /// Another name of isValidRow().
     [[nodiscard]] bool checkRange(int row) const noexcept { return m_tracks.checkRange(row); }
 
     /// The row, or an empty track with the user's default configuration for a row out of range.
@@ -72,7 +77,9 @@ public:
 
     /// Appends the other's tracks; the cropping opacity stays.
     void addSelection(const KelGPXTrackSelection &other);
+    /// Appends the tracks.
     void addTracks(const KelGPXConfiguredTrackList &tracks);
+    /// Appends the track.
     void addTrack(const KelGPXConfiguredTrack &track);
     /// Appends the track with the user's default configuration, its shape settled by the track.
     void addTrack(const KelGPXTrack &track);
@@ -105,6 +112,7 @@ public:
 
     /// Same cropping opacity and the same tracks in the same order.
     [[nodiscard]] bool operator==(const KelGPXTrackSelection &other) const;
+    /// The opposite of equality.
     [[nodiscard]] bool operator!=(const KelGPXTrackSelection &other) const { return !(*this == other); }
 
     [[nodiscard]] KelGeoPositionList allPoints() const override;

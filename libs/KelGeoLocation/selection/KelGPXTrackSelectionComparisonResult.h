@@ -24,21 +24,26 @@ public:
 
     /// The rows that differ, in the order in which they were added; a row added twice stands there twice.
     [[nodiscard]] QList<int> changingTracks() const { return m_tracks; }
+    /// Replaces the rows that differ.
     void setChangingTracks(const QList<int> &rows) { m_tracks = rows; }
+    /// Adds a row that differs.
     void addChangingTrack(int row) { m_tracks.append(row); }
 
     /// In what the rows differ, all rows taken together.
     [[nodiscard]] KelGPXTrackAspect changingAspects() const noexcept { return m_aspects; }
+    /// Replaces the aspects in which any row differs.
     void setChangingAspects(KelGPXTrackAspect newAspects) noexcept { m_aspects = newAspects; }
     /// Keeps the aspects that are already there.
     void addChangingAspects(KelGPXTrackAspect furtherAspects) noexcept { m_aspects |= furtherAspects; }
 
     /// Whether one selection has more rows than the other.
     [[nodiscard]] bool trackCountChanges() const noexcept { return m_countChanges; }
+    /// See trackCountChanges().
     void setTrackCountChanges(bool changes) noexcept { m_countChanges = changes; }
 
     /// Appends the other's rows to these (duplicates stay) and adds its aspects and its change of the track count.
     KelGPXTrackSelectionComparisonResult &operator+=(const KelGPXTrackSelectionComparisonResult &other);
+    /// A copy of this result after operator+=().
     [[nodiscard]] KelGPXTrackSelectionComparisonResult operator+(
         const KelGPXTrackSelectionComparisonResult &other) const;
 

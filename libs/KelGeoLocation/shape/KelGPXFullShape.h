@@ -21,6 +21,7 @@ class KELGEOLOCATION_EXPORT KelGPXFullShape
 {
 public:
     KelGPXFullShape();
+    /// The pair as it is, fitting or not.
     KelGPXFullShape(const KelGPXTrackShape &trackShape, const KelGPXMarkerShape &markerShape);
 
     KelGPXFullShape(const KelGPXFullShape &) = default;
@@ -29,11 +30,16 @@ public:
     KelGPXFullShape &operator=(KelGPXFullShape &&) noexcept = default;
     virtual ~KelGPXFullShape();
 
+    /// The form of the track.
     [[nodiscard]] const KelGPXTrackShape &trackShape() const noexcept;
+    /// Replaces the form and leaves the marker alone.
     void setTrackShape(const KelGPXTrackShape &trackShape);
+    /// The marker at a point, or the arrow of a line.
     [[nodiscard]] const KelGPXMarkerShape &markerShape() const noexcept;
+    /// Replaces the marker and leaves the form alone.
     void setMarkerShape(const KelGPXMarkerShape &markerShape);
 
+    /// Both parts are equal.
     [[nodiscard]] bool operator==(const KelGPXFullShape &other) const;
 
     /// The name to show to the user, KelGPXTrackShape::humanReadable() with this marker.
@@ -46,6 +52,7 @@ public:
     /// Drops the marker bits that do not go with the track shape: a point keeps every marker but the arrow, a line
     /// only the arrow, any other shape none.
     void normalize();
+    /// A copy after normalize().
     [[nodiscard]] KelGPXFullShape normalized() const;
 
 private:

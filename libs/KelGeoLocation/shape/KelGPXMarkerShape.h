@@ -48,6 +48,7 @@ class KELGEOLOCATION_EXPORT KelGPXMarkerShape : public KelEnumWrapper<KelGPXMark
 public:
     /// No marker (0).
     KelGPXMarkerShape();
+    /// Implicit on purpose: an enumerator is a marker.
     KelGPXMarkerShape(KelGPXMarkerShapeEnum shape);
     /// From a combination of bits, as operator| and operator& deliver it.
     explicit KelGPXMarkerShape(int bits);
@@ -100,7 +101,9 @@ protected:
     void configurePainter(QPainter *painter) const;
     /// Draws the form that belongs to the value into `rect`.
     void drawShape(QPainter *painter, const QRectF &rect) const;
+    /// A square on its tip that touches the middle of each side of `rect`.
     void drawRhombus(QPainter *painter, const QRectF &rect) const;
+    /// All of `rect`, outlined.
     void drawBlock(QPainter *painter, const QRectF &rect) const;
     /// The bars of the cross are a fifth of `rect` thick; their ends are cut at whole pixels.
     void drawX(QPainter *painter, const QRectF &rect) const;

@@ -13,7 +13,7 @@ class QDomElement;
 
 /// The parts of a track's form that can be painted, as single bits.
 enum KelGPXTrackDisplayOptionsEnum : int {
-    DisplayNone = 0,
+    DisplayNone = 0,   ///< nothing
     DisplayStroke = 1, ///< "stroke": the outline or line
     DisplayFill = 2,   ///< "fill": the area
     DisplayExtra = 4   ///< no key: can be offered and held, but is lost when written
@@ -28,6 +28,7 @@ class KELGEOLOCATION_EXPORT KelGPXTrackDisplayOptions : public KelEnumWrapper<Ke
 public:
     /// Nothing is painted (0).
     KelGPXTrackDisplayOptions();
+    /// Implicit on purpose: an enumerator is a set of one option.
     KelGPXTrackDisplayOptions(KelGPXTrackDisplayOptionsEnum option);
     /// From a combination of bits, as operator| and operator& deliver it.
     explicit KelGPXTrackDisplayOptions(int bits);

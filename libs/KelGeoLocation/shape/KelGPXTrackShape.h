@@ -34,6 +34,7 @@ class KELGEOLOCATION_EXPORT KelGPXTrackShape : public KelEnumWrapper<KelGPXTrack
 public:
     /// Unknown (0).
     KelGPXTrackShape();
+    /// Implicit on purpose: an enumerator is a shape.
     KelGPXTrackShape(KelGPXTrackShapeEnum shape);
     /// From a combination of bits, as operator| and operator& deliver it.
     explicit KelGPXTrackShape(int bits);

@@ -38,9 +38,13 @@ public:
     /// A default track, then fromXml().
     KelGPXTrack(const QDomElement &element, const QDir &dir);
 
+    /// Shares the data until one of the two changes.
     KelGPXTrack(const KelGPXTrack &other);
+    /// Leaves a track behind that can only be assigned to or destroyed.
     KelGPXTrack(KelGPXTrack &&other) noexcept;
+    /// Shares the data until one of the two changes.
     KelGPXTrack &operator=(const KelGPXTrack &other);
+    /// Leaves a track behind that can only be assigned to or destroyed.
     KelGPXTrack &operator=(KelGPXTrack &&other) noexcept;
     ~KelGPXTrack() override;
 
@@ -53,20 +57,29 @@ public:
     /// first one begins; else linestring.
     [[nodiscard]] static KelGPXTrackShape autoDetectShape(const QList<KelGPXTrackSegment> &segments);
 
+    /// As shown to the user; may be empty.
     [[nodiscard]] QString name() const;
+    /// A longer text; may be empty.
     [[nodiscard]] QString description() const;
+    /// The pieces, in order, without the enclaves.
     [[nodiscard]] QList<KelGPXTrackSegment> segments() const;
+    /// The form as it was set or settled; see naturalShape() for what the points suggest.
     [[nodiscard]] KelGPXTrackShape shape() const;
+    /// The holes of a polygon, tracks themselves.
     [[nodiscard]] QList<KelGPXTrack> enclaves() const;
 
+    /// Any text.
     void setName(const QString &name);
+    /// Any form, fitting or not.
     void setShape(const KelGPXTrackShape &shape);
+    /// Replaces all holes.
     void setEnclaves(const QList<KelGPXTrack> &enclaves);
     /// Appends without any test, see isEnclave().
     void addEnclave(const KelGPXTrack &enclave);
 
     /// At least one segment. What is read keeps no empty segment: then it also means at least one point.
     [[nodiscard]] bool isValid() const;
+    /// The points of all segments.
     [[nodiscard]] int countPoints() const;
     /// Plain comparison, auto is no exception.
     [[nodiscard]] bool hasShape(const KelGPXTrackShape &shape) const;
@@ -77,10 +90,12 @@ public:
 
     /// Same data, or equal name, description, shape, segments and enclaves.
     [[nodiscard]] bool operator==(const KelGPXTrack &other) const;
+    /// The opposite of equality.
     [[nodiscard]] bool operator!=(const KelGPXTrack &other) const;
     /// Fewer points first; of two tracks with the same number of points (not 0) the one whose first position is less.
     /// Deliberate: not consistent with operator==, and neither is operator>.
     [[nodiscard]] bool operator<(const KelGPXTrack &other) const;
+    /// The mirror image of operator<().
     [[nodiscard]] bool operator>(const KelGPXTrack &other) const;
 
     /// Merges the content of a "trk" or "rte" into this track: segments and enclaves are added, of name, description

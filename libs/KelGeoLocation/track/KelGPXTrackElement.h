@@ -35,7 +35,9 @@ public:
     [[nodiscard]] virtual QList<KelGeoPositionList> chunkedPoints() const = 0;
     /// True if allPoints() has exactly one entry.
     [[nodiscard]] virtual bool isSinglePoint() const;
+    /// The first position; a default position if there is none.
     [[nodiscard]] virtual KelGeoPosition firstPoint() const = 0;
+    /// The last position; a default position if there is none.
     [[nodiscard]] virtual KelGeoPosition lastPoint() const = 0;
     /// One entry for each point, in order; an invalid one for a point without time.
     [[nodiscard]] virtual QList<QDateTime> allTimeStamps() const = 0;
@@ -51,6 +53,7 @@ public:
     /// the first point is cut off before the text is converted with QString::toDouble(). 0 if that fails.
     /// Deliberate: a text without a point is cut to its first seven characters, "12345678" reads as 1234567.
     [[nodiscard]] static double safeDouble(const QString &text);
+    /// As above, from a view.
     [[nodiscard]] static double safeDouble(QStringView text);
 };
 

@@ -35,6 +35,7 @@ public:
     KelGPXTrackFile &operator=(KelGPXTrackFile &&) noexcept = default;
     virtual ~KelGPXTrackFile();
 
+    /// In document order: every track, then every route.
     [[nodiscard]] QList<KelGPXTrack> tracks() const { return m_tracks; }
     /// At least one track was read.
     [[nodiscard]] bool isValid() const { return !m_tracks.isEmpty(); }

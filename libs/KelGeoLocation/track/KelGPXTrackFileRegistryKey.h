@@ -15,6 +15,7 @@
 class KELGEOLOCATION_EXPORT KelGPXTrackFileRegistryKey
 {
 public:
+    /// The pair; the directory need not exist.
     KelGPXTrackFileRegistryKey(const KelGPXTrack &track, const QDir &dir);
 
     KelGPXTrackFileRegistryKey(const KelGPXTrackFileRegistryKey &) = default;
@@ -23,7 +24,9 @@ public:
     KelGPXTrackFileRegistryKey &operator=(KelGPXTrackFileRegistryKey &&) noexcept = default;
     virtual ~KelGPXTrackFileRegistryKey();
 
+    /// The stored track.
     [[nodiscard]] const KelGPXTrack &track() const noexcept { return m_track; }
+    /// Where its file lies.
     [[nodiscard]] const QDir &dir() const noexcept { return m_dir; }
 
     /// Equal tracks, with all their points, in equal directories.
@@ -41,6 +44,7 @@ private:
     QDir m_dir;
 };
 
+/// KelGPXTrackFileRegistryKey::hash(), mixed with the seed.
 KELGEOLOCATION_EXPORT std::size_t qHash(const KelGPXTrackFileRegistryKey &key, std::size_t seed = 0);
 
 #endif

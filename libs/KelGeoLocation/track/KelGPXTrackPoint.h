@@ -26,6 +26,7 @@ class KELGEOLOCATION_EXPORT KelGPXTrackPoint : public KelGPXTrackElement
 public:
     /// An invalid position (720, 720), without elevation, time and description.
     KelGPXTrackPoint();
+    /// All four values as they are, unchecked; the elevation in metres.
     KelGPXTrackPoint(const KelGeoPosition &position, int elevation, const QDateTime &timeStamp,
                      const QString &description);
     /// Reads a GPX point from the attributes "lat" and "lon" and the children "time" (ISO 8601), "ele" (metres, cut
@@ -33,15 +34,23 @@ public:
     /// matter. Deliberate: a missing attribute reads as 1.0 degree, an unreadable one as 0.
     explicit KelGPXTrackPoint(const QDomElement &element);
 
+    /// Shares the data.
     KelGPXTrackPoint(const KelGPXTrackPoint &other);
+    /// Leaves a point behind that can only be assigned to or destroyed.
     KelGPXTrackPoint(KelGPXTrackPoint &&other) noexcept;
+    /// Shares the data.
     KelGPXTrackPoint &operator=(const KelGPXTrackPoint &other);
+    /// Leaves a point behind that can only be assigned to or destroyed.
     KelGPXTrackPoint &operator=(KelGPXTrackPoint &&other) noexcept;
     ~KelGPXTrackPoint() override;
 
+    /// Where the point lies.
     [[nodiscard]] KelGeoPosition position() const;
+    /// In metres.
     [[nodiscard]] int elevation() const;
+    /// Invalid if unknown.
     [[nodiscard]] QDateTime timeStamp() const;
+    /// Any text, mostly empty.
     [[nodiscard]] QString description() const;
 
     /// True if latitude and longitude are both exactly 0.0 degrees.
@@ -74,7 +83,9 @@ public:
     [[nodiscard]] QList<KelGeoPositionList> chunkedPoints() const override;
     /// Always true.
     [[nodiscard]] bool isSinglePoint() const override;
+    /// Its own position.
     [[nodiscard]] KelGeoPosition firstPoint() const override;
+    /// Its own position.
     [[nodiscard]] KelGeoPosition lastPoint() const override;
     /// The one time stamp, also when it is invalid.
     [[nodiscard]] QList<QDateTime> allTimeStamps() const override;

@@ -18,22 +18,30 @@ class KELGEOLOCATION_EXPORT KelGPXTrackPointImpl : public KelGPXTrackElement, pu
 public:
     /// An invalid position, no elevation, no time, no description.
     KelGPXTrackPointImpl();
+    /// All four values as they are.
     KelGPXTrackPointImpl(KelGeoPosition position, int elevation, QDateTime timeStamp, QString description);
     KelGPXTrackPointImpl(const KelGPXTrackPointImpl &) = default;
     KelGPXTrackPointImpl &operator=(const KelGPXTrackPointImpl &) = delete;
     ~KelGPXTrackPointImpl() override;
 
+    /// \copydoc KelGPXTrackPoint::position
     [[nodiscard]] const KelGeoPosition &position() const noexcept { return m_position; }
+    /// \copydoc KelGPXTrackPoint::elevation
     [[nodiscard]] int elevation() const noexcept { return m_elevation; }
+    /// \copydoc KelGPXTrackPoint::timeStamp
     [[nodiscard]] const QDateTime &timeStamp() const noexcept { return m_timeStamp; }
+    /// \copydoc KelGPXTrackPoint::description
     [[nodiscard]] const QString &description() const noexcept { return m_description; }
 
+    /// All four values are equal.
     [[nodiscard]] bool operator==(const KelGPXTrackPointImpl &other) const;
 
     [[nodiscard]] KelGeoPositionList allPoints() const override;
     [[nodiscard]] QList<KelGeoPositionList> chunkedPoints() const override;
     [[nodiscard]] bool isSinglePoint() const override;
+    /// Its own position.
     [[nodiscard]] KelGeoPosition firstPoint() const override;
+    /// Its own position.
     [[nodiscard]] KelGeoPosition lastPoint() const override;
     [[nodiscard]] QList<QDateTime> allTimeStamps() const override;
 

@@ -22,6 +22,7 @@ class KELGEOLOCATION_EXPORT KelGPXTrackSegment : public KelGPXTrackElement
 {
 public:
     KelGPXTrackSegment() = default;
+    /// Those points, in that order.
     explicit KelGPXTrackSegment(const QList<KelGPXTrackPoint> &points);
     /// A segment of one point.
     explicit KelGPXTrackSegment(const KelGPXTrackPoint &point);
@@ -29,11 +30,14 @@ public:
     /// route points in "extensions". The element's own name and attributes do not matter.
     explicit KelGPXTrackSegment(const QDomElement &element);
 
+    /// All points, in order.
     [[nodiscard]] QList<KelGPXTrackPoint> trackPoints() const { return m_trackPoints; }
+    /// The number of points.
     [[nodiscard]] int count() const { return int(m_trackPoints.size()); }
     /// At least one point.
     [[nodiscard]] bool isValid() const { return !m_trackPoints.isEmpty(); }
 
+    /// The same points in the same order.
     [[nodiscard]] bool operator==(const KelGPXTrackSegment &other) const;
 
     /// Appends a "trkseg" with one "compressedPoints" to `parent`, an empty one for a segment without points.

@@ -44,6 +44,7 @@ public:
 
     /// The shape of a row; a default one, both values 0, when there is no such row (negative rows included).
     [[nodiscard]] KelGPXFullShape markerAt(int row) const;
+    /// The shape of the index's row; a default one for an invalid index.
     [[nodiscard]] KelGPXFullShape markerAt(const QModelIndex &index) const;
 
     /// The first row of the shape in its normalised form (marker bits that do not fit the track shape are dropped
@@ -56,7 +57,9 @@ public:
 
     /// What the icons are painted with. Each signals all icons as changed, also if the value is the same.
     void setStrokeColor(const QColor &color);
+    /// \copydoc setStrokeColor
     void setFillColor(const QColor &color);
+    /// \copydoc setStrokeColor
     void setDisplayOptions(const KelGPXTrackDisplayOptions &options);
 
     /// Signals all rows as changed in Qt::DecorationRole alone; for an empty list with invalid indexes.
@@ -68,6 +71,7 @@ public:
     /// The colours of the icons: transparent where the display options leave the stroke or the fill out, and black
     /// both if they leave out both, so that there is something to see.
     [[nodiscard]] QColor effectiveStrokeColor() const;
+    /// \copydoc effectiveStrokeColor
     [[nodiscard]] QColor effectiveFillColor() const;
 
 private:

@@ -14,6 +14,7 @@ enum KelGPXTrackEditOption {
     EditOptionZoomTo = 4, ///< show the row's track or place on the map
     EditOptionEdit = 8    ///< edit the row
 };
+/// Any combination of KelGPXTrackEditOption.
 Q_DECLARE_FLAGS(KelGPXTrackEditOptions, KelGPXTrackEditOption)
 Q_DECLARE_OPERATORS_FOR_FLAGS(KelGPXTrackEditOptions)
 

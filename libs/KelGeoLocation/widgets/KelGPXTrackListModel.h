@@ -83,15 +83,18 @@ public:
     /// A copy of the list.
     [[nodiscard]] KelGPXConfiguredTrackList tracks() const;
 
+    /// Whether there is a track of that row.
     [[nodiscard]] bool isValidRow(int row) const;
 
     /// The track at the row; a default configured track when there is no such row (negative rows included).
     [[nodiscard]] KelGPXConfiguredTrack trackAt(int row) const;
+    /// The same, for the row of the index.
     [[nodiscard]] KelGPXConfiguredTrack trackAt(const QModelIndex &index) const;
 
     /// Gives the row's track a new configuration, by the rules of KelGPXConfiguredTrackList::setConfiguration(), and
     /// signals the row as changed only if it did change.
     void setConfiguration(int row, const KelGPXTrackConfiguration &configuration);
+    /// The same, for the row of the index.
     void setConfiguration(const QModelIndex &index, const KelGPXTrackConfiguration &configuration);
 
     /// setConfiguration() for every row from the first to the last, with one dataChanged() for each changed row.

@@ -67,8 +67,11 @@ Q_SIGNALS:
     /// A row's button was clicked. The row may be gone when deleteItem() or zoomToItem() arrive: both are delivered
     /// only after the click has been handled, since they may destroy the widget that was clicked.
     void editItem(int row);
+    /// \copydoc editItem
     void deleteItem(int row);
+    /// \copydoc editItem
     void addItem(int row);
+    /// \copydoc editItem
     void zoomToItem(int row);
 
 private:

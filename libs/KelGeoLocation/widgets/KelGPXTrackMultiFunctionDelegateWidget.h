@@ -56,21 +56,28 @@ public:
 
     /// The building blocks of the row: children of this widget, not yet in its layout. `text` is the row's text.
     KelElidedLabel *createTextLabel(const QString &text);
+    /// \copydoc createTextLabel
     QToolButton *createEditButton(const QString &text);
+    /// \copydoc createTextLabel
     QToolButton *createDeleteButton(const QString &text);
+    /// \copydoc createTextLabel
     QToolButton *createZoomToButton(const QString &text);
+    /// \copydoc createTextLabel
     QToolButton *createAddButton(const QString &text);
 
     /// Starts the blink of the label; does nothing while another thread holds the animation.
     void startAnimation();
 
 public Q_SLOTS:
+    /// Emits editItem().
     void onEditEventRequested();
 
     /// Stops the blink, unless another thread holds the animation, and emits deleteItem() in any case.
     void onDeleteEventRequested();
 
+    /// Emits zoomToItem().
     void onZoomEventRequested();
+    /// Emits addItem().
     void onAddEventRequested();
 
     /// One step of the blink: hands the state to the label and repaints it at once.
@@ -80,9 +87,13 @@ public Q_SLOTS:
     void modelDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight);
 
 Q_SIGNALS:
+    /// The edit button was clicked; the row is row().
     void editItem(int row);
+    /// The delete button was clicked; the row is row().
     void deleteItem(int row);
+    /// The add button was clicked; the row is row().
     void addItem(int row);
+    /// The zoom button was clicked; the row is row().
     void zoomToItem(int row);
 
 protected:
