@@ -15,7 +15,9 @@ import random
 import sys
 import zipfile
 
+# REUSE-IgnoreStart
 HEADER = "<!-- SPDX-FileCopyrightText: The libKelGeoLocation authors -->\n<!-- SPDX-License-Identifier: MIT -->\n"
+# REUSE-IgnoreEnd
 GPX = ('<?xml version="1.0" encoding="UTF-8"?>\n' + HEADER
        + '<gpx version="1.1" creator="libKelGeoLocation examples" xmlns="http://www.topografix.com/GPX/1/1"{more}>\n')
 
@@ -229,8 +231,10 @@ def main():
         entry = zipfile.ZipInfo("doc.kml", (2024, 1, 1, 0, 0, 0))
         entry.compress_type = zipfile.ZIP_DEFLATED
         archive.writestr(entry, tour)
+    # REUSE-IgnoreStart
     (folder / "tour.kmz.license").write_text(
         "SPDX-FileCopyrightText: The libKelGeoLocation authors\nSPDX-License-Identifier: MIT\n", encoding="utf-8")
+    # REUSE-IgnoreEnd
 
 
 main()

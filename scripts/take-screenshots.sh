@@ -31,7 +31,9 @@ take() {
     kill "$program"
     wait "$program" 2>/dev/null || true
     rm -rf "$XDG_CONFIG_HOME" "$XDG_DATA_HOME"
+    # REUSE-IgnoreStart
     [ -e "$picture.license" ] || printf 'SPDX-FileCopyrightText: The libKelGeoLocation authors\nSPDX-License-Identifier: MIT\n' >"$picture.license"
+    # REUSE-IgnoreEnd
     echo "$picture"
 }
 
