@@ -8,34 +8,55 @@
 #include <QFileInfo>
 #include <QString>
 
+#include <utility>
+
 namespace
 {
 
 constexpr QChar ByteOrderMark(0xfeff);
 
-QStringList splitLines(QString text)
+/// The text of a file; null if it has none, or cannot be read to its end.
+QString readWhole(const QFileInfo &fileInfo)
 {
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    QFile file(fileInfo.filePath());
+    // Qt warns about a file without a name; here it is one that cannot be read, like any other.
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
+        return QString();
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return QString();
+
+    QString text = QString::fromUtf8(bytes);
+    if (text.startsWith(ByteOrderMark))
+        text.remove(0, 1);
+    return text.isEmpty() ? QString() : text;
+}
+
+/// The text with line feeds between its lines only.
+QString withPlainLineEnds(QString text)
+{
+    if (text.contains(QLatin1Char('\r'))) {
+        text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+        text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    }
     if (text.endsWith(QLatin1Char('\n')))
         text.chop(1);
-    return text.split(QLatin1Char('\n'));
+    return text;
 }
 
 } // namespace
 
 QStringList KelFileHandler::readTextFile(const QFileInfo &fileInfo)
 {
-    QFile file(fileInfo.filePath());
-    // Qt warns about a file without a name; here it is one that cannot be read, like any other.
-    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return {};
+    QString text = readWhole(fileInfo);
+    return text.isEmpty() ? QStringList() : withPlainLineEnds(std::move(text)).split(QLatin1Char('\n'));
+}
 
-    QString text = QString::fromUtf8(bytes);
-    if (text.startsWith(ByteOrderMark))
-        text.remove(0, 1);
-    return text.isEmpty() ? QStringList() : splitLines(std::move(text));
+QString KelFileHandler::readText(const QFileInfo &fileInfo)
+{
+    QString text = readWhole(fileInfo);
+    if (text.isEmpty())
+        return QString();
+    text = withPlainLineEnds(std::move(text));
+    return text.isEmpty() ? QStringLiteral("") : text; // one empty line
 }

@@ -6,6 +6,7 @@
 
 #include <KelCoreGlobal.h>
 
+#include <QString>
 #include <QStringList>
 
 class QFileInfo;
@@ -22,6 +23,9 @@ public:
     /// The text is taken as UTF-8; a byte order mark is dropped, bytes that are no UTF-8 become U+FFFD. A file that
     /// cannot be read, or not to its end, gives an empty list, as an empty file does.
     [[nodiscard]] static QStringList readTextFile(const QFileInfo &fileInfo);
+
+    /// The lines of readTextFile(), joined with line feeds, without making the lines; a null text where there are none.
+    [[nodiscard]] static QString readText(const QFileInfo &fileInfo);
 };
 
 #endif

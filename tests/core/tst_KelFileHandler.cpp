@@ -52,6 +52,11 @@ void tst_KelFileHandler::readTextFile()
     QCOMPARE(file.write(bytes), bytes.size());
     file.close();
     QTEST(KelFileHandler::readTextFile(QFileInfo(file.fileName())), "lines");
+
+    QFETCH(QStringList, lines);
+    const QString text = KelFileHandler::readText(QFileInfo(file.fileName()));
+    QCOMPARE(text, lines.join(QLatin1Char('\n')));
+    QCOMPARE(text.isNull(), lines.isEmpty());
 }
 
 void tst_KelFileHandler::unreadableFileGivesNoLines()
@@ -60,6 +65,9 @@ void tst_KelFileHandler::unreadableFileGivesNoLines()
     QCOMPARE(KelFileHandler::readTextFile(QFileInfo(m_dir.filePath("missing"))), QStringList());
     QCOMPARE(KelFileHandler::readTextFile(QFileInfo(m_dir.path())), QStringList());
     QCOMPARE(KelFileHandler::readTextFile(QFileInfo()), QStringList());
+    QVERIFY(KelFileHandler::readText(QFileInfo(m_dir.filePath("missing"))).isNull());
+    QVERIFY(KelFileHandler::readText(QFileInfo(m_dir.path())).isNull());
+    QVERIFY(KelFileHandler::readText(QFileInfo()).isNull());
 }
 
 QTEST_GUILESS_MAIN(tst_KelFileHandler)

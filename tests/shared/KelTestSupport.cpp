@@ -25,6 +25,28 @@ QString dataFile(const QString &name)
     return QStringLiteral(KEL_TEST_DATA_DIR "/") + name;
 }
 
+namespace
+{
+
+int fromEnvironment(const char *name, int otherwise)
+{
+    bool ok = false;
+    const int value = qEnvironmentVariableIntValue(name, &ok);
+    return ok ? value : otherwise;
+}
+
+} // namespace
+
+int randomCases(int otherwise)
+{
+    return fromEnvironment("KEL_RANDOM_CASES", otherwise);
+}
+
+unsigned randomSeed(unsigned otherwise)
+{
+    return unsigned(fromEnvironment("KEL_RANDOM_SEED", int(otherwise)));
+}
+
 RecordingTranslator::RecordingTranslator()
 {
     QCoreApplication::installTranslator(this);

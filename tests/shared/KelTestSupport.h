@@ -21,6 +21,11 @@ QDomDocument document(const QString &xml);
 /// Path of a file in tests/data.
 QString dataFile(const QString &name);
 
+/// How many random cases a test goes through: KEL_RANDOM_CASES, or the number when that is not set.
+int randomCases(int otherwise);
+/// Where they begin: KEL_RANDOM_SEED, or the number when that is not set.
+unsigned randomSeed(unsigned otherwise);
+
 /// Translator that writes down what it is asked for; installed in the application for as long as it lives.
 class RecordingTranslator : public QTranslator
 {

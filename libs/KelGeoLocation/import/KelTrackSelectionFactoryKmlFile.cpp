@@ -8,7 +8,7 @@
 #include <KelGPXConfiguredTrackList.h>
 #include <KelGPXTrackStyleList.h>
 #include <KelKMLNames.h>
-#include <KelXMLLoader.h>
+#include <KelXMLLongTexts.h>
 #include <KelZIP.h>
 
 #include <QDomDocument>
@@ -49,14 +49,14 @@ QDomElement nextBelow(const QDomElement &element, const QDomElement &top)
 
 QString readPlainFile(const QFileInfo &file, KelErrorHistory *errors)
 {
-    const QStringList lines = KelFileHandler::readTextFile(file);
-    if (lines.isEmpty() && errors) {
+    const QString text = KelFileHandler::readText(file);
+    if (text.isNull() && errors) {
         QFile reader(file.filePath());
         report(errors, file.filePath(),
                reader.open(QIODevice::ReadOnly) ? QStringLiteral("the file is empty or cannot be read")
                                                 : reader.errorString());
     }
-    return lines.join(QLatin1Char('\n'));
+    return text;
 }
 
 QString readArchive(const QFileInfo &file, KelErrorHistory *errors)
@@ -79,6 +79,13 @@ QString readArchive(const QFileInfo &file, KelErrorHistory *errors)
                                            : zip.errorString());
     }
     return QString::fromUtf8(content);
+}
+
+/// QDomElement::text(), but a single text as it lies in the tree: that of coordinates is long.
+QString wholeText(const QDomElement &element)
+{
+    const QDomNode child = element.firstChild();
+    return child.isText() && child.nextSibling().isNull() ? child.nodeValue() : element.text();
 }
 
 QString orFileName(const QString &text, const QString &fileName)
@@ -144,7 +151,7 @@ KelGPXConfiguredTrackList KelTrackSelectionFactoryKmlFile::decode(const QString 
 {
     QDomDocument xml;
     KelErrorHistory parseErrors;
-    KelXMLLoader::setContent(xml, kmlText, &parseErrors);
+    KelXMLLongTexts::setContent(xml, kmlText, &parseErrors);
 
     const QDomElement document = xml.documentElement().firstChildElement(KelKMLNames::Document);
     const KelGPXTrackStyleList styles = KelGPXTrackStyleList::fromKml(document);
@@ -199,7 +206,7 @@ QString KelTrackSelectionFactoryKmlFile::findCoordinates(const QDomElement &elem
     QDomElement current = element;
     while (!current.isNull()) {
         if (current.nodeName() == KelKMLNames::Coordinates) {
-            const QString text = current.text().trimmed();
+            const QString text = wholeText(current).trimmed();
             if (!text.isEmpty())
                 return text;
             current = nextBeside(current, element);

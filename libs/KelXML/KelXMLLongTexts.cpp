@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelXMLLongTexts.h"
+
+#include <KelXMLLoader.h>
+
+#include <QDomDocument>
+#include <QList>
+#include <QString>
+#include <QStringView>
+
+#include <array>
+
+namespace
+{
+
+/// In a text that holds none, so that nothing else can look like the mark of a text that was taken out.
+constexpr QChar MARK(0xe000);
+
+using Texts = QList<QStringView>;
+
+/// Characters that mean themselves in a text, beyond doubt: no entity, no end of a CDATA section, no line end to be
+/// made another.
+constexpr std::array<bool, 128> plainCharacters = [] {
+    std::array<bool, 128> plain{};
+    for (std::size_t c = 0x20; c < 0x7f; ++c)
+        plain[c] = c != '<' && c != '>' && c != '&' && c != ']';
+    plain['\n'] = plain['\t'] = true;
+    return plain;
+}();
+
+constexpr bool isPlain(char16_t character)
+{
+    return character < plainCharacters.size() && plainCharacters[character];
+}
+
+/// Goes through a document from one piece of markup to the next. It trusts the document to be well-formed: of another
+/// one it may see anything, but the parser comes to the error all the same.
+class MarkupScanner
+{
+public:
+    explicit MarkupScanner(QStringView xml)
+        : m_at(xml.utf16())
+        , m_end(m_at + xml.size())
+    {
+    }
+
+    /// The long plain texts, each all that stands between two pieces of markup; none if there is a doubt.
+    Texts longTexts()
+    {
+        Texts texts;
+        while (skipText()) {
+            if (startsWith(u"<!--")) {
+                if (!skipBehind(u"-->", 4))
+                    return {};
+            } else if (startsWith(u"<![CDATA[")) {
+                if (!skipBehind(u"]]>", 9))
+                    return {};
+            } else if (startsWith(u"<?")) {
+                if (!skipBehind(u"?>", 2))
+                    return {};
+            } else if (startsWith(u"<!") || !skipTag()) {
+                return {}; // a document type may change what anything means
+            } else {
+                takeText(texts);
+            }
+        }
+        return texts;
+    }
+
+private:
+    /// To the next markup.
+    bool skipText()
+    {
+        const qsizetype index = rest().indexOf(u'<');
+        m_at = index < 0 ? m_end : m_at + index;
+        return m_at != m_end;
+    }
+
+    bool skipBehind(QStringView end, qsizetype from)
+    {
+        const qsizetype index = rest().indexOf(end, from);
+        if (index < 0)
+            return false;
+        m_at += index + end.size();
+        return true;
+    }
+
+    /// Behind the end of the tag; an end in the value of an attribute is none.
+    bool skipTag()
+    {
+        char16_t quote = 0;
+        for (++m_at; m_at != m_end; ++m_at) {
+            if (quote != 0)
+                quote = *m_at == quote ? char16_t(0) : quote;
+            else if (*m_at == u'"' || *m_at == u'\'')
+                quote = *m_at;
+            else if (*m_at == u'>')
+                break;
+        }
+        if (m_at == m_end)
+            return false;
+        ++m_at;
+        return true;
+    }
+
+    void takeText(Texts &texts)
+    {
+        const char16_t *const begin = m_at;
+        bool blank = true;
+        for (; m_at != m_end && isPlain(*m_at); ++m_at)
+            blank = blank && *m_at <= u' ';
+        // The parser drops blank texts, which it would not do with what stands for them.
+        if (m_at != m_end && *m_at == u'<' && !blank && m_at - begin >= KelXMLLongTexts::MINIMUM_LENGTH)
+            texts.append(QStringView(begin, m_at));
+    }
+
+    [[nodiscard]] QStringView rest() const { return {m_at, m_end}; }
+    [[nodiscard]] bool startsWith(QStringView text) const { return rest().startsWith(text); }
+
+    const char16_t *m_at;
+    const char16_t *m_end;
+};
+
+QString markOf(qsizetype index)
+{
+    return MARK + QString::number(index);
+}
+
+QString withMarks(const QString &xml, const Texts &texts)
+{
+    QString marked;
+    const char16_t *at = QStringView(xml).utf16();
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        marked += QStringView(at, texts.at(i).utf16());
+        marked += markOf(i);
+        at = texts.at(i).utf16() + texts.at(i).size();
+    }
+    marked += QStringView(at, QStringView(xml).utf16() + xml.size());
+    return marked;
+}
+
+/// The node that follows in document order.
+QDomNode nextNode(QDomNode node)
+{
+    if (!node.firstChild().isNull())
+        return node.firstChild();
+    while (!node.isNull() && node.nextSibling().isNull())
+        node = node.parentNode();
+    return node.nextSibling();
+}
+
+/// Whether each found its place again, and only that. To the very end: a reference to the mark's character looks like the
+/// mark in the tree, though not in the text.
+bool putBack(QDomDocument &document, const Texts &texts)
+{
+    qsizetype index = 0;
+    for (QDomNode node = document.documentElement(); !node.isNull(); node = nextNode(node)) {
+        if (!node.isText() || !node.nodeValue().startsWith(MARK))
+            continue;
+        if (index == texts.size() || node.nodeValue() != markOf(index))
+            return false;
+        node.setNodeValue(texts.at(index++).toString());
+    }
+    return index == texts.size();
+}
+
+} // namespace
+
+bool KelXMLLongTexts::setContent(QDomDocument &document, const QString &text, KelErrorHistory *errorHistory)
+{
+    const Texts texts = text.contains(MARK) ? Texts() : MarkupScanner(text).longTexts();
+    if (!texts.isEmpty() && KelXMLLoader::setContent(document, withMarks(text, texts)) && putBack(document, texts))
+        return true;
+    return KelXMLLoader::setContent(document, text, errorHistory);
+}
