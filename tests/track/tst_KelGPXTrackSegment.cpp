@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <cmath>
 #include <random>
 #include <thread>
 
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void toXmlOfAnEmptySegment();
     void roundTripScalesTimes();
     void toKml();
+    void toKmlEqualsThePlainForm();
     void decodeTrackPoints_data();
     void decodeTrackPoints();
     void decodeTrackPointsEqualsThePlainForm_data();
@@ -317,6 +319,52 @@ void tst_KelGPXTrackSegment::toKml()
              "8.25,53.5\n2.,1.,3\n5.,4.");
 }
 
+void tst_KelGPXTrackSegment::toKmlEqualsThePlainForm()
+{
+    static const QRegularExpression trailingZeros(QStringLiteral("0+$"));
+    const auto coordinate = [](double value) { return QString::number(value, 'f', 10).remove(trailingZeros); };
+    std::mt19937_64 random(KelTestSupport::randomSeed(6));
+    std::uniform_real_distribution<double> degrees(-180.0, 180.0);
+    std::uniform_real_distribution<double> exponents(-14.0, 20.0);
+    const auto angle = [&]() -> double {
+        switch (random() % 8) {
+        case 0:
+            return degrees(random);
+        case 1:
+            return std::copysign(std::pow(10.0, exponents(random)), random() % 2 ? 1.0 : -1.0);
+        case 2:
+            return double(qint64(random() % 737280) - 368640) / 2048.0; // every second one an exact half
+        case 3:
+            return double(random() % 3) * -720.0;
+        default:
+            return double(qint64(random() % 3600000000) - 1800000000) / 1e7; // as recorded
+        }
+    };
+    const auto whole = [&random](int bits) { return qint64(random() >> (64 - bits)) * (random() % 2 ? 1 : -1); };
+
+    QList<KelGPXTrackPoint> points;
+    QString expected;
+    for (int i = KelTestSupport::randomCases(50000); i > 0; --i) {
+        const double latitude = angle();
+        const double longitude = angle();
+        const int elevation = random() % 4 ? int(whole(1 + int(random() % 31))) : 0;
+        const QDateTime time = random() % 2 ? seconds(whole(1 + int(random() % 40))) : QDateTime();
+        points.append(point(latitude, longitude, elevation, time));
+        expected += (expected.isEmpty() ? QString() : QStringLiteral("\n")) + coordinate(longitude) + QLatin1Char(',')
+            + coordinate(latitude);
+        if (elevation != 0 || time.isValid())
+            expected += QStringLiteral(",%1").arg(elevation);
+        if (time.isValid())
+            expected += QStringLiteral(",%1").arg(time.toMSecsSinceEpoch());
+        // Segments of many lengths: the writer's buffer ends anywhere.
+        if (i == 1 || random() % 400 == 0) {
+            QVERIFY(KelGPXTrackSegment(points).toKml() == expected);
+            points.clear();
+            expected.clear();
+        }
+    }
+}
+
 void tst_KelGPXTrackSegment::decodeTrackPoints_data()
 {
     QTest::addColumn<QString>("text");
@@ -392,10 +440,11 @@ void tst_KelGPXTrackSegment::decodeTrackPointsEqualsThePlainForm()
 
 void tst_KelGPXTrackSegment::decodeTrackPointsOfRandomTexts()
 {
-    std::mt19937 random(5);
+    const int cases = KelTestSupport::randomCases(50000);
+    std::mt19937 random(KelTestSupport::randomSeed(5));
     const QString usual = QStringLiteral("0123456789012345678901234567890123456789....,,,,,,  \n-");
     const QString unusual = usual + QStringLiteral("+eEx;\u00a0\u0085\u2003\u000b\u000c\r\u0661");
-    for (int i = 0; i < 50000; ++i) {
+    for (int i = 0; i < cases; ++i) {
         const QString &alphabet = i % 2 ? usual : unusual;
         QString text;
         for (uint length = random() % 60; length > 0; --length)
@@ -406,7 +455,7 @@ void tst_KelGPXTrackSegment::decodeTrackPointsOfRandomTexts()
     // As files hold them.
     std::uniform_real_distribution<double> degrees(-180.0, 180.0);
     QString text;
-    for (int i = 0; i < 50000; ++i) {
+    for (int i = 0; i < cases; ++i) {
         text += QString::number(degrees(random), 'f', int(random() % 12)) + QLatin1Char(',')
             + QString::number(degrees(random), 'f', int(random() % 12));
         if (random() % 2)

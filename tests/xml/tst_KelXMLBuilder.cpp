@@ -338,6 +338,14 @@ void tst_KelXMLBuilder::badCharactersAreDropped()
     QVERIFY(KelXMLLoader::setContent(read, KelXMLBuilder::toText(document, 1)));
     QCOMPARE(read.documentElement().text(), kept);
     QCOMPARE(read.documentElement().attribute(QStringLiteral("name")), kept);
+
+    // Long good runs before and behind are taken many characters at a time.
+    QDomElement root = document.documentElement();
+    for (int length = 1; length < 40; ++length) {
+        const QString run(length, QLatin1Char('7'));
+        QCOMPARE(KelXMLBuilder::buildDomElement(root, QStringLiteral("run"), run + text + run).text(),
+                 run + kept + run);
+    }
 }
 
 void tst_KelXMLBuilder::badCharactersAreDroppedEverywhere()

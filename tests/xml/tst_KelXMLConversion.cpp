@@ -3,6 +3,8 @@
 
 #include <KelXMLConversion.h>
 
+#include <KelTestSupport.h>
+
 #include <QtTest>
 
 #include <bit>
@@ -124,8 +126,8 @@ void tst_KelXMLConversion::toDouble()
 
 void tst_KelXMLConversion::toDoubleOfRandomTexts()
 {
-    std::mt19937 random(20231114);
-    for (int i = 0; i < 100000; ++i) {
+    std::mt19937 random(KelTestSupport::randomSeed(20231114));
+    for (int i = KelTestSupport::randomCases(100000); i > 0; --i) {
         compareDouble(randomText(random, QStringLiteral("0123456789.-"), 22));
         compareDouble(randomText(random, QStringLiteral("0123456789012345678901234567890123456789.,-+eE xin"), 24));
         // Plain numbers of any number of digits, as files hold them.
@@ -135,7 +137,7 @@ void tst_KelXMLConversion::toDoubleOfRandomTexts()
             return;
     }
     std::uniform_real_distribution<double> degrees(-180.0, 180.0);
-    for (int i = 0; i < 100000; ++i) {
+    for (int i = KelTestSupport::randomCases(100000); i > 0; --i) {
         const double value = degrees(random);
         compareDouble(QString::number(value, 'f', int(random() % 18)));
         compareDouble(QString::number(value, 'g', 17));
@@ -222,9 +224,9 @@ void tst_KelXMLConversion::everyDayOfCenturies()
 
 void tst_KelXMLConversion::toDateTimeOfRandomTexts()
 {
-    std::mt19937 random(20231114);
+    std::mt19937 random(KelTestSupport::randomSeed(20231114));
     const QString alphabet = QStringLiteral("0123456789TZ:.-+ ,x");
-    for (int i = 0; i < 50000; ++i) {
+    for (int i = KelTestSupport::randomCases(50000); i > 0; --i) {
         // One or two characters of a good text replaced.
         QString text = QStringLiteral("2023-11-14T22:13:20Z");
         if (random() % 2)

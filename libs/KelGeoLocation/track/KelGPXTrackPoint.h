@@ -13,6 +13,7 @@
 #include <QString>
 
 class KelGPXTrackPointImpl;
+class KelGPXTupleWriter;
 class KelGeoArc;
 class QDomElement;
 
@@ -92,8 +93,11 @@ public:
 
 private:
     friend class KelGPXReader;
+    friend class KelGPXTrackSegment;
 
     explicit KelGPXTrackPoint(KelGPXTrackPointImpl *data);
+
+    void writeKml(KelGPXTupleWriter &writer) const;
 
     QSharedDataPointer<KelGPXTrackPointImpl> d;
 };

@@ -5,6 +5,7 @@
 
 #include "KelGPXNames.h"
 #include "KelGPXReader.h"
+#include "KelGPXTupleWriter.h"
 #include <KelConcurrent.h>
 #include <KelIntRange.h>
 #include <KelXMLBuilder.h>
@@ -13,6 +14,8 @@
 #include <QCoreApplication>
 #include <QDomElement>
 #include <QThread>
+
+#include <utility>
 
 KelGPXTrackSegment::KelGPXTrackSegment(const QList<KelGPXTrackPoint> &points)
     : m_trackPoints(points)
@@ -46,10 +49,14 @@ QString KelGPXTrackSegment::toKml() const
     constexpr qsizetype usualLength = 40;
     QString text;
     text.reserve(m_trackPoints.size() * usualLength);
-    for (const KelGPXTrackPoint &point : m_trackPoints) {
-        if (!text.isEmpty())
-            text.append(QLatin1Char('\n'));
-        point.appendKml(text);
+    {
+        KelGPXTupleWriter writer(text);
+        bool isFirst = true;
+        for (const KelGPXTrackPoint &point : m_trackPoints) {
+            if (!std::exchange(isFirst, false))
+                writer.append(u'\n');
+            point.writeKml(writer);
+        }
     }
     return text;
 }
