@@ -7,15 +7,19 @@
 //     bench_gpx              times of 10k, 100k and 1M points, then the ratios with peak memory
 //     bench_gpx --ratios     the ratios only
 //     bench_gpx --ratios=N   the same for N points
+//     bench_gpx --read=kel FILE, --read=expat FILE
+//                            reads the file once, for those who measure from outside
 //
 // The files are made in a temporary folder, always the same. Ratios are taken from child processes, one for each run,
 // so that each has a peak of its own.
+
+#include "KelBenchCost.h"
+#include "KelBenchTracks.h"
 
 #include <KelGPXTrackFile.h>
 #include <KelXMLPlainCursor.h>
 #include <KelXMLStreamCursor.h>
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -23,68 +27,19 @@
 #include <benchmark/benchmark.h>
 
 #include <expat.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <map>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace
 {
-
-/// A walk of `count` points in segments of 10,000; some 230 bytes per point.
-void writeTrack(const QString &path, int count)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
-    std::mt19937 random(5);
-    double latitude = 53.14375;
-    double longitude = 8.21;
-    double elevation = 12.0;
-    qint64 time = 1700000000;
-    const auto step = [&random](double width) { return (double(random() % 2001) - 1000.0) / 1000.0 * width; };
-
-    file.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-               "<gpx version=\"1.1\" creator=\"bench\" xmlns=\"http://www.topografix.com/GPX/1/1\" "
-               "xmlns:gpxtpx=\"http://www.garmin.com/xmlschemas/TrackPointExtension/v1\">\n"
-               " <trk>\n  <name>A long way</name>\n  <trkseg>\n");
-    QByteArray bytes;
-    char line[512];
-    for (int i = 0; i < count; ++i) {
-        if (i % 10000 == 0 && i > 0)
-            bytes += "  </trkseg>\n  <trkseg>\n";
-        latitude += step(0.0001);
-        longitude += step(0.0001);
-        elevation = std::clamp(elevation + step(0.5), -20.0, 900.0);
-        const QByteArray stamp = QDateTime::fromSecsSinceEpoch(time++, Qt::UTC).toString(Qt::ISODate).toLatin1();
-        std::snprintf(line, sizeof line,
-                      " <trkpt lat=\"%.7f\" lon=\"%.7f\">\n  <ele>%.1f</ele>\n  <time>%s</time>\n  <extensions>\n"
-                      "   <gpxtpx:TrackPointExtension>\n    <gpxtpx:hr>%u</gpxtpx:hr>\n"
-                      "   </gpxtpx:TrackPointExtension>\n  </extensions>\n </trkpt>\n",
-                      latitude, longitude, elevation, stamp.constData(), 110 + unsigned(random() % 60));
-        bytes += line;
-        if (bytes.size() > 1000000) {
-            file.write(bytes);
-            bytes.clear();
-        }
-    }
-    bytes += "  </trkseg>\n </trk>\n</gpx>\n";
-    file.write(bytes);
-    file.close();
-    if (file.error() != QFileDevice::NoError)
-        qFatal("cannot write %s", qPrintable(path));
-}
 
 /// The file of so many points, made when it is first asked for.
 QString trackFile(int count)
@@ -94,7 +49,7 @@ QString trackFile(int count)
     QString &path = paths[count];
     if (path.isEmpty()) {
         path = dir.filePath(QStringLiteral("%1.gpx").arg(count));
-        writeTrack(path, count);
+        KelBenchTracks::writeFile(path, KelBenchTracks::Form::Gpx, KelBenchTracks::Kind::Plain, count);
     }
     return path;
 }
@@ -273,58 +228,22 @@ BENCHMARK_CAPTURE(run, KelXMLPlainCursor, &readValues<KelXMLPlainCursor>)
 BENCHMARK_CAPTURE(run, KelXMLStreamCursor, &readValues<KelXMLStreamCursor>)
     ->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 
-struct Cost
-{
-    double seconds = 0.0;
-    double megabytes = 0.0;
-};
-
-double seconds(const timeval &time)
-{
-    return double(time.tv_sec) + double(time.tv_usec) * 1e-6;
-}
-
-/// CPU time (user and system) and peak memory of a process that does nothing else; the best of `repetitions`.
-Cost measure(const std::function<void()> &work, int repetitions)
-{
-    Cost best{1e9, 1e9};
-    for (int i = 0; i < repetitions; ++i) {
-        const pid_t child = fork();
-        if (child == 0) {
-            work();
-            _exit(EXIT_SUCCESS);
-        }
-        int status = 0;
-        rusage usage = {};
-        if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0)
-            qFatal("a measured process failed");
-        best.seconds = std::min(best.seconds, seconds(usage.ru_utime) + seconds(usage.ru_stime));
-        best.megabytes = std::min(best.megabytes, double(usage.ru_maxrss) / 1024.0);
-    }
-    return best;
-}
-
 void printRatios(int count)
 {
     const QString path = trackFile(count);
     const auto reading = [&path, count](Reader read) {
-        return measure(
-            [&path, count, read] {
-                if (read(path) != std::size_t(count))
-                    _exit(EXIT_FAILURE);
-            },
-            3);
+        return KelBenchCost::of([&path, count, read] { return read(path) == std::size_t(count); }, 3);
     };
-    const Cost idle = measure([] {}, 3);
-    const Cost expat = reading(&readByExpat);
-    const Cost file = reading(&readByTrackFile);
-    const Cost plain = reading(&readValues<KelXMLPlainCursor>);
-    const Cost stream = reading(&readValues<KelXMLStreamCursor>);
+    const KelBenchCost idle = KelBenchCost::of([] { return true; }, 3);
+    const KelBenchCost expat = reading(&readByExpat);
+    const KelBenchCost file = reading(&readByTrackFile);
+    const KelBenchCost plain = reading(&readValues<KelXMLPlainCursor>);
+    const KelBenchCost stream = reading(&readValues<KelXMLStreamCursor>);
     std::printf("\n%d points, %.1f MB; the best of three processes each\n", count,
                 double(QFileInfo(path).size()) * 1e-6);
     std::printf("%-32s %10s %10s %12s\n", "", "CPU s", "of expat", "peak MiB");
-    const auto row = [&](const char *name, const Cost &cost) {
-        std::printf("%-32s %10.3f %10.2f %12.1f\n", name, cost.seconds, cost.seconds / expat.seconds, cost.megabytes);
+    const auto row = [&](const char *name, const KelBenchCost &cost) {
+        std::printf("%-32s %10.3f %10.2f %12.1f\n", name, cost.seconds, cost.seconds / expat.seconds, cost.mebibytes);
     };
     row("nothing", idle);
     row("expat with conversions", expat);
@@ -332,7 +251,7 @@ void printRatios(int count)
     row("KelXMLPlainCursor, values only", plain);
     row("KelXMLStreamCursor, values only", stream);
     std::printf("KelGPXTrackFile: CPU %.2f x expat, %.0f bytes of peak memory per point\n",
-                file.seconds / expat.seconds, (file.megabytes - idle.megabytes) * 1024.0 * 1024.0 / count);
+                file.seconds / expat.seconds, (file.mebibytes - idle.mebibytes) * 1024.0 * 1024.0 / count);
 }
 
 } // namespace
@@ -343,6 +262,10 @@ int main(int argc, char **argv)
     bool ratiosOnly = false;
     for (int i = 1; i < argc; ++i) {
         const std::string_view argument = argv[i];
+        if (argument.starts_with("--read=") && i + 1 < argc) {
+            const Reader read = argument == "--read=expat" ? &readByExpat : &readByTrackFile;
+            return read(QString::fromLocal8Bit(argv[i + 1])) > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
         if (!argument.starts_with("--ratios"))
             continue;
         ratiosOnly = true;

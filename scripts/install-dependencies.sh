@@ -3,7 +3,9 @@
 # SPDX-License-Identifier: MIT
 #
 # Installs what the build needs from Debian 12, and nothing when everything is there already.
-# Usage: scripts/install-dependencies.sh [build|test]   (test adds what only the test suite needs)
+# Usage: scripts/install-dependencies.sh [build|test|compare]
+#            test       adds what only the test suite needs
+#            compare    adds what benchmarks/compare.sh needs: the benchmark library and the programs to compare with
 set -euo pipefail
 
 packages=(
@@ -13,7 +15,10 @@ packages=(
     libgl-dev libvulkan-dev fonts-dejavu-core
 )
 if [ "${1:-build}" = test ]; then
-    packages+=(libasan8 libubsan1 libtsan2)
+    packages+=(libasan8 libubsan1 libtsan2 valgrind)
+fi
+if [ "${1:-build}" = compare ]; then
+    packages+=(libbenchmark-dev libexpat1-dev gpsbabel gdal-bin libgdal-dev libmapnik-dev python3)
 fi
 
 missing=()
