@@ -16,7 +16,7 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
 endif()
 # Line tables are all that a sanitizer report or a backtrace needs; full debug information
 # doubles the build time of the many small test programs.
-set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g1" CACHE STRING "Flags of the debug build")
+set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g1")
 
 if(PROJECT_IS_TOP_LEVEL)
     # One place for all shared libraries and programs, so that every program finds them without installing.
