@@ -14,6 +14,7 @@
 #include <QDomDocument>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringView>
 
 #include <algorithm>
 
@@ -86,6 +87,23 @@ QString wholeText(const QDomElement &element)
 {
     const QDomNode child = element.firstChild();
     return child.isText() && child.nextSibling().isNull() ? child.nodeValue() : element.text();
+}
+
+/// The text of the first element "coordinates" that has one, with the blanks around it.
+QString coordinatesOf(const QDomElement &element)
+{
+    QDomElement current = element;
+    while (!current.isNull()) {
+        if (current.nodeName() == KelKMLNames::Coordinates) {
+            const QString text = wholeText(current);
+            if (!QStringView(text).trimmed().isEmpty())
+                return text;
+            current = nextBeside(current, element);
+        } else {
+            current = nextBelow(current, element);
+        }
+    }
+    return QString();
 }
 
 QString orFileName(const QString &text, const QString &fileName)
@@ -162,7 +180,7 @@ KelGPXConfiguredTrackList KelTrackSelectionFactoryKmlFile::decode(const QString 
     for (const QDomElement &placemark : placemarks) {
         const KelGPXTrack track = KelGPXTrack::decodeKml(
             orFileName(childText(placemark, KelKMLNames::Name), fileName),
-            orFileName(childText(placemark, KelKMLNames::Description), fileName), findCoordinates(placemark),
+            orFileName(childText(placemark, KelKMLNames::Description), fileName), coordinatesOf(placemark),
             KelGPXTrackShape::decodeKml(placemark));
         anyPoints = anyPoints || track.isValid();
         list.append(KelGPXConfiguredTrack(track, styles.findStyling(childText(placemark, KelKMLNames::StyleUrl))));
@@ -185,7 +203,8 @@ KelGPXConfiguredTrackList KelTrackSelectionFactoryKmlFile::decode(const QString 
     return list;
 }
 
-// Neither search calls itself: elements may come from anywhere, not only from decode(), nested as deep as they like.
+// Neither this search nor that for coordinates calls itself: elements may come from anywhere, not only from decode(),
+// nested as deep as they like.
 QList<QDomElement> KelTrackSelectionFactoryKmlFile::findPlacemarks(const QDomElement &element) const
 {
     QList<QDomElement> placemarks;
@@ -203,16 +222,5 @@ QList<QDomElement> KelTrackSelectionFactoryKmlFile::findPlacemarks(const QDomEle
 
 QString KelTrackSelectionFactoryKmlFile::findCoordinates(const QDomElement &element) const
 {
-    QDomElement current = element;
-    while (!current.isNull()) {
-        if (current.nodeName() == KelKMLNames::Coordinates) {
-            const QString text = wholeText(current).trimmed();
-            if (!text.isEmpty())
-                return text;
-            current = nextBeside(current, element);
-        } else {
-            current = nextBelow(current, element);
-        }
-    }
-    return QString();
+    return coordinatesOf(element).trimmed();
 }

@@ -18,6 +18,8 @@
 #include <QFileInfo>
 
 #include <array>
+#include <bit>
+#include <cstring>
 #include <utility>
 
 namespace
@@ -29,7 +31,13 @@ struct Tuple
     double longitude = 0.0;
     double latitude = 0.0;
     int elevation = 0;
-    QDateTime timeStamp;
+    bool hasTime = false;
+    qint64 seconds = 0;
+
+    [[nodiscard]] QDateTime timeStamp() const
+    {
+        return hasTime ? QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC) : QDateTime();
+    }
 };
 
 constexpr int keptDecimals = 7; // as KelGPXTrackElement::safeDouble()
@@ -49,6 +57,42 @@ constexpr bool isDigit(char16_t character)
 constexpr bool isSpace(char16_t character)
 {
     return character == u' ' || (character >= u'\t' && character <= u'\r');
+}
+
+/// Four characters as they lie in memory, the first one lowest.
+constexpr quint64 fourOf(quint64 character)
+{
+    return character << 48 | character << 32 | character << 16 | character;
+}
+
+constexpr quint64 whereThreeAre = 0xffffffffffff; // of four characters
+
+/// Whether the characters in that part of the four are digits: '0' and what the lower four bits add, up to nine.
+constexpr bool areDigits(quint64 four, quint64 part)
+{
+    const quint64 highBits = fourOf(0xfff0) & part;
+    return (four & highBits) == (fourOf(u'0') & part) && ((four + (fourOf(6) & part)) & highBits) == (fourOf(u'0') & part);
+}
+
+/// All the decimals that are kept, when as many are there; false, and nothing done, otherwise.
+/// Each product has the wanted sum of digits times powers of ten in its highest sixteen bits, and no carry below.
+bool scanKeptDecimals(const char16_t *&at, const char16_t *end, quint64 &mantissa)
+{
+    if (std::endian::native != std::endian::little || end - at <= keptDecimals)
+        return false;
+    quint64 first = 0;
+    quint64 second = 0;
+    std::memcpy(&first, at, sizeof first);
+    std::memcpy(&second, at + 4, sizeof second); // one more than is looked at
+    if (!areDigits(first, ~quint64(0)) || !areDigits(second, whereThreeAre))
+        return false;
+    const quint64 four = ((first - fourOf(u'0')) * (quint64(1000) << 48 | quint64(100) << 32 | 10 << 16 | 1)) >> 48;
+    const quint64 three = (((second & whereThreeAre) - (fourOf(u'0') & whereThreeAre))
+                           * (quint64(100) << 48 | quint64(10) << 32 | 1 << 16))
+        >> 48;
+    mantissa = mantissa * 10000000 + four * 1000 + three;
+    at += keptDecimals;
+    return true;
 }
 
 bool atTupleEnd(const char16_t *at, const char16_t *end)
@@ -86,6 +130,7 @@ bool scanCoordinate(const char16_t *&at, const char16_t *end, double &value)
         value = double(mantissa);
     } else {
         const char16_t *const fractionBegin = ++p;
+        scanKeptDecimals(p, end, mantissa);
         for (; p != end && p - fractionBegin < keptDecimals && isDigit(*p); ++p)
             mantissa = mantissa * 10 + (*p - u'0');
         value = double(mantissa) / powersOfTen[std::size_t(p - fractionBegin)];
@@ -136,7 +181,8 @@ bool scanTuple(const char16_t *&at, const char16_t *end, Tuple &tuple)
         qint64 seconds = 0;
         if (!skipComma(p, end) || !scanInteger(p, end, maximumTimeDigits, seconds) || !atTupleEnd(p, end))
             return false;
-        tuple.timeStamp = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+        tuple.hasTime = true;
+        tuple.seconds = seconds;
     }
     at = p;
     return true;
@@ -161,8 +207,9 @@ Tuple readTuple(QStringView text)
     if (count > 2)
         tuple.elevation = fields[2].toInt();
     // Deliberate: seconds, although KelGPXTrackPoint::toKml() writes milliseconds.
-    if (count > 3)
-        tuple.timeStamp = QDateTime::fromSecsSinceEpoch(fields[3].toLongLong(), Qt::UTC);
+    tuple.hasTime = count > 3;
+    if (tuple.hasTime)
+        tuple.seconds = fields[3].toLongLong();
     return tuple;
 }
 
@@ -362,18 +409,16 @@ KelGPXTrackPoint KelGPXReader::makePoint(double latitude, double longitude, int 
 
 KelGPXTrackPoint KelGPXReader::decodeTuple(QStringView text)
 {
-    Tuple tuple = readTuple(text);
-    return makePoint(tuple.latitude, tuple.longitude, tuple.elevation, std::move(tuple.timeStamp), QString());
+    const Tuple tuple = readTuple(text);
+    return makePoint(tuple.latitude, tuple.longitude, tuple.elevation, tuple.timeStamp(), QString());
 }
 
 QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
 {
     QList<KelGPXTrackPoint> points;
-    const auto append = [&points](Tuple &tuple) {
-        if (!isNull(tuple)) {
-            points.append(makePoint(tuple.latitude, tuple.longitude, tuple.elevation, std::move(tuple.timeStamp),
-                                    QString()));
-        }
+    const auto append = [&points](const Tuple &tuple) {
+        if (!isNull(tuple))
+            points.append(makePoint(tuple.latitude, tuple.longitude, tuple.elevation, tuple.timeStamp(), QString()));
     };
     bool checked = false;
     const char16_t *at = text.utf16();

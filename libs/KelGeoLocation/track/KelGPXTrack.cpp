@@ -17,6 +17,7 @@
 #include <QDomElement>
 #include <QFileInfo>
 #include <QPainterPath>
+#include <QStringView>
 
 namespace
 {
@@ -73,7 +74,8 @@ KelGPXTrack KelGPXTrack::decodeKml(const QString &name, const QString &descripti
                                    const KelGPXTrackShape &shape)
 {
     QList<KelGPXTrackSegment> segments;
-    const KelGPXTrackSegment segment = KelGPXTrackSegment::decodeKml(coordinates.trimmed());
+    // As KelGPXTrackSegment::decodeKml(), but without a copy of the text.
+    const KelGPXTrackSegment segment(KelGPXReader::decodeTuples(QStringView(coordinates).trimmed()));
     if (segment.isValid())
         segments.append(segment);
     return KelGPXTrack(name, description, segments, shape);
