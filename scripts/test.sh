@@ -5,7 +5,7 @@
 # Installs what is missing, builds everything and runs every test.
 #
 # Usage: scripts/test.sh              all stages, as CI runs them
-#        scripts/test.sh STAGE...     some of them: headers sanitizers threads build tests
+#        scripts/test.sh STAGE...     some of them: build headers sanitizers threads guard tests
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -49,6 +49,11 @@ stage_threads_all() {
     ctest --preset tsan
 }
 
+# Instructions of four small pieces of work in an optimised build, against stored figures.
+stage_guard() {
+    benchmarks/guard.sh
+}
+
 # Last, so that the runner's summary ends the output.
 stage_tests() {
     ctest --preset dev
@@ -56,7 +61,7 @@ stage_tests() {
 
 stage_install
 if [ $# -eq 0 ]; then
-    set -- build headers sanitizers threads tests
+    set -- build headers sanitizers threads guard tests
 fi
 for stage in "$@"; do
     echo "=== $stage ($(date +%T)) ==="
