@@ -11,7 +11,7 @@ import math
 import sys
 
 COLORS = ('#1f6fb4', '#d1622b', '#3c8d40', '#8a4fb0')
-WIDTH, HEIGHT = 860, 400
+WIDTH, HEIGHT = 900, 400
 TOP, BOTTOM, LEFT, GAP, PANEL = 48, 96, 64, 84, 340
 
 
