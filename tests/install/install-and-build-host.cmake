@@ -21,3 +21,10 @@ run("${CMAKE_COMMAND}" -S "${HOST_SOURCE}" -B "${WORK_DIR}/build" -G "${GENERATO
     "-DINSTALLED_HEADERS=${prefix}/${INCLUDE_DIR}")
 run("${CMAKE_COMMAND}" --build "${WORK_DIR}/build")
 run("${WORK_DIR}/build/host" "${WORK_DIR}/host.png")
+
+# The example that is a project of its own, as its guide tells.
+run("${CMAKE_COMMAND}" -S "${EXAMPLES}/host-in-60-lines" -B "${WORK_DIR}/build-example" -G "${GENERATOR}"
+    "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${COMPILER}" "-DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER}"
+    -DCMAKE_BUILD_TYPE=Debug)
+run("${CMAKE_COMMAND}" --build "${WORK_DIR}/build-example")
+run("${WORK_DIR}/build-example/host-in-60-lines" "${EXAMPLES}/tracks/city-walk.gpx" --screenshot "${WORK_DIR}/example.png")
