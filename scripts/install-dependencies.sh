@@ -15,7 +15,7 @@ packages=(
     libgl-dev libvulkan-dev fonts-dejavu-core
 )
 if [ "${1:-build}" = test ]; then
-    packages+=(libasan8 libubsan1 libtsan2 valgrind)
+    packages+=(libasan8 libubsan1 libtsan2 valgrind doxygen)
 fi
 if [ "${1:-build}" = compare ]; then
     packages+=(libbenchmark-dev libexpat1-dev gpsbabel gdal-bin libgdal-dev libmapnik-dev python3)

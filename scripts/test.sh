@@ -5,7 +5,7 @@
 # Installs what is missing, builds everything and runs every test.
 #
 # Usage: scripts/test.sh              all stages, as CI runs them
-#        scripts/test.sh STAGE...     some of them: build headers sanitizers threads guard tests
+#        scripts/test.sh STAGE...     some of them: build headers docs sanitizers threads guard tests
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -25,6 +25,11 @@ stage_build() {
 # Every public header compiled on its own.
 stage_headers() {
     cmake --build --preset dev --target all_verify_interface_header_sets
+}
+
+# The reference and the guides: every public symbol has its comment, every snippet and link its target.
+stage_docs() {
+    scripts/build-docs.sh build/dev/docs
 }
 
 # The whole suite again under AddressSanitizer and UndefinedBehaviorSanitizer.
@@ -61,7 +66,7 @@ stage_tests() {
 
 stage_install
 if [ $# -eq 0 ]; then
-    set -- build headers sanitizers threads guard tests
+    set -- build headers docs sanitizers threads guard tests
 fi
 for stage in "$@"; do
     echo "=== $stage ($(date +%T)) ==="

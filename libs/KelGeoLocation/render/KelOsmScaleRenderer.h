@@ -28,6 +28,8 @@ class KELGEOLOCATION_EXPORT KelOsmScaleRenderer
 public:
     /// \a pixelsPerKilometre is the length of one kilometre in pixels at the image's scale; \a imageSize the size of
     /// the map image, of which only the width counts. Zero pixels per kilometre make the bar infinitely long.
+    /// Both are those of the image at paint factor 1, since the bar's lengths are multiplied by the factor: who paints
+    /// with another factor divides both by it.
     KelOsmScaleRenderer(const KelDistance &pixelsPerKilometre, const QSize &imageSize);
 
     KelOsmScaleRenderer(const KelOsmScaleRenderer &) = default;
