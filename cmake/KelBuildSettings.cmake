@@ -56,4 +56,7 @@ if(KEL_SANITIZE)
     if("undefined" IN_LIST KEL_SANITIZE)
         add_compile_options(-fno-sanitize-recover=undefined)
     endif()
+    if("float-cast-overflow" IN_LIST KEL_SANITIZE) # no part of "undefined"
+        add_compile_options(-fno-sanitize-recover=float-cast-overflow)
+    endif()
 endif()

@@ -4,8 +4,8 @@
 #include <KelErrorHistory.h>
 #include <KelGPXTrack.h>
 #include <KelGPXTrackFile.h>
+#include <KelPlainGPX.h>
 #include <KelXMLLoader.h>
-#include <KelXMLParser.h>
 #include <KelXMLPlainCursor.h>
 #include <KelXMLStreamCursor.h>
 
@@ -15,7 +15,6 @@
 #include <QDomElement>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QStringEncoder>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -52,139 +51,6 @@ private:
 
 namespace
 {
-
-QString describe(const KelGPXTrack &track);
-
-QString describe(const KelGPXTrackPoint &point)
-{
-    return QStringLiteral("(%1 %2 %3 %4 %5 %6)")
-        .arg(QString::number(point.position().latitude().decimalDegrees(), 'g', 17),
-             QString::number(point.position().longitude().decimalDegrees(), 'g', 17),
-             QString::number(point.elevation()),
-             point.timeStamp().isValid() ? QString::number(point.timeStamp().toMSecsSinceEpoch()) : QString(),
-             QString::number(int(point.timeStamp().timeSpec())), point.description());
-}
-
-QString describe(const KelGPXTrack &track)
-{
-    QString text = QStringLiteral("%1|%2|%3|").arg(track.name(), track.description(), track.shape().encode());
-    for (const KelGPXTrackSegment &segment : track.segments()) {
-        text += QLatin1Char('[');
-        for (const KelGPXTrackPoint &point : segment.trackPoints())
-            text += describe(point);
-        text += QLatin1Char(']');
-    }
-    for (const KelGPXTrack &enclave : track.enclaves())
-        text += QLatin1Char('{') + describe(enclave) + QLatin1Char('}');
-    return text;
-}
-
-QStringList describe(const QList<KelGPXTrack> &tracks)
-{
-    QStringList texts;
-    for (const KelGPXTrack &track : tracks)
-        texts.append(describe(track));
-    return texts;
-}
-
-// The rules in their plain form.
-
-double plainSafeDouble(const QString &text)
-{
-    const qsizetype pointIndex = text.indexOf(QLatin1String("."));
-    return (text.size() > pointIndex + 8 ? text.left(pointIndex + 8) : text).toDouble();
-}
-
-KelGPXTrackPoint plainTuple(const QString &tuple)
-{
-    const QStringList parts = tuple.split(QLatin1String(","), Qt::KeepEmptyParts);
-    return KelGPXTrackPoint(
-        KelGeoPosition(KelLatitude(plainSafeDouble(parts.value(1))), KelLongitude(plainSafeDouble(parts.value(0)))),
-        parts.size() >= 3 ? parts.at(2).toInt() : 0,
-        parts.size() >= 4 ? QDateTime::fromSecsSinceEpoch(parts.at(3).toLongLong(), Qt::UTC) : QDateTime(), QString());
-}
-
-KelGPXTrackPoint plainPoint(const QDomElement &element)
-{
-    const double latitude = KelXMLParser::doubleAttribute(element, "lat", 1.0);
-    const double longitude = KelXMLParser::doubleAttribute(element, "lon", 1.0);
-    const QDateTime time = KelXMLParser::dateTimeText(element, "time", Qt::ISODate, QDateTime());
-    const double elevation = KelXMLParser::doubleText(element, "ele", 0.0);
-    const bool fits = elevation > -2147483649.0 && elevation < 2147483648.0;
-    return KelGPXTrackPoint(KelGeoPosition(KelLatitude(latitude), KelLongitude(longitude)), fits ? int(elevation) : 0,
-                            time, KelXMLParser::text(element, "desc", QString()));
-}
-
-KelGPXTrackSegment plainSegment(const QDomElement &element)
-{
-    static const QRegularExpression blanks(QStringLiteral("\\s+"));
-    QList<KelGPXTrackPoint> points;
-    for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
-        if (child.tagName() == QLatin1String("compressedPoints")) {
-            const QStringList tuples = child.text().split(blanks, Qt::KeepEmptyParts);
-            for (const QString &tuple : tuples) {
-                if (const KelGPXTrackPoint point = plainTuple(tuple); !point.isNull())
-                    points.append(point);
-            }
-        } else if (child.tagName() == QLatin1String("trkpt")) {
-            points.append(plainPoint(child));
-        } else if (child.tagName() == QLatin1String("extensions")) {
-            const QDomElement extension = child.firstChildElement("gpxx:RoutePointExtension");
-            for (QDomElement rpt = extension.firstChildElement("gpxx:rpt"); !rpt.isNull();
-                 rpt = rpt.nextSiblingElement("gpxx:rpt"))
-                points.append(plainPoint(rpt));
-        }
-    }
-    return KelGPXTrackSegment(points);
-}
-
-KelGPXTrack plainTrack(const QDomElement &element)
-{
-    QString name;
-    QString description;
-    KelGPXTrackShape shape(TrackShapeLineString);
-    QList<KelGPXTrackSegment> segments;
-    QList<KelGPXTrack> enclaves;
-    for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
-        const QString tag = child.tagName();
-        if (tag == QLatin1String("name")) {
-            name = child.text();
-        } else if (tag == QLatin1String("desc")) {
-            description = child.text();
-        } else if (tag == QLatin1String("trkseg") || tag == QLatin1String("rtept")) {
-            if (const KelGPXTrackSegment segment = plainSegment(child); segment.isValid())
-                segments.append(segment);
-        } else if (tag == QLatin1String("shape")) {
-            shape = KelGPXTrackShape(child.text());
-        } else if (tag == QLatin1String("enclaves")) {
-            for (QDomElement enclave = child.firstChildElement(); !enclave.isNull();
-                 enclave = enclave.nextSiblingElement())
-                enclaves.append(plainTrack(enclave));
-        }
-    }
-    KelGPXTrack track(name, description, segments, shape); // settles auto
-    track.setEnclaves(enclaves);
-    return track;
-}
-
-QList<KelGPXTrack> plainTracks(const QDomElement &root, const QString &baseName)
-{
-    QList<KelGPXTrack> tracks;
-    int counter = 0;
-    for (const char *tag : {"trk", "rte"}) {
-        for (QDomElement element = root.firstChildElement(QLatin1String(tag)); !element.isNull();
-             element = element.nextSiblingElement(QLatin1String(tag))) {
-            ++counter;
-            KelGPXTrack track = plainTrack(element);
-            if (!track.isValid())
-                continue;
-            if (track.name().isEmpty())
-                track.setName(baseName + QLatin1Char(' ') + QString::number(counter));
-            tracks.append(track);
-        }
-    }
-    return tracks;
-}
 
 // Documents.
 
@@ -392,7 +258,7 @@ Outcome readAll(const QTemporaryDir &dir, const QByteArray &xml)
     Outcome outcome;
     KelErrorHistory errors;
     const KelGPXTrackFile streamed(info, &errors);
-    outcome.byStream = describe(streamed.tracks());
+    outcome.byStream = KelPlainGPX::describe(streamed.tracks());
     for (const KelErrorHistory::Entry &entry : errors.entries())
         outcome.error += QStringLiteral("%1:%2: %3").arg(entry.line).arg(entry.column).arg(entry.message);
 
@@ -401,8 +267,8 @@ Outcome readAll(const QTemporaryDir &dir, const QByteArray &xml)
     int counter = 0;
     QList<KelGPXTrack> tracks = streamed.readTracks(root, QStringLiteral("trk"), counter, info);
     tracks += streamed.readTracks(root, QStringLiteral("rte"), counter, info);
-    outcome.byTree = describe(tracks);
-    outcome.plain = describe(plainTracks(root, QStringLiteral("walk")));
+    outcome.byTree = KelPlainGPX::describe(tracks);
+    outcome.plain = KelPlainGPX::describe(KelPlainGPX::readTracks(root, QStringLiteral("walk")));
     return outcome;
 }
 
