@@ -12,7 +12,13 @@
 #include <KelOsmScaleRenderer.h>
 #include <KelTrackSelectionFactory.h>
 
-#include <QtWidgets>
+#include <QApplication>
+#include <QLabel>
+#include <QListView>
+#include <QPainter>
+#include <QSplitter>
+#include <QTimer>
+#include <QUrl>
 
 //! [renderer]
 struct Renderer : KelGPXTrackRenderer
@@ -51,10 +57,9 @@ int main(int argc, char *argv[])
     QStringList files = application.arguments().mid(1);
     const qsizetype option = files.indexOf("--screenshot");
     const QString screenshot = option < 0 ? QString() : files.value(option + 1);
-    QList<QUrl> urls;
+    KelGPXTrackSelection selection;
     for (const QString &file : files.mid(0, option))
-        urls.append(QUrl::fromLocalFile(file));
-    KelGPXTrackSelection selection(KelTrackSelectionFactory::instance().createConfiguredTrackList(urls));
+        selection.addTracks(KelTrackSelectionFactory::instance().createConfiguredTrackList(QUrl::fromLocalFile(file)));
 
     QSplitter window;
     KelGPXTrackListModel model;

@@ -9,10 +9,12 @@
 #include <KelGeoPositionRect.h>
 #include <KelMapProjection.h>
 
-#include <QtWidgets>
-
-namespace
-{
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QSpinBox>
 
 struct Renderer : KelGPXTrackRenderer
 {
@@ -85,8 +87,6 @@ private:
     QCheckBox m_stroke{"Line"}, m_fill{"Area"};
     QLabel m_preview;
 };
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
