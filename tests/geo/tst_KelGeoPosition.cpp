@@ -11,10 +11,15 @@
 #include <QSet>
 #include <QUrlQuery>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
+#include <memory>
+#include <random>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -31,6 +36,58 @@ bool isDefault(const KelGeoPosition &position)
     return isAt(position, 720.0, 720.0);
 }
 
+/// The formula on plain numbers, step by step.
+double plainDistance(double latitude1, double longitude1, double latitude2, double longitude2)
+{
+    const auto isAngle = [](double angle) { return angle >= -360.0 && angle <= 360.0; };
+    const auto isPlace = [isAngle](double latitude, double longitude) {
+        return isAngle(latitude) && isAngle(longitude) && !(latitude == 0.0 && longitude == 0.0);
+    };
+    if (!isPlace(latitude1, longitude1) || !isPlace(latitude2, longitude2))
+        return 6370000.0;
+    constexpr double radians = 0.017453292519943295;
+    const double deltaPhi = std::abs(latitude1 - latitude2) * radians;
+    const double deltaLambda = std::abs(longitude1 - longitude2) * radians;
+    const double sinePhi = std::sin(deltaPhi * 0.5);
+    const double sineLambda = std::sin(deltaLambda * 0.5);
+    double a = sinePhi * sinePhi
+        + sineLambda * sineLambda * std::cos(latitude1 * radians) * std::cos(latitude2 * radians);
+    if (a > 1.0) // exact antipodes
+        a = 1.0;
+    return 2.0 * std::atan2(std::sqrt(a), std::sqrt(1.0 - a)) * 6370.0;
+}
+
+/// Places all over the world, close to each other and far apart, and now and then what is no place.
+class RandomAngles
+{
+public:
+    explicit RandomAngles(unsigned seed)
+        : m_engine(seed)
+    {
+    }
+
+    double angle(double limit)
+    {
+        static const double special[] = {0.0, -0.0, 90.0, -90.0, 180.0, -180.0, 360.0, -360.0, std::nextafter(360.0, 400.0),
+                                         720.0, 1e-300, 5e-324, std::numeric_limits<double>::infinity(),
+                                         -std::numeric_limits<double>::infinity(), std::nan("")};
+        if (m_engine() % 16 == 0)
+            return special[m_engine() % std::size(special)];
+        return std::uniform_real_distribution<double>(-limit, limit)(m_engine);
+    }
+
+    double beside(double angle)
+    {
+        const double width = std::pow(10.0, std::uniform_real_distribution<double>(-16, 2)(m_engine));
+        return angle + std::uniform_real_distribution<double>(-width, width)(m_engine);
+    }
+
+    bool coin() { return m_engine() % 2 == 0; }
+
+private:
+    std::mt19937_64 m_engine;
+};
+
 } // namespace
 
 class tst_KelGeoPosition : public QObject
@@ -43,6 +100,7 @@ private Q_SLOTS:
     void constructionWithHemispheres_data();
     void constructionWithHemispheres();
     void copiesAreIndependent();
+    void subclassesOfTheData();
     void moving();
     void catchLatitude();
     void isValid_data();
@@ -59,6 +117,7 @@ private Q_SLOTS:
     void distance();
     void distanceOfInvalidPositions();
     void distanceOfAntipodesIsANumber();
+    void distanceIsThatOfTheFormula();
     void latitudeDeviation();
     void longitudeDeviation();
     void moveNorthBy();
@@ -135,6 +194,44 @@ void tst_KelGeoPosition::copiesAreIndependent()
     assigned.setLongitude(9.0);
     QVERIFY(isAt(copy, 54.0, 8.0));
     QVERIFY(isAt(assigned, 54.0, 9.0));
+}
+
+namespace
+{
+
+/// Larger than the data itself, so that its memory does not come from where theirs does.
+class NamedData : public KelGeoPositionImpl
+{
+public:
+    NamedData(double theLatitude, double theLongitude, const QString &theName)
+        : KelGeoPositionImpl(theLatitude, theLongitude)
+        , name(theName)
+    {
+    }
+    QString name;
+};
+
+} // namespace
+
+void tst_KelGeoPosition::subclassesOfTheData()
+{
+    std::vector<std::unique_ptr<KelGeoPositionImpl>> list;
+    for (int i = 0; i < 100; ++i) {
+        list.push_back(std::make_unique<NamedData>(i, i + 1.0, QString::number(i)));
+        list.push_back(std::make_unique<KelGeoPositionImpl>(i, -i));
+    }
+    for (int i = 0; i < 100; ++i) {
+        const auto *named = dynamic_cast<NamedData *>(list[size_t(2 * i)].get());
+        QVERIFY(named);
+        QCOMPARE(named->name, QString::number(i));
+        QCOMPARE(named->longitude.decimalDegrees(), i + 1.0);
+        QCOMPARE(list[size_t(2 * i + 1)]->longitude.decimalDegrees(), double(-i));
+    }
+
+    alignas(KelGeoPositionImpl) std::byte place[sizeof(KelGeoPositionImpl)];
+    auto *const placed = new (place) KelGeoPositionImpl(1.0, 2.0);
+    QCOMPARE(static_cast<void *>(placed), static_cast<void *>(place));
+    placed->~KelGeoPositionImpl();
 }
 
 void tst_KelGeoPosition::moving()
@@ -350,6 +447,31 @@ void tst_KelGeoPosition::distanceOfAntipodesIsANumber()
             const double km = KelGeoPosition(latitude, longitude).distance(antipode);
             QVERIFY(std::abs(km - 6370.0 * pi) < 1e-3);
         }
+    }
+}
+
+void tst_KelGeoPosition::distanceIsThatOfTheFormula()
+{
+    bool ok = false;
+    const int cases = qEnvironmentVariableIntValue("KEL_RANDOM_CASES", &ok);
+    RandomAngles random(1);
+    for (int i = 0; i < (ok ? cases : 100000); ++i) {
+        const double latitude = random.angle(90.0);
+        const double longitude = random.angle(180.0);
+        const bool close = random.coin();
+        const double otherLatitude = close ? random.beside(latitude) : random.angle(90.0);
+        const double otherLongitude = close ? random.beside(longitude) : random.angle(180.0);
+        const double expected = plainDistance(latitude, longitude, otherLatitude, otherLongitude);
+        const double km =
+            KelGeoPosition(latitude, longitude).distance(KelGeoPosition(otherLatitude, otherLongitude));
+        QVERIFY2(std::bit_cast<std::uint64_t>(km) == std::bit_cast<std::uint64_t>(expected),
+                 qPrintable(QStringLiteral("%1 %2 to %3 %4: %5 instead of %6")
+                                .arg(latitude, 0, 'g', 17)
+                                .arg(longitude, 0, 'g', 17)
+                                .arg(otherLatitude, 0, 'g', 17)
+                                .arg(otherLongitude, 0, 'g', 17)
+                                .arg(km, 0, 'g', 17)
+                                .arg(expected, 0, 'g', 17)));
     }
 }
 

@@ -33,6 +33,12 @@ double readCoordinate(const QDomElement &element, const QString &name)
     return element.attribute(name, missingCoordinate).toDouble();
 }
 
+// Part of what distance() costs, hence no call.
+inline bool isValidPosition(const KelGeoPositionImpl &data) noexcept
+{
+    return data.latitude.isValid() && data.longitude.isValid() && !(data.latitude.isNull() && data.longitude.isNull());
+}
+
 KelGeoPosition validOrDefault(const KelLatitude &latitude, const KelLongitude &longitude)
 {
     // The angles are tested, not the position: a text that says (0, 0) means it.
@@ -66,7 +72,13 @@ KelGeoPosition::KelGeoPosition(const KelGeoPosition &other) = default;
 KelGeoPosition::KelGeoPosition(KelGeoPosition &&other) noexcept = default;
 KelGeoPosition &KelGeoPosition::operator=(const KelGeoPosition &other) = default;
 KelGeoPosition &KelGeoPosition::operator=(KelGeoPosition &&other) noexcept = default;
-KelGeoPosition::~KelGeoPosition() = default;
+
+KelGeoPosition::~KelGeoPosition()
+{
+    // Most positions are the only handle of their data, and the last one need not count down.
+    if (d.constData() && d.constData()->ref.loadAcquire() == 1)
+        delete d.take();
+}
 
 KelGeoPosition KelGeoPosition::null()
 {
@@ -100,7 +112,7 @@ void KelGeoPosition::catchLatitude()
 
 bool KelGeoPosition::isValid() const noexcept
 {
-    return d->latitude.isValid() && d->longitude.isValid() && !(d->latitude.isNull() && d->longitude.isNull());
+    return isValidPosition(*d);
 }
 
 bool KelGeoPosition::operator==(const KelGeoPosition &other) const noexcept
@@ -150,13 +162,15 @@ KelGeoPosition &KelGeoPosition::operator/=(double divisor)
 
 double KelGeoPosition::distance(const KelGeoPosition &other) const noexcept
 {
-    if (!isValid() || !other.isValid())
+    const KelGeoPositionImpl &here = *d;
+    const KelGeoPositionImpl &there = *other.d;
+    if (!isValidPosition(here) || !isValidPosition(there))
         return UNREACHABLE_KM;
 
-    const double deltaPhi = d->latitude.absDistance(other.d->latitude).radians();
-    const double deltaLambda = d->longitude.absDistance(other.d->longitude).radians();
+    const double deltaPhi = here.latitude.absDistance(there.latitude).radians();
+    const double deltaLambda = here.longitude.absDistance(there.longitude).radians();
     const double chord = sineSquare(deltaPhi * 0.5)
-        + sineSquare(deltaLambda * 0.5) * std::cos(d->latitude.radians()) * std::cos(other.d->latitude.radians());
+        + sineSquare(deltaLambda * 0.5) * std::cos(here.latitude.radians()) * std::cos(there.latitude.radians());
     // Rounding can carry exact antipodes a little beyond 1, and the root of 1 - a would be no number.
     const double a = std::min(chord, 1.0);
     const double c = 2.0 * std::atan2(std::sqrt(a), std::sqrt(1.0 - a));

@@ -10,6 +10,8 @@
 
 #include <QSharedData>
 
+#include <cstddef>
+
 /// The shared half of KelGeoPosition: its two coordinates, and the constants of its computations.
 /// Hosts use the handle, KelGeoPosition.
 class KELGEOLOCATION_EXPORT KelGeoPositionImpl : public QSharedData
@@ -33,6 +35,15 @@ public:
     KelGeoPositionImpl &operator=(const KelGeoPositionImpl &other) = delete;
     KelGeoPositionImpl &operator=(KelGeoPositionImpl &&other) = delete;
     virtual ~KelGeoPositionImpl();
+
+    /// Positions come by the million: their memory comes from a pool, that of subclasses of another size does not.
+    static void *operator new(std::size_t size);
+    /// In memory that the caller has.
+    static void *operator new(std::size_t, void *place) noexcept { return place; }
+    /// In any thread.
+    static void operator delete(void *memory, std::size_t size) noexcept;
+    /// Leaves the caller's memory alone.
+    static void operator delete(void *, void *) noexcept { }
 
     /// East is positive.
     KelLongitude longitude;

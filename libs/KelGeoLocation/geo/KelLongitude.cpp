@@ -33,14 +33,6 @@ KelLongitude KelLongitude::safeLongitude(double decimalDegrees) noexcept
     return rest;
 }
 
-bool KelLongitude::isEastOf(const KelLongitude &other) const noexcept
-{
-    double difference = decimalDegrees() - other.decimalDegrees();
-    if (difference < 0.0)
-        difference += wholeTurn;
-    return 0.0 < difference && difference < dateLine;
-}
-
 KelLongitude KelLongitude::bounded() const noexcept
 {
     if (*this < -dateLine)

@@ -40,7 +40,13 @@ public:
     /// Whether the way from @p other eastwards to this longitude is shorter than half a turn. Equal longitudes and
     /// those exactly half a turn apart are neither east nor west of each other. A difference below 0 is raised by
     /// one turn only: longitudes are expected to be in their legal range.
-    [[nodiscard]] bool isEastOf(const KelLongitude &other) const noexcept;
+    [[nodiscard]] bool isEastOf(const KelLongitude &other) const noexcept
+    {
+        double difference = decimalDegrees() - other.decimalDegrees();
+        if (difference < 0.0)
+            difference += 360.0;
+        return 0.0 < difference && difference < 180.0;
+    }
     /// The mirror image of isEastOf().
     [[nodiscard]] bool isWestOf(const KelLongitude &other) const noexcept { return other.isEastOf(*this); }
     /// 0 and both +180 and -180 count as eastern.

@@ -41,8 +41,12 @@
 #include <iterator>
 #include <limits>
 #include <memory>
+#include <new>
+#include <numeric>
 #include <optional>
+#include <typeinfo>
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -52,6 +56,9 @@ constexpr double PI = 3.141592653589793;
 constexpr int NO_SMOOTHING = 100;
 constexpr double PERCENT = 100.0;
 constexpr double THINNING_DISTANCE = 4.0;
+
+// Points that a thread of its own is worth starting for.
+constexpr int SMALLEST_PIECE = 4096;
 
 constexpr double ARROW_SAMPLES[] = {0.95, 0.96, 0.97, 0.98, 0.99};
 constexpr double ARROW_OPENING = 30.0;
@@ -97,7 +104,44 @@ double barbLength(const QPainterPath &path)
 
 // ---- one path build -------------------------------------------------------------------------------------------
 
-// What one path build works with. Each chunk's tasks write their own slice of the arrays.
+// The step to a point leads across the date line: +1 eastward, -1 westward.
+struct Crossing
+{
+    int index;
+    int step;
+};
+
+// Consecutive points of a track, which one task works on: a part of a segment, or one of the chunks of a host's own kind of track.
+struct Piece
+{
+    const KelGPXTrackSegment *segment = nullptr;
+    const KelGeoPositionList *chunk = nullptr;
+    KelIntRange range; // within the segment or the chunk
+    int start = 0;     // of the whole track
+    QList<Crossing> crossings;
+};
+
+const KelGeoPosition &positionOf(const Piece &piece, int index)
+{
+    return piece.segment ? piece.segment->positionAt(index) : piece.chunk->at(index);
+}
+
+// The array is written before it is read, and by the tasks: its pages are theirs.
+struct FreeRawMemory
+{
+    void operator()(QPointF *points) const noexcept { ::operator delete(points); }
+};
+using RawPoints = std::unique_ptr<QPointF[], FreeRawMemory>;
+
+RawPoints createRawPoints(int count)
+{
+    return RawPoints(static_cast<QPointF *>(::operator new(static_cast<size_t>(count) * sizeof(QPointF))));
+}
+
+// What one path build works with. Each piece's task writes its own slice of the array.
+//
+// The steps are those of the renderer's building blocks, and so are the results, but the positions are read where they
+// are (handles are counted by atomic operations, which cost as much as a projection), and each point is looked at once.
 struct PathBuild
 {
     explicit PathBuild(const KelGPXTrackRenderer &trackRenderer)
@@ -106,51 +150,124 @@ struct PathBuild
     }
 
     const KelGPXTrackRenderer &renderer;
+    // Only one of them is used; they keep the positions alive.
+    QList<KelGPXTrackSegment> segments;
     QList<KelGeoPositionList> chunks;
-    QList<int> chunkIndices;
-    QList<KelIntRange> chunkRanges;
+    std::vector<Piece> pieces;
     int total = 0;
-    std::unique_ptr<QPointF[]> projected;
-    std::unique_ptr<QPointF[]> offsets;
-    bool crossed = false;
+    RawPoints projected;
 };
 
-void takeChunks(PathBuild *build, const KelGPXTrack &track)
+void addPiece(PathBuild *build, Piece piece)
 {
-    build->chunks = track.chunkedPoints();
-    const int count = static_cast<int>(build->chunks.size());
-    build->chunkIndices.reserve(count);
-    build->chunkRanges.reserve(count);
-    for (int i = 0; i < count; ++i) {
-        const int size = static_cast<int>(std::as_const(build->chunks).at(i).size());
-        build->chunkIndices.append(i);
-        build->chunkRanges.append(KelIntRange(build->total, build->total + size - 1));
-        build->total += size;
-    }
+    if (piece.range.size() == 0)
+        return;
+    piece.start = build->total;
+    build->total += piece.range.size();
+    build->pieces.push_back(std::move(piece));
 }
 
-void findDateLineOffsets(PathBuild *build)
+// In the main thread long segments are cut into pieces for all processor cores, as their chunkedPoints() are.
+void addSegment(PathBuild *build, const KelGPXTrackSegment &segment)
 {
-    build->offsets.reset(build->renderer.createDateLineCrossingOffsets(
-        build->chunks, build->chunkIndices, build->total, build->chunkRanges, &build->crossed));
+    const KelIntRange everything(0, segment.count() - 1);
+    const bool isCut = segment.count() >= 2 * SMALLEST_PIECE && segment.weAreaRunningInMainThread();
+    const QList<KelIntRange> ranges = isCut ? everything.splitEvenlyForCpuCores() : QList<KelIntRange>{everything};
+    for (const KelIntRange &range : ranges)
+        addPiece(build, Piece{&segment, nullptr, range, 0, {}});
+}
+
+void takePieces(PathBuild *build, const KelGPXTrack &track)
+{
+    // A host may derive from tracks and say what its points are.
+    if (typeid(track) == typeid(KelGPXTrack)) {
+        build->segments = track.segments();
+        for (const KelGPXTrackSegment &segment : std::as_const(build->segments))
+            addSegment(build, segment);
+        return;
+    }
+    build->chunks = track.chunkedPoints();
+    for (const KelGeoPositionList &chunk : std::as_const(build->chunks))
+        addPiece(build, Piece{nullptr, &chunk, KelIntRange(0, static_cast<int>(chunk.size()) - 1), 0, {}});
+}
+
+// Vector code of the system may leave the upper halves of the vector registers in use. That changes no result, but where
+// code with and without them meets, as in every call of a logarithm or tangent, some processors then take twenty times as
+// long (seen with the GNU C library 2.36 on a processor with AVX-512). Callers expect nothing in these halves.
+#if defined(__x86_64__) && defined(__GNUC__)
+[[gnu::target("avx")]] void clearUpperHalvesWithAvx()
+{
+    __builtin_ia32_vzeroupper();
+}
+
+void clearUpperHalves()
+{
+    static const bool hasAvx = __builtin_cpu_supports("avx");
+    if (hasAvx)
+        clearUpperHalvesWithAvx();
+}
+#else
+void clearUpperHalves()
+{
+}
+#endif
+
+// Projects the points of one piece and notes the date line's crossings. Only where the hemisphere changes there can be one.
+void projectPiece(PathBuild *build, size_t pieceIndex)
+{
+    clearUpperHalves();
+    Piece &piece = build->pieces[pieceIndex];
+    const Piece *before = pieceIndex == 0 ? nullptr : &build->pieces[pieceIndex - 1];
+    const KelGeoPosition *previous = before ? &positionOf(*before, before->range.max()) : nullptr;
+    bool wasEast = previous && previous->isInEasternHemisphere();
+    QPointF *output = build->projected.get() + piece.start;
+    const int end = piece.range.lastIndexEvenIfUnvalid();
+    for (int i = piece.range.min(); i < end; ++i) {
+        const KelGeoPosition &position = positionOf(piece, i);
+        *output++ = build->renderer.projectPosition(position);
+        const bool isEast = position.isInEasternHemisphere();
+        if (isEast != wasEast && previous) {
+            const int step = build->renderer.checkDateLineCrossing(*previous, position);
+            if (step != 0)
+                piece.crossings.append({piece.start + i - piece.range.min(), step});
+        }
+        previous = &position;
+        wasEast = isEast;
+    }
 }
 
 void project(PathBuild *build)
 {
-    build->projected = std::make_unique<QPointF[]>(static_cast<size_t>(build->total));
-    KelConcurrent::blockingMap(build->chunkIndices, [build](int chunkIndex) {
-        build->renderer.projectPointsPP(chunkIndex, build->chunks, build->chunkRanges, build->projected.get());
-    });
+    build->projected = createRawPoints(build->total);
+    std::vector<size_t> indices(build->pieces.size());
+    std::iota(indices.begin(), indices.end(), size_t(0));
+    const auto task = [build](size_t pieceIndex) { projectPiece(build, pieceIndex); };
+    // Few points are done before other threads would have begun.
+    if (build->total < 2 * SMALLEST_PIECE)
+        std::for_each(indices.begin(), indices.end(), task);
+    else
+        KelConcurrent::blockingMap(indices, task);
 }
 
 void shiftAcrossDateLine(PathBuild *build)
 {
-    if (!build->crossed)
+    QList<Crossing> crossings;
+    for (const Piece &piece : build->pieces)
+        crossings += piece.crossings;
+    if (crossings.isEmpty())
         return;
-    KelConcurrent::blockingMap(build->chunkIndices, [build](int chunkIndex) {
-        build->renderer.shiftProjected(std::as_const(build->chunkRanges).at(chunkIndex), build->projected.get(),
-                                       build->offsets.get());
-    });
+    crossings.append({build->total, 0});
+
+    const QPointF worldOffset = build->renderer.aroundTheWorldOffset();
+    int sum = 0;
+    int index = 0;
+    for (const Crossing &crossing : std::as_const(crossings)) {
+        // Home again means exactly home, also where the world has no finite width.
+        const QPointF offset = sum == 0 ? QPointF() : worldOffset * sum;
+        for (; index < crossing.index; ++index)
+            build->projected[static_cast<size_t>(index)] += offset;
+        sum += crossing.step;
+    }
 }
 
 void smooth(PathBuild *build, int strength, int steps)
@@ -479,10 +596,9 @@ QPainterPath KelGPXTrackRenderer::createPainterPath(const KelGPXTrack &track, in
                                                     int smoothingSteps) const
 {
     PathBuild build(*this);
-    takeChunks(&build, track);
+    takePieces(&build, track);
     if (build.total == 0)
         return QPainterPath();
-    findDateLineOffsets(&build);
     project(&build);
     shiftAcrossDateLine(&build);
     smooth(&build, smoothingStrength, smoothingSteps);

@@ -37,7 +37,13 @@ KelGPXTrackPoint::KelGPXTrackPoint(const KelGPXTrackPoint &other) = default;
 KelGPXTrackPoint::KelGPXTrackPoint(KelGPXTrackPoint &&other) noexcept = default;
 KelGPXTrackPoint &KelGPXTrackPoint::operator=(const KelGPXTrackPoint &other) = default;
 KelGPXTrackPoint &KelGPXTrackPoint::operator=(KelGPXTrackPoint &&other) noexcept = default;
-KelGPXTrackPoint::~KelGPXTrackPoint() = default;
+
+KelGPXTrackPoint::~KelGPXTrackPoint()
+{
+    // Most points are the only handle of their data, and the last one need not count down.
+    if (d.constData() && d.constData()->ref.loadAcquire() == 1)
+        delete d.take();
+}
 
 KelGeoPosition KelGPXTrackPoint::position() const
 {

@@ -3,7 +3,18 @@
 
 #include "KelGPXTrackPointImpl.h"
 
+#include <KelSlabPool.h>
+
 #include <utility>
+
+namespace
+{
+
+constinit KelSlabPool pointPool(sizeof(KelGPXTrackPointImpl));
+// Read for every object: not worth a function call.
+[[gnu::tls_model("initial-exec")]] constinit thread_local KelSlabPool::ThreadCache pointCache;
+
+} // namespace
 
 KelGPXTrackPointImpl::KelGPXTrackPointImpl() = default;
 
@@ -17,6 +28,16 @@ KelGPXTrackPointImpl::KelGPXTrackPointImpl(KelGeoPosition position, int elevatio
 }
 
 KelGPXTrackPointImpl::~KelGPXTrackPointImpl() = default;
+
+void *KelGPXTrackPointImpl::operator new(std::size_t size)
+{
+    return KelSlabPool::STANDS_ASIDE ? ::operator new(size) : pointPool.allocate(pointCache, size);
+}
+
+void KelGPXTrackPointImpl::operator delete(void *memory, std::size_t size) noexcept
+{
+    KelSlabPool::STANDS_ASIDE ? ::operator delete(memory) : pointPool.release(pointCache, memory, size);
+}
 
 bool KelGPXTrackPointImpl::operator==(const KelGPXTrackPointImpl &other) const
 {

@@ -12,6 +12,8 @@
 #include <QSharedData>
 #include <QString>
 
+#include <cstddef>
+
 /// The data of a KelGPXTrackPoint, shared among its copies and never changed. Hosts use the handle.
 class KELGEOLOCATION_EXPORT KelGPXTrackPointImpl : public KelGPXTrackElement, public QSharedData
 {
@@ -23,6 +25,15 @@ public:
     KelGPXTrackPointImpl(const KelGPXTrackPointImpl &) = default;
     KelGPXTrackPointImpl &operator=(const KelGPXTrackPointImpl &) = delete;
     ~KelGPXTrackPointImpl() override;
+
+    /// Points come by the million: their memory comes from a pool, that of subclasses of another size does not.
+    static void *operator new(std::size_t size);
+    /// In memory that the caller has.
+    static void *operator new(std::size_t, void *place) noexcept { return place; }
+    /// In any thread.
+    static void operator delete(void *memory, std::size_t size) noexcept;
+    /// Leaves the caller's memory alone.
+    static void operator delete(void *, void *) noexcept { }
 
     /// \copydoc KelGPXTrackPoint::position
     [[nodiscard]] const KelGeoPosition &position() const noexcept { return m_position; }

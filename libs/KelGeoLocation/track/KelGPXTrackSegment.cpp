@@ -7,6 +7,7 @@
 #include "KelGPXReader.h"
 #include "KelGPXTupleWriter.h"
 #include <KelConcurrent.h>
+#include <KelGPXTrackPointImpl.h>
 #include <KelIntRange.h>
 #include <KelXMLBuilder.h>
 #include <KelXMLDomCursor.h>
@@ -31,6 +32,11 @@ KelGPXTrackSegment::KelGPXTrackSegment(const QDomElement &element)
 {
     KelXMLDomCursor cursor(element);
     m_trackPoints = KelGPXReader::readSegment(cursor);
+}
+
+const KelGeoPosition &KelGPXTrackSegment::positionAt(int index) const
+{
+    return m_trackPoints.at(index).d->position();
 }
 
 bool KelGPXTrackSegment::operator==(const KelGPXTrackSegment &other) const
@@ -82,7 +88,7 @@ KelGeoPositionList KelGPXTrackSegment::allPoints() const
     KelGeoPositionList points;
     points.reserve(m_trackPoints.size());
     for (const KelGPXTrackPoint &point : m_trackPoints)
-        points.append(point.position());
+        points.append(point.d->position());
     return points;
 }
 
@@ -126,7 +132,7 @@ KelGeoPositionList KelGPXTrackSegment::collectBlock(const KelIntRange &range) co
     KelGeoPositionList points;
     points.reserve(qMax(end - first, 0));
     for (int i = first; i < end; ++i)
-        points.append(m_trackPoints.at(i).position());
+        points.append(positionAt(i));
     return points;
 }
 

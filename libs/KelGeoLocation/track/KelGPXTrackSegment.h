@@ -34,6 +34,8 @@ public:
     [[nodiscard]] QList<KelGPXTrackPoint> trackPoints() const { return m_trackPoints; }
     /// The number of points.
     [[nodiscard]] int count() const { return int(m_trackPoints.size()); }
+    /// The position of the point with that index, which must exist, in place: valid until the segment changes.
+    [[nodiscard]] const KelGeoPosition &positionAt(int index) const;
     /// At least one point.
     [[nodiscard]] bool isValid() const { return !m_trackPoints.isEmpty(); }
 

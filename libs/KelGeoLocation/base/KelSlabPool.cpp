@@ -1,0 +1,290 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelSlabPool.h"
+
+#include <sys/mman.h>
+
+#include <cstdint>
+#include <new>
+#include <utility>
+
+namespace
+{
+
+// Set when the thread's caches were returned: from then on it must not begin new ones.
+constinit thread_local bool threadHasEnded = false;
+
+void *mapPages(std::size_t size, int flags)
+{
+    void *const memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | flags, -1, 0);
+    if (memory == MAP_FAILED)
+        throw std::bad_alloc();
+    return memory;
+}
+
+void unmapPages(void *memory, std::size_t size) noexcept
+{
+    if (size != 0)
+        munmap(memory, size);
+}
+
+// Bytes up to the next address that is a multiple of the alignment.
+std::size_t misalignment(const void *memory, std::size_t alignment) noexcept
+{
+    return (0 - reinterpret_cast<std::uintptr_t>(memory)) % alignment;
+}
+
+// Memory that is aligned to its size.
+char *mapAligned(std::size_t size, int flags)
+{
+    // Below the memory before, which is where the system usually continues, the next one is aligned, too.
+    void *const memory = mapPages(size, flags);
+    if (misalignment(memory, size) == 0)
+        return static_cast<char *>(memory);
+    unmapPages(memory, size);
+    auto *const wide = static_cast<char *>(mapPages(2 * size, 0));
+    const std::size_t before = misalignment(wide, size);
+    unmapPages(wide, before);
+    unmapPages(wide + before + size, size - before);
+    return wide + before;
+}
+
+} // namespace
+
+/// Returns the caches of a thread when the thread ends.
+class KelSlabPool::ThreadEnd
+{
+public:
+    constexpr ThreadEnd() noexcept = default;
+    ~ThreadEnd()
+    {
+        threadHasEnded = true;
+        while (m_first) {
+            ThreadCache *const cache = std::exchange(m_first, m_first->m_nextOfThread);
+            cache->m_pool->close(*cache);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(ThreadEnd)
+
+    void add(ThreadCache *cache) noexcept { cache->m_nextOfThread = std::exchange(m_first, cache); }
+
+    static ThreadEnd &ofThisThread()
+    {
+        static thread_local ThreadEnd threadEnd;
+        return threadEnd;
+    }
+
+private:
+    ThreadCache *m_first = nullptr;
+};
+
+int KelSlabPool::slabCount() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_slabCount + static_cast<int>(static_cast<std::size_t>(m_uncutEnd - m_uncut) / SLAB_SIZE);
+}
+
+// ---- slabs ----------------------------------------------------------------------------------------------------
+
+KelSlabPool::Slab *KelSlabPool::slabOf(Object *object) noexcept
+{
+    return reinterpret_cast<Slab *>(reinterpret_cast<std::uintptr_t>(object) & ~std::uintptr_t(SLAB_SIZE - 1));
+}
+
+void *KelSlabPool::cutSlab()
+{
+    if (m_uncut == m_uncutEnd && m_slabCount < SINGLE_SLABS) {
+        // Its pages are wanted at once: a single call costs less than a fault for each.
+        void *const slab = mapAligned(SLAB_SIZE, MAP_POPULATE);
+        ++m_slabCount;
+        return slab;
+    }
+    if (m_uncut == m_uncutEnd) {
+        m_uncut = mapAligned(BLOCK_SIZE, 0);
+        m_uncutEnd = m_uncut + BLOCK_SIZE;
+        // No more than a wish: without huge pages there are small ones.
+        madvise(m_uncut, BLOCK_SIZE, MADV_HUGEPAGE);
+    }
+    ++m_slabCount;
+    return std::exchange(m_uncut, m_uncut + SLAB_SIZE);
+}
+
+void KelSlabPool::returnUncut() noexcept
+{
+    unmapPages(m_uncut, static_cast<std::size_t>(m_uncutEnd - m_uncut));
+    m_uncut = nullptr;
+    m_uncutEnd = nullptr;
+}
+
+void KelSlabPool::unmapSlabs(Slab *slabs) noexcept
+{
+    while (slabs) {
+        Slab *const slab = std::exchange(slabs, slabs->next);
+        unmapPages(slab, SLAB_SIZE);
+    }
+}
+
+void KelSlabPool::enlist(Slab *slab) noexcept
+{
+    slab->previous = nullptr;
+    slab->next = m_partSlabs;
+    if (m_partSlabs)
+        m_partSlabs->previous = slab;
+    m_partSlabs = slab;
+}
+
+void KelSlabPool::unlist(Slab *slab) noexcept
+{
+    if (slab->previous)
+        slab->previous->next = slab->next;
+    else
+        m_partSlabs = slab->next;
+    if (slab->next)
+        slab->next->previous = slab->previous;
+}
+
+// ---- from the slabs -------------------------------------------------------------------------------------------
+
+void *KelSlabPool::allocateFromSlabs(ThreadCache &cache)
+{
+    if (!cache.m_pool)
+        open(cache);
+    if (cache.m_spare) {
+        cache.m_free = std::exchange(cache.m_spare, nullptr);
+        cache.m_freeCount = BATCH;
+    } else {
+        fill(cache, cache.m_closed ? 1 : BATCH);
+    }
+    return allocate(cache, m_objectSize);
+}
+
+void KelSlabPool::fill(ThreadCache &cache, int wanted)
+{
+    if (fillFromPartSlabs(cache, wanted))
+        return;
+    takeNewSlab(cache);
+    if (!cache.m_closed)
+        return;
+    // Nobody returns this cache any more, so all but the one object goes to the slab.
+    char *const first = cache.m_unused;
+    cache.m_unused += m_objectSize;
+    close(cache);
+    cache.m_unused = first;
+    cache.m_unusedEnd = first + m_objectSize;
+}
+
+bool KelSlabPool::fillFromPartSlabs(ThreadCache &cache, int wanted)
+{
+    const std::lock_guard lock(m_mutex);
+    Slab *const slab = m_partSlabs;
+    if (!slab)
+        return false;
+    for (int i = 0; i < wanted && slab->free; ++i) {
+        Object *const object = std::exchange(slab->free, slab->free->next);
+        --slab->freeCount;
+        object->next = std::exchange(cache.m_free, object);
+        ++cache.m_freeCount;
+    }
+    if (!slab->free)
+        unlist(slab);
+    return true;
+}
+
+void KelSlabPool::takeNewSlab(ThreadCache &cache)
+{
+    void *memory = nullptr;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_keptSlabs) {
+            memory = std::exchange(m_keptSlabs, m_keptSlabs->next);
+            --m_keptCount;
+        } else {
+            memory = cutSlab();
+        }
+    }
+    // Here the system may have to make a page, and nobody else needs to wait for it.
+    Slab *const slab = new (memory) Slab{};
+    cache.m_unused = reinterpret_cast<char *>(slab) + HEADER_SIZE;
+    cache.m_unusedEnd = cache.m_unused + static_cast<std::size_t>(m_capacity) * m_objectSize;
+}
+
+// ---- to the slabs ---------------------------------------------------------------------------------------------
+
+void KelSlabPool::releaseToSlabs(ThreadCache &cache, Object *object) noexcept
+{
+    if (!cache.m_pool)
+        open(cache);
+    if (cache.m_closed) {
+        object->next = nullptr;
+        returnObjects(object);
+        return;
+    }
+    if (cache.m_freeCount == BATCH) {
+        returnObjects(std::exchange(cache.m_spare, cache.m_free));
+        cache.m_free = nullptr;
+        cache.m_freeCount = 0;
+    }
+    release(cache, object, m_objectSize);
+}
+
+void KelSlabPool::returnObjects(Object *objects) noexcept
+{
+    if (!objects)
+        return;
+    Slab *toUnmap = nullptr;
+    {
+        const std::lock_guard lock(m_mutex);
+        while (objects)
+            returnObject(std::exchange(objects, objects->next), &toUnmap);
+    }
+    unmapSlabs(toUnmap);
+}
+
+void KelSlabPool::returnObject(Object *object, Slab **toUnmap) noexcept
+{
+    Slab *const slab = slabOf(object);
+    object->next = std::exchange(slab->free, object);
+    if (++slab->freeCount == 1)
+        enlist(slab);
+    if (slab->freeCount != m_capacity)
+        return;
+    unlist(slab);
+    if (m_keptCount < KEPT_SLABS) {
+        slab->next = std::exchange(m_keptSlabs, slab);
+        ++m_keptCount;
+    } else {
+        slab->next = std::exchange(*toUnmap, slab);
+        --m_slabCount;
+        returnUncut();
+    }
+}
+
+// ---- the threads' caches --------------------------------------------------------------------------------------
+
+void KelSlabPool::open(ThreadCache &cache)
+{
+    cache.m_pool = this;
+    if (threadHasEnded) {
+        cache.m_closed = true;
+        return;
+    }
+    ThreadEnd::ofThisThread().add(&cache);
+    cache.m_limit = BATCH;
+}
+
+void KelSlabPool::close(ThreadCache &cache) noexcept
+{
+    cache.m_closed = true;
+    cache.m_limit = 0;
+    cache.m_freeCount = 0;
+    returnObjects(std::exchange(cache.m_free, nullptr));
+    returnObjects(std::exchange(cache.m_spare, nullptr));
+
+    Object *unused = nullptr;
+    while (cache.m_unused != cache.m_unusedEnd) {
+        unused = new (cache.m_unused) Object{unused};
+        cache.m_unused += m_objectSize;
+    }
+    returnObjects(unused);
+}
