@@ -4,7 +4,6 @@
 #include "KelPictureComposer.h"
 
 #include "KelMapCredit.h"
-#include "KelMapTrackRenderer.h"
 #include "KelVectorOverlays.h"
 #include "KelWorldMap.h"
 #include "KelWorldMapPainter.h"
@@ -84,7 +83,7 @@ QImage KelPictureComposer::mapImage() const
     }
     if (!isCropped())
         return image;
-    return KelMapTrackRenderer(m_selection, m_geometry, m_options.scaleFactor).crop(image);
+    return trackRenderer().crop(image);
 }
 
 QImage KelPictureComposer::toImage() const
@@ -94,8 +93,10 @@ QImage KelPictureComposer::toImage() const
         return image;
     {
         QPainter painter(&image);
-        paintTracks(painter);
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintHalos(painter);
     }
+    trackRenderer().renderOver(&image, KelGPXTrackRenderer::Normal);
     if (m_options.scale) {
         // The bar's own lengths are multiplied by the factor again, hence pixels of a picture at factor 1.
         const KelOsmScaleRenderer scale(KelDistance(m_geometry.pixelsPerKilometre() / m_overlayFactor),
@@ -144,12 +145,21 @@ void KelPictureComposer::paintTracks(QPainter &painter) const
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const KelMapTrackRenderer renderer(m_selection, m_geometry, m_options.scaleFactor);
+    paintHalos(painter);
+    trackRenderer().renderWith(&painter, KelGPXTrackRenderer::Normal);
+    painter.restore();
+}
+
+void KelPictureComposer::paintHalos(QPainter &painter) const
+{
     // On a cropped map the halo is the strip that stays clear.
     if (m_options.style.haloWidth && !isCropped())
-        renderer.drawHalos(&painter, m_options.dark ? HALO_ON_DARK : HALO_ON_LIGHT);
-    renderer.renderWith(&painter, KelGPXTrackRenderer::Normal);
-    painter.restore();
+        trackRenderer().drawHalos(&painter, m_options.dark ? HALO_ON_DARK : HALO_ON_LIGHT);
+}
+
+KelMapTrackRenderer KelPictureComposer::trackRenderer() const
+{
+    return KelMapTrackRenderer(m_selection, m_geometry, m_options.scaleFactor);
 }
 
 QString KelPictureComposer::credit() const

@@ -6,6 +6,7 @@
 
 #include "KelMapGeometry.h"
 #include "KelMapPicture.h"
+#include "KelMapTrackRenderer.h"
 #include "KelPictureSource.h"
 #include "KelRenderOptions.h"
 
@@ -38,6 +39,8 @@ private:
     [[nodiscard]] QImage mapImage() const;
     void paintMap(QPainter &painter) const;
     void paintTracks(QPainter &painter) const;
+    void paintHalos(QPainter &painter) const;
+    [[nodiscard]] KelMapTrackRenderer trackRenderer() const;
     [[nodiscard]] QString credit() const;
 
     KelRenderOptions m_options;

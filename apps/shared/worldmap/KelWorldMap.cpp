@@ -3,15 +3,13 @@
 
 #include "KelWorldMap.h"
 
-#include <KelGeoPosition.h>
-#include <KelGeoPositionRect.h>
 #include <KelMapProjection.h>
 
 #include <QFile>
-#include <QSize>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 // Resources of a static library are only linked in when somebody asks for them; outside every namespace.
 static void initializeWorldMapResource()
@@ -71,6 +69,42 @@ private:
     bool m_failed = false;
 };
 
+/// The projection of latitudes in whole steps of a grid. It is most of the work of unpacking, and points share their
+/// latitudes with others.
+class LatitudeTable
+{
+public:
+    explicit LatitudeTable(double grid)
+        : m_grid(grid)
+        , m_highest(static_cast<qint32>(HIGHEST_LATITUDE * std::min(grid, FINEST_GRID)))
+        , m_normalized(2 * static_cast<size_t>(m_highest) + 1, UNKNOWN)
+    {
+    }
+
+    double normalized(qint32 steps)
+    {
+        if (std::abs(static_cast<double>(steps)) > m_highest)
+            return project(steps);
+        double &result = m_normalized[static_cast<size_t>(steps + m_highest)];
+        if (result == UNKNOWN)
+            result = project(steps);
+        return result;
+    }
+
+private:
+    static constexpr double FINEST_GRID = 10000.0;
+    static constexpr double UNKNOWN = std::numeric_limits<double>::infinity();
+
+    double project(qint32 steps) const
+    {
+        return KelMapProjection::latitudeToNormalized(std::clamp(steps / m_grid, -HIGHEST_LATITUDE, HIGHEST_LATITUDE));
+    }
+
+    double m_grid;
+    qint32 m_highest;
+    std::vector<double> m_normalized;
+};
+
 } // namespace
 
 const KelWorldMap &KelWorldMap::instance()
@@ -119,27 +153,24 @@ bool KelWorldMap::read(const QByteArray &data)
             m_vertices[k].level = (levels >> 2 * (k - i)) & 3;
     }
 
-    // Its formulas do not depend on an area; this one is as good as any.
-    const KelMapProjection projection(KelGeoPositionRect(KelGeoPosition(-1.0, -1.0), KelGeoPosition(1.0, 1.0)),
-                                      QSize(16, 16));
     size_t next = 0;
     for (const Head &head : heads) {
         qint32 steps = 0;
         for (size_t end = next + head.points; next < end; ++next) {
             steps += reader.signedNumber();
-            m_vertices[next].x = projection.longitudeToNormalized(steps / grid);
+            m_vertices[next].x = KelMapProjection::longitudeToNormalized(steps / grid);
             m_vertices[next].onDateLine = std::abs(std::abs(steps) - 180 * grid) < 1.5;
         }
     }
     next = 0;
+    LatitudeTable latitudes(grid);
     m_outlines.reserve(count);
     for (const Head &head : heads) {
         const size_t first = next;
         qint32 steps = 0;
         for (size_t end = next + head.points; next < end; ++next) {
             steps += reader.signedNumber();
-            const double latitude = std::clamp(steps / grid, -HIGHEST_LATITUDE, HIGHEST_LATITUDE);
-            m_vertices[next].y = projection.latitudeToNormalized(latitude);
+            m_vertices[next].y = latitudes.normalized(steps);
         }
         if (head.points == 0)
             continue;

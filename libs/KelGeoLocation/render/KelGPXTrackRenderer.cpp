@@ -4,7 +4,7 @@
 #include "KelGPXTrackRenderer.h"
 
 #include "KelPixel.h"
-#include "KelTiledPathPainter.h"
+#include "KelPathPainter.h"
 
 #include <KelConcurrent.h>
 #include <KelDistance.h>
@@ -26,6 +26,7 @@
 
 #include <QBrush>
 #include <QColor>
+#include <QColorSpace>
 #include <QImage>
 #include <QLineF>
 #include <QPaintDevice>
@@ -33,6 +34,9 @@
 #include <QPainterPath>
 #include <QPen>
 #include <QRectF>
+#include <QRgb>
+#include <QString>
+#include <QStringList>
 #include <QTransform>
 
 #include <algorithm>
@@ -415,8 +419,8 @@ void forEachCopyOfPath(const KelGPXTrackRenderer &renderer, QPainter *painter,
                      [&](const QPointF &offset) { draw(path, configuration, offset); });
 }
 
-// drawTrack() on an image of our own: the same pixels, but long paths are painted in tiles.
-void drawTrackInTiles(const KelGPXTrackRenderer &renderer, KelTiledPathPainter *tiles, QPainter *painter,
+// drawTrack() on an image of our own: the same pixels, only faster.
+void drawTrackFast(const KelGPXTrackRenderer &renderer, KelPathPainter *pathPainter, QPainter *painter,
                       const KelGPXConfiguredTrack &configuredTrack, KelGPXTrackRenderer::TrackRenderOption option)
 {
     const KelGPXTrackShape shape = configuredTrack.effectiveShape();
@@ -429,11 +433,11 @@ void drawTrackInTiles(const KelGPXTrackRenderer &renderer, KelTiledPathPainter *
                           const QPointF &offset) {
         if (shape == TrackShapePolygon && (everything || isFilled(configuration))) {
             const QBrush brush = renderer.brushFromTrack(configuration, option);
-            if (!tiles->fill(path, brush, offset))
+            if (!pathPainter->fill(path, brush, offset))
                 painter->fillPath(path, brush);
         }
         if (everything || isStroked(configuration)) {
-            if (!tiles->stroke(path, renderer.penFromTrack(configuration, option), offset))
+            if (!pathPainter->stroke(path, renderer.penFromTrack(configuration, option), offset))
                 renderer.drawPath(painter, path, configuration, option);
         }
         if (shape != TrackShapePolygon && hasArrow(configuration))
@@ -444,7 +448,17 @@ void drawTrackInTiles(const KelGPXTrackRenderer &renderer, KelTiledPathPainter *
 
 // ---- images ---------------------------------------------------------------------------------------------------
 
-// renderWith() on an image of our own.
+// renderWith() on an image of premultiplied pixels that shares its memory with no other.
+void paintTracks(const KelGPXTrackRenderer &renderer, const KelGPXConfiguredTrackList &tracks, QImage *image,
+                 KelGPXTrackRenderer::TrackRenderOption option, QPainter::RenderHints hints)
+{
+    KelPathPainter pathPainter(image, hints);
+    QPainter painter(image);
+    painter.setRenderHints(hints);
+    for (const KelGPXConfiguredTrack &configuredTrack : tracks.tracks())
+        drawTrackFast(renderer, &pathPainter, &painter, configuredTrack, option);
+}
+
 QImage paintImage(const KelGPXTrackRenderer &renderer, const KelGPXConfiguredTrackList &tracks,
                   KelGPXTrackRenderer::TrackRenderOption option, QPainter::RenderHints hints)
 {
@@ -452,12 +466,7 @@ QImage paintImage(const KelGPXTrackRenderer &renderer, const KelGPXConfiguredTra
     if (image.isNull())
         return image;
     image.fill(Qt::transparent);
-    KelTiledPathPainter tiles(&image, hints);
-    QPainter painter(&image);
-    painter.setRenderHints(hints);
-    for (const KelGPXConfiguredTrack &configuredTrack : tracks.tracks())
-        drawTrackInTiles(renderer, &tiles, &painter, configuredTrack, option);
-    painter.end();
+    paintTracks(renderer, tracks, &image, option, hints);
     return image;
 }
 
@@ -507,6 +516,80 @@ void mergeRows(const CropArea &area, const KelIntRange &rows, const uchar *table
     }
 }
 
+// An image of the same size and kind, but for the format, as conversions make it; without pixels.
+QImage premultipliedLike(const QImage &image)
+{
+    QImage result(image.size(), QImage::Format_ARGB32_Premultiplied);
+    result.setDotsPerMeterX(image.dotsPerMeterX());
+    result.setDotsPerMeterY(image.dotsPerMeterY());
+    result.setDevicePixelRatio(image.devicePixelRatio());
+    result.setOffset(image.offset());
+    result.setColorSpace(image.colorSpace());
+    for (const QString &key : image.textKeys())
+        result.setText(key, image.text(key));
+    return result;
+}
+
+// One pass in place of three: the mask's alpha into the map, and the conversion of the outcome. As raw memory, see CropArea.
+struct CroppedMap
+{
+    CroppedMap(QImage *result, const QImage &map, const QImage &mask)
+        : width(map.width())
+        , commonWidth(std::min(map.width(), mask.width()))
+        , commonHeight(std::min(map.height(), mask.height()))
+        , ownAlpha(map.format() == QImage::Format_RGB32 ? qRgba(0, 0, 0, OPAQUE) : 0)
+        , resultBits(result->bits())
+        , resultBytesPerLine(result->bytesPerLine())
+        , mapBits(map.constBits())
+        , mapBytesPerLine(map.bytesPerLine())
+        , maskBits(mask.constBits())
+        , maskBytesPerLine(mask.bytesPerLine())
+    {
+    }
+
+    QRgb *resultRow(int row) const { return reinterpret_cast<QRgb *>(resultBits + row * resultBytesPerLine); }
+    const QRgb *mapRow(int row) const { return reinterpret_cast<const QRgb *>(mapBits + row * mapBytesPerLine); }
+    const QRgb *maskRow(int row) const { return reinterpret_cast<const QRgb *>(maskBits + row * maskBytesPerLine); }
+
+    int width;
+    int commonWidth;
+    int commonHeight;
+    QRgb ownAlpha; // of all pixels of maps without transparency
+    uchar *resultBits;
+    qsizetype resultBytesPerLine;
+    const uchar *mapBits;
+    qsizetype mapBytesPerLine;
+    const uchar *maskBits;
+    qsizetype maskBytesPerLine;
+};
+
+void cropRow(QRgb *result, const QRgb *map, const QRgb *mask, int width, const CropTable &table)
+{
+    // The alpha is mostly that of the pixel before.
+    for (int column = 0; column < width;) {
+        const int alpha = qAlpha(mask[column]);
+        const int begin = column;
+        while (column < width && qAlpha(mask[column]) == alpha)
+            ++column;
+        const int newAlpha = table[static_cast<size_t>(alpha)];
+        for (int i = begin; i < column; ++i)
+            result[i] = qPremultiply((map[i] & RGB_MASK) | qRgba(0, 0, 0, newAlpha));
+    }
+}
+
+void cropRows(const CroppedMap &cropped, const KelIntRange &rows, const CropTable &table)
+{
+    for (int row = rows.min(); row < rows.lastIndexEvenIfUnvalid(); ++row) {
+        const QRgb *map = cropped.mapRow(row);
+        QRgb *result = cropped.resultRow(row);
+        const int common = row < cropped.commonHeight ? cropped.commonWidth : 0;
+        if (common > 0)
+            cropRow(result, map, cropped.maskRow(row), common, table);
+        for (int column = common; column < cropped.width; ++column)
+            result[column] = qPremultiply(map[column] | cropped.ownAlpha);
+    }
+}
+
 } // namespace
 
 KelGPXTrackRenderer::KelGPXTrackRenderer(const KelGPXTrackSelection &selection, const QSize &targetImageSize,
@@ -551,6 +634,18 @@ QImage KelGPXTrackRenderer::renderForeground() const
     return renderQuickAndDirty(Foreground);
 }
 
+void KelGPXTrackRenderer::renderOver(QImage *image, TrackRenderOption option) const
+{
+    if (image->format() == QImage::Format_ARGB32_Premultiplied && image->devicePixelRatio() == 1.0) {
+        image->detach();
+        paintTracks(*this, m_selection.tracks(), image, option, QPainter::Antialiasing);
+    } else if (!image->isNull()) {
+        QPainter painter(image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        renderWith(&painter, option);
+    }
+}
+
 QImage KelGPXTrackRenderer::crop(const QImage &mapImage) const
 {
     const int opacity = std::clamp(m_selection.effectiveCroppingOpacity(), 0, OPAQUE);
@@ -559,13 +654,15 @@ QImage KelGPXTrackRenderer::crop(const QImage &mapImage) const
 
     // Only its alpha is needed, which is the same before and after the conversion that render() ends with.
     const QImage mask = paintImage(*this, m_selection.tracks(), Foreground, QPainter::Antialiasing);
-    QImage target = mapImage.convertToFormat(QImage::Format_ARGB32);
+    // Of a map without transparency nothing but the colours is looked at.
+    const QImage map =
+        mapImage.format() == QImage::Format_RGB32 ? mapImage : mapImage.convertToFormat(QImage::Format_ARGB32);
+    QImage result = premultipliedLike(map);
     const CropTable table = createCropTable(opacity);
-    // Taking the memory detaches the target, which may still share the caller's pixels.
-    const CropArea area(&target, mask);
-    KelConcurrent::blockingMap(KelIntRange::rowsOfImage(target).splitEvenlyForCpuCores(),
-                               [&area, &table](const KelIntRange &rows) { mergeRows(area, rows, table.data()); });
-    return target.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const CroppedMap cropped(&result, map, mask);
+    KelConcurrent::blockingMap(KelIntRange::rowsOfImage(result).splitEvenlyForCpuCores(),
+                               [&](const KelIntRange &rows) { cropRows(cropped, rows, table); });
+    return result;
 }
 
 void KelGPXTrackRenderer::mergeCropping(QImage *target, const QImage &mask, const KelIntRange &rows,

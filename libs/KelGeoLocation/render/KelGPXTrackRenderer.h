@@ -98,6 +98,10 @@ public:
     /// renderQuickAndDirty() of the Foreground.
     [[nodiscard]] QImage renderForeground() const;
 
+    /// Paints over \a image, of any size, with the very pixels of renderWith() and an antialiased painter. It is much
+    /// faster for long tracks if the image is in QImage::Format_ARGB32_Premultiplied.
+    void renderOver(QImage *image, TrackRenderOption option) const;
+
     /// \a mapImage with its own alpha *replaced*: opaque under the tracks' silhouette (halo included), the selection's
     /// effective cropping opacity o elsewhere, blended linearly at antialiased edges; premultiplied. An o of 255 or
     /// more returns the map unchanged; below 0 counts as 0. The caller's image never changes. The map should have

@@ -1,14 +1,17 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
-#ifndef KELTILEDPATHPAINTER_H
-#define KELTILEDPATHPAINTER_H
+#ifndef KELPATHPAINTER_H
+#define KELPATHPAINTER_H
 
 #include <QImage>
+#include <QList>
 #include <QPainter>
+#include <QRect>
 #include <QSize>
 
 class QBrush;
+class QColor;
 class QPainterPath;
 class QPen;
 class QPointF;
@@ -26,11 +29,11 @@ class QPointF;
 ///
 /// Private to the library. The painter keeps the image's memory: nothing else may copy or resize the image while the
 /// painter lives, but others may paint on it between two calls.
-class KelTiledPathPainter
+class KelPathPainter
 {
 public:
     /// \a image is not null and shares its memory with no other image. Tiles are painted with these hints.
-    KelTiledPathPainter(QImage *image, QPainter::RenderHints hints);
+    KelPathPainter(QImage *image, QPainter::RenderHints hints);
 
     /// Paints what QPainter::strokePath() would, for a painter that is moved by \a offset. False, and nothing is
     /// painted, where that is better done plainly or might look different: short paths, curves, coordinates far away
@@ -42,12 +45,12 @@ public:
     [[nodiscard]] bool fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset);
 
 private:
-    QImage image() const;
+    template <typename OutlineIn>
+    bool fillStripes(const QList<QRect> &stripes, OutlineIn outlineIn, const QColor &color, Qt::FillRule rule);
 
     uchar *m_bits;
     QSize m_size;
     qsizetype m_bytesPerLine;
-    QImage::Format m_format;
     QPainter::RenderHints m_hints;
 };
 

@@ -1,14 +1,19 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
-#include "KelTiledPathPainter.h"
+#include "KelPathPainter.h"
+
+#include "KelOutlineFiller.h"
+#include "KelPixelOutline.h"
 
 #include <KelConcurrent.h>
 #include <KelIntRange.h>
 
 #include <QBrush>
+#include <QColor>
 #include <QList>
 #include <QPainterPath>
+#include <QPainterPathStroker>
 #include <QPen>
 #include <QPointF>
 #include <QRect>
@@ -19,6 +24,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -26,21 +32,11 @@
 namespace
 {
 
-// Shorter paths are painted at once.
-constexpr int FEWEST_ELEMENTS = 200;
+// Shorter paths are painted as a whole and in one thread.
+constexpr int FEWEST_FOR_STRIPES = 250;
 
-// Tiles with no more than so many segments, or narrower than so many pixels, are not divided further.
-constexpr std::size_t FEW_SEGMENTS = 24;
-constexpr int SMALLEST_TILE = 24;
-
-// Two halves that together have more than so many times the work of the whole are not worth it: segments are long and
-// lie in both.
-constexpr double WORTH_DIVIDING = 1.6;
-
-// An area is painted in a reduced form when that has so much less points.
-constexpr double WORTH_REDUCING = 0.75;
-
-constexpr int STRIPES_PER_CORE = 4;
+constexpr int STRIPES_PER_CORE = 2;
+constexpr int LEAST_ROWS = 16;
 
 // Pixels; more than rounding and the roundness of joins add to half a pen's width.
 constexpr double MARGIN = 2.0;
@@ -92,16 +88,9 @@ bool endSubpath(Polyline *polyline, int first)
 }
 
 // The path's points; nothing for paths that tiles cannot repeat.
-std::optional<Polyline> polylineOf(const QPainterPath &path, const QPointF &offset)
+std::optional<Polyline> polylineOf(const QPainterPath &path)
 {
     const int count = path.elementCount();
-    if (count < FEWEST_ELEMENTS)
-        return std::nullopt;
-    const QRectF bounds = path.controlPointRect().translated(offset);
-    if (!(bounds.left() > -FARTHEST_COORDINATE && bounds.right() < FARTHEST_COORDINATE
-          && bounds.top() > -FARTHEST_COORDINATE && bounds.bottom() < FARTHEST_COORDINATE))
-        return std::nullopt;
-
     Polyline polyline;
     polyline.points.reserve(static_cast<std::size_t>(count));
     int first = -1;
@@ -148,64 +137,6 @@ bool touches(const QPointF &a, const QPointF &b, const QRectF &box)
     const double distance = dx * ((top + bottom) / 2 - a.y()) - dy * ((left + right) / 2 - a.x());
     return std::abs(distance) <= ((right - left) * std::abs(dy) + (bottom - top) * std::abs(dx)) / 2;
 }
-
-std::pair<QRect, QRect> halves(const QRect &tile)
-{
-    QRect first = tile;
-    QRect second = tile;
-    if (tile.width() > tile.height()) {
-        first.setWidth(tile.width() / 2);
-        second.setLeft(first.right() + 1);
-    } else {
-        first.setHeight(tile.height() / 2);
-        second.setTop(first.bottom() + 1);
-    }
-    return {first, second};
-}
-
-bool isSmall(const QRect &tile)
-{
-    return std::max(tile.width(), tile.height()) < 2 * SMALLEST_TILE;
-}
-
-bool isWorthDividing(std::size_t whole, std::size_t first, std::size_t second)
-{
-    return static_cast<double>(first + second) <= WORTH_DIVIDING * static_cast<double>(whole);
-}
-
-bool isWorthReducing(std::size_t whole, std::size_t part)
-{
-    return static_cast<double>(part) <= WORTH_REDUCING * static_cast<double>(whole);
-}
-
-// A painter for the tiles of one stripe of the image.
-class TilePainter
-{
-public:
-    TilePainter(QImage image, QPainter::RenderHints hints, const QPointF &offset)
-        : m_image(std::move(image))
-        , m_painter(&m_image)
-        , m_offset(offset)
-    {
-        m_painter.setRenderHints(hints);
-    }
-
-    // The area of a tile, in the coordinates of the path.
-    QRectF inPath(const QRect &tile) const { return QRectF(tile).translated(-m_offset); }
-
-    QPainter &clippedTo(const QRect &tile)
-    {
-        m_painter.resetTransform();
-        m_painter.setClipRect(tile);
-        m_painter.translate(m_offset);
-        return m_painter;
-    }
-
-private:
-    QImage m_image;
-    QPainter m_painter;
-    QPointF m_offset;
-};
 
 // ---- strokes --------------------------------------------------------------------------------------------------
 
@@ -272,10 +203,10 @@ void lineAround(QPainterPath *path, const QPointF &to, const QRectF &box)
 }
 
 // The parts of the whole path that come near one tile, as a path that looks the same in there.
-class TileStroke
+class PartialStroke
 {
 public:
-    TileStroke(const Polyline &polyline, const QRectF &box)
+    PartialStroke(const Polyline &polyline, const QRectF &box)
         : m_polyline(polyline)
         , m_box(box)
     {
@@ -368,65 +299,17 @@ private:
     bool m_hasCorner = false;
 };
 
-class StrokeTiles
+Segments segmentsNear(const QRectF &box, const Polyline &polyline)
 {
-public:
-    StrokeTiles(const Polyline &polyline, const QPen &pen, TilePainter *painter)
-        : m_polyline(polyline)
-        , m_pen(pen)
-        , m_reach(pen.widthF() / 2 + MARGIN)
-        , m_painter(painter)
-    {
-    }
-
-    Segments near(const QRect &tile, const Segments &candidates) const
-    {
-        const QRectF box = reached(tile);
-        Segments result;
-        result.reserve(candidates.size());
-        for (const int segment : candidates) {
-            const QPointF *points = m_polyline.points.data() + segment;
-            if (touches(points[0], points[1], box))
-                result.push_back(segment);
-        }
-        return result;
-    }
-
-    void paint(const QRect &tile, const Segments &segments)
-    {
-        if (segments.empty())
-            return;
-        if (segments.size() > FEW_SEGMENTS && !isSmall(tile)) {
-            const auto [first, second] = halves(tile);
-            const Segments inFirst = near(first, segments);
-            const Segments inSecond = near(second, segments);
-            if (isWorthDividing(segments.size(), inFirst.size(), inSecond.size())) {
-                paint(first, inFirst);
-                paint(second, inSecond);
-                return;
-            }
-        }
-        m_painter->clippedTo(tile).strokePath(TileStroke(m_polyline, reached(tile)).path(segments), m_pen);
-    }
-
-private:
-    QRectF reached(const QRect &tile) const { return grown(m_painter->inPath(tile), m_reach); }
-
-    const Polyline &m_polyline;
-    QPen m_pen;
-    double m_reach;
-    TilePainter *m_painter;
-};
-
-Segments allSegments(const Polyline &polyline)
-{
-    Segments segments;
-    segments.reserve(polyline.points.size());
+    Segments result;
     for (const Subpath &subpath : polyline.subpaths) {
-        for (int i = subpath.first; i < subpath.last; ++i)
-            segments.push_back(i);
+        for (int i = subpath.first; i < subpath.last; ++i) {
+            const QPointF *points = polyline.points.data() + i;
+            if (touches(points[0], points[1], box))
+                result.push_back(i);
+        }
     }
-    return segments;
+    return result;
 }
 
 // Plain pens of the kind the renderers make.
@@ -437,102 +320,27 @@ bool isRound(const QPen &pen)
         && pen.widthF() < THICKEST_PEN;
 }
 
+bool isNear(const QPainterPath &path, const QPointF &offset)
+{
+    const QRectF bounds = path.controlPointRect().translated(offset);
+    return bounds.left() > -FARTHEST_COORDINATE && bounds.right() < FARTHEST_COORDINATE
+        && bounds.top() > -FARTHEST_COORDINATE && bounds.bottom() < FARTHEST_COORDINATE;
+}
+
 // A path of nothing but single lines is painted as lines, not as an outline.
-bool hasCorner(const Polyline &polyline)
+bool hasCorner(const QPainterPath &path)
 {
-    return std::any_of(polyline.subpaths.begin(), polyline.subpaths.end(),
-                       [](const Subpath &subpath) { return subpath.last - subpath.first > 1; });
-}
-
-// ---- areas ----------------------------------------------------------------------------------------------------
-
-enum Outside { ToTheLeft = 1, ToTheRight = 2, Above = 4, Below = 8 };
-
-int outside(const QPointF &point, const QRectF &box)
-{
-    return (point.x() < box.left() ? ToTheLeft : 0) | (point.x() > box.right() ? ToTheRight : 0)
-        | (point.y() < box.top() ? Above : 0) | (point.y() > box.bottom() ? Below : 0);
-}
-
-// Painter paths leave out a point that is nearly the one before, so there must be another one between the two.
-void appendPoint(Polyline *polyline, const QPointF *point)
-{
-    if (isNearlyEqual(*point, polyline->points.back()))
-        polyline->points.push_back(point[-1]);
-    polyline->points.push_back(*point);
-}
-
-// Appends one ring without the details that the image does not show: a part of it that stays on one side of the box is as
-// good as a straight line between its ends. A ring that does so as a whole is nothing.
-void appendReduced(Polyline *reduced, const QPointF *begin, const QPointF *end, const QRectF &box)
-{
-    std::vector<QPointF> &points = reduced->points;
-    const std::size_t first = points.size();
-    // All from the last point taken up to the candidate lie on the common sides.
-    points.push_back(*begin);
-    const QPointF *candidate = begin;
-    int common = outside(*begin, box);
-    for (const QPointF *point = begin + 1; point != end; ++point) {
-        const int code = outside(*point, box);
-        if ((common & code) != 0) {
-            common &= code;
-        } else {
-            if (candidate != begin)
-                appendPoint(reduced, candidate);
-            common = outside(*candidate, box) & code;
-        }
-        candidate = point;
+    for (int i = 2; i < path.elementCount(); ++i) {
+        if (path.elementAt(i - 1).isLineTo() && path.elementAt(i).isLineTo())
+            return true;
     }
-    appendPoint(reduced, candidate);
-    if (points.size() - first < 3) {
-        points.resize(first);
-        return;
-    }
-    reduced->subpaths.push_back({static_cast<int>(first), static_cast<int>(points.size()) - 1, true});
-}
-
-Polyline reduced(const Polyline &rings, const QRectF &box)
-{
-    Polyline result;
-    for (const Subpath &ring : rings.subpaths)
-        appendReduced(&result, rings.points.data() + ring.first, rings.points.data() + ring.last + 1, box);
-    return result;
-}
-
-QPainterPath pathOf(const Polyline &polyline, Qt::FillRule rule)
-{
-    QPainterPath result;
-    result.reserve(static_cast<int>(polyline.points.size()));
-    result.setFillRule(rule);
-    for (const Subpath &subpath : polyline.subpaths) {
-        const QPointF *points = polyline.points.data();
-        result.moveTo(points[subpath.first]);
-        for (int i = subpath.first + 1; i <= subpath.last; ++i)
-            result.lineTo(points[i]);
-    }
-    return result;
-}
-
-// Ends every ring where it began.
-Polyline closed(const Polyline &polyline)
-{
-    Polyline result;
-    result.points.reserve(polyline.points.size() + polyline.subpaths.size());
-    for (const Subpath &subpath : polyline.subpaths) {
-        const int first = static_cast<int>(result.points.size());
-        result.points.insert(result.points.end(), polyline.points.begin() + subpath.first,
-                             polyline.points.begin() + subpath.last + 1);
-        if (!subpath.closed)
-            result.points.push_back(polyline.points[static_cast<std::size_t>(subpath.first)]);
-        result.subpaths.push_back({first, static_cast<int>(result.points.size()) - 1, true});
-    }
-    return result;
+    return false;
 }
 
 // Stripes are painted in parallel and have whole rows.
 QList<QRect> stripesOf(const QSize &size)
 {
-    const int most = std::max(1, size.height() / (2 * SMALLEST_TILE));
+    const int most = std::max(1, size.height() / LEAST_ROWS);
     const int count = std::min(most, STRIPES_PER_CORE * QThread::idealThreadCount());
     QList<QRect> stripes;
     for (const KelIntRange &rows : KelIntRange(0, size.height() - 1).splitEvenly(count))
@@ -542,51 +350,61 @@ QList<QRect> stripesOf(const QSize &size)
 
 } // namespace
 
-KelTiledPathPainter::KelTiledPathPainter(QImage *image, QPainter::RenderHints hints)
+KelPathPainter::KelPathPainter(QImage *image, QPainter::RenderHints hints)
     : m_bits(image->bits())
     , m_size(image->size())
     , m_bytesPerLine(image->bytesPerLine())
-    , m_format(image->format())
     , m_hints(hints)
 {
 }
 
-bool KelTiledPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPointF &offset)
+bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPointF &offset)
 {
-    if (!isRound(pen))
+    if (!isRound(pen) || !hasCorner(path) || !isNear(path, offset) || !KelOutlineFiller::paintsAsQPainter())
         return false;
-    const std::optional<Polyline> polyline = polylineOf(path, offset);
-    if (!polyline || !hasCorner(*polyline))
-        return false;
-
-    const Segments segments = allSegments(*polyline);
-    KelConcurrent::blockingMap(stripesOf(m_size), [&](const QRect &stripe) {
-        TilePainter painter(image(), m_hints, offset);
-        StrokeTiles tiles(*polyline, pen, &painter);
-        tiles.paint(stripe, tiles.near(stripe, segments));
-    });
-    return true;
-}
-
-bool KelTiledPathPainter::fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset)
-{
-    if (brush.style() != Qt::SolidPattern)
-        return false;
-    const std::optional<Polyline> polyline = polylineOf(path, offset);
+    if (path.elementCount() < FEWEST_FOR_STRIPES) {
+        const QRect whole(QPoint(), m_size);
+        const KelPixelOutline outline(QPainterPathStroker(pen).createStroke(path), offset, whole);
+        return fillStripes({whole}, [&outline](const QRect &) -> const KelPixelOutline & { return outline; },
+                           pen.color(), Qt::WindingFill);
+    }
+    const std::optional<Polyline> polyline = polylineOf(path);
     if (!polyline)
         return false;
-
-    const Polyline rings = closed(*polyline);
-    TilePainter painter(image(), m_hints, offset);
-    const QRect whole(QPoint(), m_size);
-    const Polyline seen = reduced(rings, grown(painter.inPath(whole), MARGIN));
-    if (!isWorthReducing(rings.points.size(), seen.points.size()))
-        return false;
-    painter.clippedTo(whole).fillPath(pathOf(seen, path.fillRule()), brush);
-    return true;
+    const double reach = pen.widthF() / 2 + MARGIN;
+    const auto outlineIn = [&](const QRect &stripe) {
+        const QRectF box = grown(QRectF(stripe).translated(-offset), reach);
+        const QPainterPath part = PartialStroke(*polyline, box).path(segmentsNear(box, *polyline));
+        return KelPixelOutline(QPainterPathStroker(pen).createStroke(part), offset, stripe);
+    };
+    return fillStripes(stripesOf(m_size), outlineIn, pen.color(), Qt::WindingFill);
 }
 
-QImage KelTiledPathPainter::image() const
+bool KelPathPainter::fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset)
 {
-    return QImage(m_bits, m_size.width(), m_size.height(), m_bytesPerLine, m_format);
+    if (brush.style() != Qt::SolidPattern || path.isEmpty() || !isNear(path, offset) || !KelOutlineFiller::paintsAsQPainter())
+        return false;
+    const QRect whole(QPoint(), m_size);
+    const KelPixelOutline outline(path, offset, whole);
+    return fillStripes(path.elementCount() < FEWEST_FOR_STRIPES ? QList<QRect>{whole} : stripesOf(m_size),
+                       [&outline](const QRect &) -> const KelPixelOutline & { return outline; }, brush.color(),
+                       path.fillRule());
+}
+
+template <typename OutlineIn>
+bool KelPathPainter::fillStripes(const QList<QRect> &stripes, OutlineIn outlineIn, const QColor &color,
+                                      Qt::FillRule rule)
+{
+    const auto smoothness =
+        m_hints.testFlag(QPainter::Antialiasing) ? KelOutlineFiller::Antialiased : KelOutlineFiller::Aliased;
+    const auto fillerOf = [&](const QRect &stripe) {
+        return std::make_shared<const KelOutlineFiller>(outlineIn(stripe), stripe, m_size, smoothness);
+    };
+    // Nothing is painted before it is known that all of it can be.
+    const auto fillers = KelConcurrent::blockingMapped(stripes, fillerOf);
+    if (!std::all_of(fillers.begin(), fillers.end(), [](const auto &filler) { return filler->isExact(); }))
+        return false;
+    KelConcurrent::blockingMap(fillers,
+                               [&](const auto &filler) { filler->paint(m_bits, m_bytesPerLine, color, rule); });
+    return true;
 }

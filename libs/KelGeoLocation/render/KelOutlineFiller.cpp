@@ -1,0 +1,692 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelOutlineFiller.h"
+
+#include <QColor>
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPainterPathStroker>
+#include <QPen>
+#include <QRgb>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+using Point = KelPixelOutline::Point;
+
+constexpr int OPAQUE = 255;
+
+// ---- colours --------------------------------------------------------------------------------------------------
+
+// All four bytes × factor / 255, rounded as painters do.
+QRgb scaled(QRgb pixel, unsigned factor)
+{
+    constexpr std::uint64_t EVERY_OTHER_BYTE = 0x00ff00ff00ff00ff;
+    std::uint64_t bytes = ((std::uint64_t(pixel) | std::uint64_t(pixel) << 24) & EVERY_OTHER_BYTE) * factor;
+    bytes = (bytes + ((bytes >> 8) & EVERY_OTHER_BYTE) + 0x0080008000800080) >> 8 & EVERY_OTHER_BYTE;
+    return QRgb(bytes) | QRgb(bytes >> 24);
+}
+
+// The part of the outline's color that shows where so much is covered, painted over a row of pixels.
+class RowPainter
+{
+public:
+    RowPainter(QRgb *row, QRgb color)
+        : m_row(row)
+        , m_color(color)
+    {
+    }
+
+    void paint(int from, int to, int coverage) const
+    {
+        const QRgb color = coverage == OPAQUE ? m_color : scaled(m_color, static_cast<unsigned>(coverage));
+        const auto transparency = static_cast<unsigned>(OPAQUE - qAlpha(color));
+        if (transparency == 0) {
+            std::fill(m_row + from, m_row + to, color);
+            return;
+        }
+        for (QRgb *pixel = m_row + from; pixel != m_row + to; ++pixel)
+            *pixel = color + scaled(*pixel, transparency);
+    }
+
+private:
+    QRgb *m_row;
+    QRgb m_color;
+};
+
+// Paints neighbouring pixels of the same coverage at once.
+class RunPainter
+{
+public:
+    RunPainter(RowPainter painter, int from)
+        : m_painter(painter)
+        , m_from(from)
+    {
+    }
+
+    void setCoverage(int x, int coverage)
+    {
+        if (coverage == m_coverage)
+            return;
+        end(x);
+        m_from = x;
+        m_coverage = coverage;
+    }
+
+    void end(int x) const
+    {
+        if (m_coverage != 0 && x > m_from)
+            m_painter.paint(m_from, x, m_coverage);
+    }
+
+private:
+    RowPainter m_painter;
+    int m_from;
+    int m_coverage = 0;
+};
+
+// ---- divisions ------------------------------------------------------------------------------------------------
+
+// Rounded down, with a remainder that is not negative; the divisor is positive.
+template <typename Number>
+struct Division
+{
+    Division(Number dividend, Number divisor)
+        : quotient(dividend / divisor)
+        , remainder(dividend % divisor)
+    {
+        if (remainder < 0) {
+            --quotient;
+            remainder += divisor;
+        }
+    }
+
+    Number quotient;
+    Number remainder;
+};
+
+// position(k) = start + floor((first + k × step) × slope / divisor), one k after the other. The product of step and slope
+// is a Number.
+template <typename Number>
+class Stepper
+{
+public:
+    Stepper(Number start, Number first, Number slope, Number divisor)
+        : m_slope(slope)
+        , m_divisor(divisor)
+    {
+        const Division<std::int64_t> division(std::int64_t(first) * slope, divisor);
+        m_position = start + static_cast<Number>(division.quotient);
+        m_remainder = static_cast<Number>(division.remainder);
+    }
+
+    Number position() const { return m_position; }
+
+    void prepare(Number step)
+    {
+        const Division<Number> division(step * m_slope, m_divisor);
+        m_step = division.quotient;
+        m_stepRemainder = division.remainder;
+    }
+
+    void advance()
+    {
+        m_position += m_step;
+        m_remainder += m_stepRemainder;
+        if (m_remainder >= m_divisor) {
+            m_remainder -= m_divisor;
+            ++m_position;
+        }
+    }
+
+private:
+    Number m_slope;
+    Number m_divisor;
+    Number m_position;
+    Number m_remainder;
+    Number m_step = 0;
+    Number m_stepRemainder = 0;
+};
+
+// The columns of a row that anything was added to.
+struct Extent
+{
+    int from = std::numeric_limits<int>::max();
+    int to = 0;
+
+    void add(int first, int last)
+    {
+        from = std::min(from, first);
+        to = std::max(to, last + 1);
+    }
+};
+
+} // namespace
+
+// What an outline covers in a rectangle of pixels.
+class KelOutlineFiller::Part
+{
+public:
+    explicit Part(const QRect &part)
+        : m_left(part.left())
+        , m_right(part.left() + part.width())
+        , m_top(part.top())
+        , m_bottom(part.top() + part.height())
+        , m_extents(static_cast<std::size_t>(std::max(part.height(), 0)))
+    {
+    }
+    virtual ~Part() = default;
+    Q_DISABLE_COPY_MOVE(Part)
+
+    virtual bool isExact() const { return true; }
+
+    void paint(uchar *bits, qsizetype bytesPerLine, QRgb color, Qt::FillRule rule) const
+    {
+        for (int row = m_top; row < m_bottom; ++row) {
+            const Extent &extent = m_extents[index(row)];
+            if (extent.from < extent.to)
+                paintRow(row, extent, RowPainter(reinterpret_cast<QRgb *>(bits + row * bytesPerLine), color), rule);
+        }
+    }
+
+protected:
+    virtual void paintRow(int row, const Extent &extent, const RowPainter &painter, Qt::FillRule rule) const = 0;
+
+    std::size_t index(int row) const { return static_cast<std::size_t>(row - m_top); }
+    std::size_t index(int row, int column) const
+    {
+        return index(row) * static_cast<std::size_t>(m_right - m_left) + static_cast<std::size_t>(column - m_left);
+    }
+    std::size_t area() const { return m_extents.size() * static_cast<std::size_t>(std::max(m_right - m_left, 0)); }
+
+    const int m_left;
+    const int m_right;
+    const int m_top;
+    const int m_bottom;
+    std::vector<Extent> m_extents;
+};
+
+namespace
+{
+
+// ---- antialiased ----------------------------------------------------------------------------------------------
+
+// Edges in 256ths of a pixel. For each pixel: the height of what passes it, counted downwards, and twice the area between
+// that and the pixel's left side. The area to the right of an edge is covered.
+template <typename Area>
+class AntialiasedPart : public KelOutlineFiller::Part
+{
+public:
+    AntialiasedPart(const KelPixelOutline &outline, const QRect &part)
+        : Part(part)
+        , m_cells(area())
+    {
+        if (!m_cells.empty())
+            outline.forEachLine([this](const Point &from, const Point &to) { addLine(from, to); });
+    }
+
+protected:
+    void paintRow(int row, const Extent &extent, const RowPainter &painter, Qt::FillRule rule) const override
+    {
+        RunPainter run(painter, extent.from);
+        const Cell *cells = m_cells.data() + index(row, m_left) - m_left;
+        Area height = 0;
+        for (int column = extent.from; column < extent.to; ++column) {
+            const Cell &cell = cells[column];
+            height += cell.height;
+            run.setCoverage(column, coverage(height * (2 * ONE) - cell.area, rule));
+        }
+        if (height != 0) {
+            run.setCoverage(extent.to, coverage(height * (2 * ONE), rule));
+            run.end(m_right);
+        } else {
+            run.end(extent.to);
+        }
+    }
+
+private:
+    static constexpr int BITS = 8;
+    static constexpr int ONE = 1 << BITS;
+    static constexpr int PARTS = ONE / 64;
+
+    // Coordinates from which products need more than 32 bits.
+    static constexpr int FAR = 1 << 21;
+
+    struct Cell
+    {
+        Area area = 0;
+        int height = 0;
+    };
+
+    static int coverage(Area area, Qt::FillRule rule)
+    {
+        Area coverage = area >> (2 * BITS + 1 - 8);
+        if (coverage < 0)
+            coverage = -coverage;
+        if (rule == Qt::OddEvenFill) {
+            coverage &= 2 * ONE - 1;
+            if (coverage > ONE)
+                coverage = 2 * ONE - coverage;
+        }
+        return static_cast<int>(std::min<Area>(coverage, OPAQUE));
+    }
+
+    void addLine(const Point &from, const Point &to)
+    {
+        const int y1 = from.y * PARTS;
+        const int y2 = to.y * PARTS;
+        if (y1 == y2 || std::max(y1, y2) <= m_top * ONE || std::min(y1, y2) >= m_bottom * ONE)
+            return;
+        const int x1 = from.x * PARTS;
+        const int x2 = to.x * PARTS;
+        if (std::min(x1, x2) >= m_right * ONE)
+            return;
+        if (std::max(std::abs(x2 - x1), std::abs(y2 - y1)) < FAR)
+            addPixels<int>(x1, y1, x2, y2);
+        else
+            addPixels<std::int64_t>(x1, y1, x2, y2);
+    }
+
+    template <typename Number>
+    void addPixels(int x1, int y1, int x2, int y2)
+    {
+        if (y1 >> BITS == y2 >> BITS)
+            addInRow<Number>(y1 >> BITS, x1, y1 & (ONE - 1), x2, y2 & (ONE - 1));
+        else
+            addRows<Number>(x1, y1, x2, y2);
+    }
+
+    template <typename Number>
+    void addRows(int x1, int y1, int x2, int y2)
+    {
+        const bool down = y2 > y1;
+        const int step = down ? 1 : -1;
+        const int begin = down ? 0 : ONE;
+        const int last = y2 >> BITS;
+        int row = y1 >> BITS;
+        int x = x1;
+        int y = y1 & (ONE - 1);
+        // Rows outside are skipped.
+        const int firstSeen = down ? m_top : m_bottom - 1;
+        const int behindSeen = down ? m_bottom : m_top - 1;
+        if ((firstSeen - row) * step > 0) {
+            row = firstSeen;
+            const Number distance = std::abs((down ? row : row + 1) * ONE - y1);
+            x = static_cast<int>(Stepper<Number>(x1, distance, x2 - x1, std::abs(y2 - y1)).position());
+            y = begin;
+        }
+        if (row != last) {
+            const Number distance = std::abs((down ? row + 1 : row) * ONE - y1);
+            Stepper<Number> stepper(x1, distance, x2 - x1, std::abs(y2 - y1));
+            addInRow<Number>(row, x, y, static_cast<int>(stepper.position()), ONE - begin);
+            x = static_cast<int>(stepper.position());
+            y = begin;
+            row += step;
+            if (row != last && row != behindSeen) {
+                stepper.prepare(ONE);
+                do {
+                    stepper.advance();
+                    addInRow<Number>(row, x, y, static_cast<int>(stepper.position()), ONE - begin);
+                    x = static_cast<int>(stepper.position());
+                    row += step;
+                } while (row != last && row != behindSeen);
+            }
+        }
+        if (row != behindSeen)
+            addInRow<Number>(row, x, y, x2, y2 & (ONE - 1));
+    }
+
+    // A piece of a line that stays in one row, where y is counted from the row's top.
+    template <typename Number>
+    void addInRow(int row, int x1, int y1, int x2, int y2)
+    {
+        if (y1 == y2 || row < m_top || row >= m_bottom)
+            return;
+        const int first = x1 >> BITS;
+        const int last = x2 >> BITS;
+        if (first >= m_right && last >= m_right)
+            return;
+        Cell *cells = m_cells.data() + index(row, m_left) - m_left;
+        m_extents[index(row)].add(std::clamp(std::min(first, last), m_left, m_right - 1),
+                                  std::clamp(std::max(first, last), m_left, m_right - 1));
+        if (last < m_left && first < m_left) {
+            cells[m_left].height += y2 - y1;
+        } else if (first == last) {
+            cells[first].height += y2 - y1;
+            cells[first].area += ((x1 & (ONE - 1)) + (x2 & (ONE - 1))) * (y2 - y1);
+        } else if (first < last) {
+            addToTheRight<Number>(cells, x1, y1, x2, y2);
+        } else {
+            addToTheLeft<Number>(cells, x1, y1, x2, y2);
+        }
+    }
+
+    template <typename Number>
+    void addToTheRight(Cell *cells, int x1, int y1, int x2, int y2)
+    {
+        const int last = x2 >> BITS;
+        int column = x1 >> BITS;
+        int x = x1 & (ONE - 1);
+        int y = y1;
+        if (column < m_left) {
+            y = static_cast<int>(Stepper<Number>(y1, m_left * ONE - x1, y2 - y1, x2 - x1).position());
+            cells[m_left].height += y - y1;
+            column = m_left;
+            x = 0;
+        }
+        if (column != last) {
+            Stepper<Number> stepper(y1, (column + 1) * ONE - x1, y2 - y1, x2 - x1);
+            add(&cells[column], x + ONE, static_cast<int>(stepper.position()) - y);
+            y = static_cast<int>(stepper.position());
+            x = 0;
+            ++column;
+            const int end = std::min(last, m_right);
+            if (column < end) {
+                stepper.prepare(ONE);
+                for (; column < end; ++column) {
+                    stepper.advance();
+                    add(&cells[column], ONE, static_cast<int>(stepper.position()) - y);
+                    y = static_cast<int>(stepper.position());
+                }
+            }
+        }
+        if (last < m_right)
+            add(&cells[last], x + (x2 & (ONE - 1)), y2 - y);
+    }
+
+    template <typename Number>
+    void addToTheLeft(Cell *cells, int x1, int y1, int x2, int y2)
+    {
+        const int last = x2 >> BITS;
+        int column = x1 >> BITS;
+        int x = x1 & (ONE - 1);
+        int y = y1;
+        if (column >= m_right) {
+            column = m_right - 1;
+            y = static_cast<int>(Stepper<Number>(y1, x1 - m_right * ONE, y2 - y1, x1 - x2).position());
+            x = ONE;
+        }
+        if (column != last) {
+            Stepper<Number> stepper(y1, x1 - column * ONE, y2 - y1, x1 - x2);
+            add(&cells[column], x, static_cast<int>(stepper.position()) - y);
+            y = static_cast<int>(stepper.position());
+            x = ONE;
+            --column;
+            const int end = std::max(last, m_left - 1);
+            if (column > end) {
+                stepper.prepare(ONE);
+                for (; column > end; --column) {
+                    stepper.advance();
+                    add(&cells[column], ONE, static_cast<int>(stepper.position()) - y);
+                    y = static_cast<int>(stepper.position());
+                }
+            }
+        }
+        if (last < m_left)
+            cells[m_left].height += y2 - y;
+        else
+            add(&cells[last], x + (x2 & (ONE - 1)), y2 - y);
+    }
+
+    static void add(Cell *cell, int twiceTheDistance, int height)
+    {
+        cell->height += height;
+        cell->area += twiceTheDistance * height;
+    }
+
+    std::vector<Cell> m_cells;
+};
+
+// ---- aliased --------------------------------------------------------------------------------------------------
+
+// Edges at the middle of each row, in 65536ths of a pixel. For each pixel: how often the outline winds there more than at
+// the pixel to its left.
+class AliasedPart : public KelOutlineFiller::Part
+{
+public:
+    AliasedPart(const KelPixelOutline &outline, const QRect &part, const QSize &size)
+        : Part(part)
+        , m_size(size)
+        , m_windings(area())
+    {
+        if (m_windings.empty())
+            return;
+        outline.forEachLine([this](const Point &from, const Point &to) {
+            if (from.y > to.y)
+                addLine(to, from, -1);
+            else
+                addLine(from, to, 1);
+        });
+    }
+
+    bool isExact() const override { return m_isExact; }
+
+protected:
+    void paintRow(int row, const Extent &extent, const RowPainter &painter, Qt::FillRule rule) const override
+    {
+        const int mask = rule == Qt::WindingFill ? ~0 : 1;
+        RunPainter run(painter, extent.from);
+        const int *windings = m_windings.data() + index(row, m_left) - m_left;
+        int winding = 0;
+        for (int column = extent.from; column < extent.to; ++column) {
+            winding += windings[column];
+            run.setCoverage(column, (winding & mask) != 0 ? OPAQUE : 0);
+        }
+        run.end(winding != 0 ? m_right : extent.to);
+    }
+
+private:
+    static constexpr int ONE = 1 << 16;
+
+    struct Edge
+    {
+        std::int64_t x;
+        std::int64_t slope;
+        int top;
+        int bottom;
+
+        std::int64_t end() const { return x + slope * (bottom - top); }
+    };
+
+    static bool isTooLarge(double value) { return !(std::abs(value) < std::numeric_limits<int>::max() / 2); }
+
+    void addLine(const Point &upper, const Point &lower, int winding)
+    {
+        Edge edge;
+        edge.top = std::max(0, (upper.y + 32) >> 6);
+        edge.bottom = std::min(m_size.height() - 1, (lower.y - 32) >> 6);
+        if (edge.top > edge.bottom)
+            return;
+        const std::int64_t x = ONE / 2 + std::int64_t(upper.x) * (ONE / 64);
+        const double slope = upper.x == lower.x ? 0.0 : (lower.x - upper.x) / double(lower.y - upper.y) * ONE;
+        if (isTooLarge(static_cast<double>(x)) || isTooLarge(slope)) {
+            m_isExact = false;
+            return;
+        }
+        edge.slope = static_cast<int>(slope);
+        const std::int64_t distance = std::int64_t(edge.top) * ONE + ONE / 2 - std::int64_t(upper.y) * (ONE / 64);
+        edge.x = x + ((edge.slope * distance) >> 16);
+        if (isTooLarge(static_cast<double>(distance)) || isTooLarge(static_cast<double>(edge.x)) || isTooLarge(static_cast<double>(edge.end()))
+            || isTooLarge(static_cast<double>(edge.slope) * (edge.bottom - edge.top)))
+            m_isExact = false;
+        else if (upper.x == lower.x)
+            addStraightDown(std::clamp<std::int64_t>(x, 0, rightEdge()), edge.top, edge.bottom, winding);
+        else if (clipLeft(&edge, winding) && clipRight(&edge, winding))
+            addEdge(edge, winding);
+    }
+
+    std::int64_t rightEdge() const { return std::int64_t(m_size.width()) * ONE; }
+
+    // What lies beyond a side of the image runs along that side. Where exactly an edge comes into sight is rounded in its
+    // own way, which the pixels at the right side show. False where nothing is left.
+    bool clipLeft(Edge *edge, int winding)
+    {
+        if (edge->x == 0 ? edge->slope > 0 : edge->end() == 0 ? edge->slope < 0 : edge->x > 0 && edge->end() > 0)
+            return true;
+        if (edge->x <= 0 && edge->end() <= 0) {
+            addStraightDown(0, edge->top, edge->bottom, winding);
+            return false;
+        }
+        return edge->x < 0 ? clipTop(edge, 0, winding) : clipBottom(edge, 0, winding);
+    }
+
+    bool clipRight(Edge *edge, int winding)
+    {
+        const std::int64_t right = rightEdge();
+        if (edge->x == right ? edge->slope < 0
+                             : edge->end() == right ? edge->slope > 0 : edge->x < right && edge->end() < right)
+            return true;
+        if (edge->x >= right && edge->end() >= right) {
+            addStraightDown(right, edge->top, edge->bottom, winding);
+            return false;
+        }
+        return edge->x > right ? clipTop(edge, right, winding) : clipBottom(edge, right, winding);
+    }
+
+    // In 65536ths of a row.
+    static int rowsTo(const Edge &edge, std::int64_t side)
+    {
+        return static_cast<int>(static_cast<double>(side - edge.x) / (static_cast<double>(edge.slope) * (1.0 / ONE)));
+    }
+
+    bool clipTop(Edge *edge, std::int64_t side, int winding)
+    {
+        const int rows = (rowsTo(*edge, side) + 1) >> 16;
+        const int middle = edge->top + rows;
+        addStraightDown(side, edge->top, middle, winding);
+        if (middle == edge->bottom)
+            return false;
+        edge->x += edge->slope * (rows + 1);
+        edge->top = middle + 1;
+        return true;
+    }
+
+    bool clipBottom(Edge *edge, std::int64_t side, int winding)
+    {
+        const int middle = edge->top + (rowsTo(*edge, side) >> 16);
+        if (middle != edge->bottom) {
+            addStraightDown(side, middle + 1, edge->bottom, winding);
+            edge->bottom = middle;
+        }
+        return true;
+    }
+
+    void addStraightDown(std::int64_t x, int top, int bottom, int winding) { addEdge({x, 0, top, bottom}, winding); }
+
+    void addEdge(const Edge &edge, int winding)
+    {
+        const int top = std::max(edge.top, m_top);
+        const int bottom = std::min(edge.bottom, m_bottom - 1);
+        std::int64_t x = edge.x + edge.slope * (top - edge.top);
+        for (int row = top; row <= bottom; ++row, x += edge.slope) {
+            const int column = std::max(static_cast<int>(x >> 16), m_left);
+            if (column >= m_right)
+                continue;
+            m_windings[index(row, column)] += winding;
+            m_extents[index(row)].add(column, column);
+        }
+    }
+
+    QSize m_size;
+    std::vector<int> m_windings;
+    bool m_isExact = true;
+};
+
+// As many edges as may pass the same pixel without an overflow of the sum of their areas.
+constexpr std::size_t MOST_EDGES_IN_SHORT_SUMS = 8000;
+
+std::unique_ptr<KelOutlineFiller::Part> partOf(const KelPixelOutline &outline, const QRect &part, const QSize &size,
+                                               KelOutlineFiller::Smoothness smoothness)
+{
+    if (smoothness == KelOutlineFiller::Aliased)
+        return std::make_unique<AliasedPart>(outline, part, size);
+    if (outline.size() <= MOST_EDGES_IN_SHORT_SUMS)
+        return std::make_unique<AntialiasedPart<int>>(outline, part);
+    return std::make_unique<AntialiasedPart<std::int64_t>>(outline, part);
+}
+
+// As the raster painter makes it.
+QRgb premultiplied(const QColor &color)
+{
+    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainterPath everywhere(QPointF(-8, -8));
+    everywhere.lineTo(16, 0);
+    everywhere.lineTo(0, 16);
+    QPainter(&image).fillPath(everywhere, color);
+    return *reinterpret_cast<const QRgb *>(image.constBits());
+}
+
+// Lines of all directions, curves, and overlaps.
+QPainterPath trialPath()
+{
+    constexpr int STEPS = 40;
+    QPainterPath line(QPointF(20, 20));
+    for (int i = 1; i < STEPS; ++i)
+        line.lineTo(25 + 1.1 * i * std::cos(i * 2.3), 22 + 0.9 * i * std::sin(i * 2.3));
+    QPen pen(Qt::black, 3.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    return QPainterPathStroker(pen).createStroke(line);
+}
+
+bool fillsTrialAsQPainter(KelOutlineFiller::Smoothness smoothness)
+{
+    const QSize size(48, 40);
+    const QColor color(200, 100, 30, 150);
+    const QPointF offset(0.3, -0.7);
+    for (const Qt::FillRule rule : {Qt::WindingFill, Qt::OddEvenFill}) {
+        QPainterPath path = trialPath();
+        path.setFillRule(rule);
+        QImage expected(size, QImage::Format_ARGB32_Premultiplied);
+        expected.fill(QColor(10, 60, 90, 180));
+        QImage actual = expected.copy();
+
+        QPainter painter(&expected);
+        painter.setRenderHint(QPainter::Antialiasing, smoothness == KelOutlineFiller::Antialiased);
+        painter.translate(offset);
+        painter.fillPath(path, color);
+        painter.end();
+
+        const QRect whole(QPoint(), size);
+        KelOutlineFiller(KelPixelOutline(path, offset, whole), whole, size, smoothness)
+            .paint(actual.bits(), actual.bytesPerLine(), color, rule);
+        if (actual != expected)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+KelOutlineFiller::KelOutlineFiller(const KelPixelOutline &outline, const QRect &part, const QSize &size,
+                                   Smoothness smoothness)
+    : m_part(partOf(outline, part & outline.pixels().adjusted(-2, 0, 2, 1), size, smoothness))
+{
+}
+
+KelOutlineFiller::~KelOutlineFiller() = default;
+
+bool KelOutlineFiller::isExact() const
+{
+    return m_part->isExact();
+}
+
+void KelOutlineFiller::paint(uchar *bits, qsizetype bytesPerLine, const QColor &color, Qt::FillRule rule) const
+{
+    m_part->paint(bits, bytesPerLine, premultiplied(color), rule);
+}
+
+bool KelOutlineFiller::paintsAsQPainter()
+{
+    static const bool result = fillsTrialAsQPainter(Antialiased) && fillsTrialAsQPainter(Aliased);
+    return result;
+}
