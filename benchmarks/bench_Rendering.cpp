@@ -13,6 +13,7 @@
 #include <KelGPXTrackSegment.h>
 #include <KelGPXTrackSelection.h>
 #include <KelGeoPosition.h>
+#include <KelIntRange.h>
 #include <KelLatitude.h>
 #include <KelLongitude.h>
 
@@ -280,6 +281,32 @@ void crop_plain(benchmark::State &state)
     }
 }
 
+// What cannot be had for less: both images are read, and one of them is written.
+void merge_pass(benchmark::State &state)
+{
+    QImage target = largeMap();
+    const QImage mask = transparent(LARGE);
+    for (auto _ : state) {
+        auto *to = reinterpret_cast<QRgb *>(target.bits());
+        const auto *from = reinterpret_cast<const QRgb *>(mask.constBits());
+        for (qsizetype i = 0; i < qsizetype(LARGE.width()) * LARGE.height(); ++i)
+            to[i] ^= from[i];
+        benchmark::ClobberMemory();
+    }
+}
+
+void merge_mergeCropping(benchmark::State &state)
+{
+    const Renderer renderer = rendererOfLarge();
+    const QImage mask = renderer.render(KelGPXTrackRenderer::Foreground);
+    QImage target = largeMap();
+    uchar table[256];
+    for (int a = 0; a < 256; ++a)
+        table[a] = static_cast<uchar>(a * (255 - OPACITY) / 255 + OPACITY);
+    for (auto _ : state)
+        renderer.mergeCropping(&target, mask, KelIntRange::rowsOfImage(target), table);
+}
+
 void manyTracks_renderQuickAndDirty(benchmark::State &state)
 {
     QList<KelGPXConfiguredTrack> tracks;
@@ -307,6 +334,8 @@ BENCHMARK(fill_fillPath)->Apply(views);
 BENCHMARK(fill_render)->Apply(views);
 BENCHMARK(path_plainLoop)->Apply(timed);
 BENCHMARK(path_createPainterPath)->Apply(timed);
+BENCHMARK(merge_pass)->Apply(timed);
+BENCHMARK(merge_mergeCropping)->Apply(timed);
 BENCHMARK(crop_plain)->Apply(timed);
 BENCHMARK(crop_crop)->Apply(timed);
 BENCHMARK(manyTracks_renderQuickAndDirty)->Apply(timed);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
-// Long paths are painted in tiles, and not one pixel may tell. Random paths are painted both ways and compared bit for
+// Paths are painted without QPainter, and not one pixel may tell. Random paths are painted both ways and compared bit for
 // bit. KEL_RANDOM_CASES sets another number of random cases, KEL_RANDOM_SEED another beginning.
 
 #include "../../libs/KelGeoLocation/render/KelPathPainter.h"
@@ -224,7 +224,7 @@ QPen roundPen(double width)
     return QPen(QBrush(QColor(200, 0, 0, 100)), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
 }
 
-bool isStrokedInTiles(const QPainterPath &path, const QPen &pen, const QPointF &offset = QPointF())
+bool isStroked(const QPainterPath &path, const QPen &pen, const QPointF &offset = QPointF())
 {
     QImage image(60, 50, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -312,7 +312,7 @@ void tst_PathPainter::whatIsLeftToThePlainForm_data()
     QTest::addColumn<QPainterPath>("path");
     QTest::addColumn<QPen>("pen");
     QTest::addColumn<QPointF>("offset");
-    QTest::addColumn<bool>("tiled");
+    QTest::addColumn<bool>("stroked");
 
     QTest::newRow("long line") << zigzag(400) << roundPen(4) << QPointF() << true;
     QTest::newRow("short line") << zigzag(50) << roundPen(4) << QPointF() << true;
@@ -359,8 +359,8 @@ void tst_PathPainter::whatIsLeftToThePlainForm()
     QFETCH(QPainterPath, path);
     QFETCH(QPen, pen);
     QFETCH(QPointF, offset);
-    QFETCH(bool, tiled);
-    QCOMPARE(isStrokedInTiles(path, pen, offset), tiled);
+    QFETCH(bool, stroked);
+    QCOMPARE(isStroked(path, pen, offset), stroked);
 }
 
 void tst_PathPainter::areasLeftToThePlainForm()
@@ -385,7 +385,7 @@ void tst_PathPainter::seamOfAClosedLine_data()
         QTest::addRow("beginning at %d degrees", i * 15) << i * 15.0;
 }
 
-// A ring of which each tile sees but a part; a join where it closes looks unlike two caps in a translucent colour only
+// A ring of which each stripe sees but a part; a join where it closes looks unlike two caps in a translucent colour only
 // when painted twice, and unlike flat ends always.
 void tst_PathPainter::seamOfAClosedLine()
 {

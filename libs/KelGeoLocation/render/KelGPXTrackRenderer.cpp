@@ -565,15 +565,9 @@ struct CroppedMap
 
 void cropRow(QRgb *result, const QRgb *map, const QRgb *mask, int width, const CropTable &table)
 {
-    // The alpha is mostly that of the pixel before.
-    for (int column = 0; column < width;) {
-        const int alpha = qAlpha(mask[column]);
-        const int begin = column;
-        while (column < width && qAlpha(mask[column]) == alpha)
-            ++column;
-        const int newAlpha = table[static_cast<size_t>(alpha)];
-        for (int i = begin; i < column; ++i)
-            result[i] = qPremultiply((map[i] & RGB_MASK) | qRgba(0, 0, 0, newAlpha));
+    for (int column = 0; column < width; ++column) {
+        const int alpha = table[static_cast<size_t>(qAlpha(mask[column]))];
+        result[column] = qPremultiply((map[column] & RGB_MASK) | qRgba(0, 0, 0, alpha));
     }
 }
 

@@ -41,7 +41,7 @@ constexpr int LEAST_ROWS = 16;
 // Pixels; more than rounding and the roundness of joins add to half a pen's width.
 constexpr double MARGIN = 2.0;
 
-// Segments before and behind those near a tile. A join looks at the line before it, and where lines meet without a
+// Segments before and behind those near a stripe. A join looks at the line before it, and where lines meet without a
 // join at the one before that.
 constexpr int CONTEXT = 2;
 
@@ -87,7 +87,7 @@ bool endSubpath(Polyline *polyline, int first)
     return !isNearlyEqual(begin, end);
 }
 
-// The path's points; nothing for paths that tiles cannot repeat.
+// The path's points; nothing for paths of which parts might look different.
 std::optional<Polyline> polylineOf(const QPainterPath &path)
 {
     const int count = path.elementCount();
@@ -202,7 +202,7 @@ void lineAround(QPainterPath *path, const QPointF &to, const QRectF &box)
     path->lineTo(to);
 }
 
-// The parts of the whole path that come near one tile, as a path that looks the same in there.
+// The parts of the whole path that come near a box, as a path that looks the same in there.
 class PartialStroke
 {
 public:
@@ -223,8 +223,6 @@ public:
                 addSubpath(subpath, segment, end);
             segment = end;
         }
-        if (!m_hasCorner)
-            addUnseenCorner();
         return std::move(m_path);
     }
 
@@ -278,16 +276,6 @@ private:
     {
         for (int i = run.first; i <= run.last; ++i)
             m_path.lineTo(point(i + 1));
-        m_hasCorner = m_hasCorner || run.last > run.first;
-    }
-
-    // The painter treats paths of nothing but single lines as lines.
-    void addUnseenCorner()
-    {
-        const QPointF corner = m_box.topLeft() - QPointF(MARGIN, MARGIN);
-        m_path.moveTo(corner);
-        m_path.lineTo(corner - QPointF(MARGIN, 0));
-        m_path.lineTo(corner - QPointF(MARGIN, MARGIN));
     }
 
     const QPointF &point(int index) const { return m_polyline.points[static_cast<std::size_t>(index)]; }
@@ -296,7 +284,6 @@ private:
     QRectF m_box;
     QPainterPath m_path;
     std::vector<Run> m_runs;
-    bool m_hasCorner = false;
 };
 
 Segments segmentsNear(const QRectF &box, const Polyline &polyline)
@@ -382,7 +369,8 @@ bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPo
 
 bool KelPathPainter::fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset)
 {
-    if (brush.style() != Qt::SolidPattern || path.isEmpty() || !isNear(path, offset) || !KelOutlineFiller::paintsAsQPainter())
+    if (brush.style() != Qt::SolidPattern || path.isEmpty() || !isNear(path, offset)
+        || !KelOutlineFiller::paintsAsQPainter())
         return false;
     const QRect whole(QPoint(), m_size);
     const KelPixelOutline outline(path, offset, whole);
@@ -393,7 +381,7 @@ bool KelPathPainter::fill(const QPainterPath &path, const QBrush &brush, const Q
 
 template <typename OutlineIn>
 bool KelPathPainter::fillStripes(const QList<QRect> &stripes, OutlineIn outlineIn, const QColor &color,
-                                      Qt::FillRule rule)
+                                 Qt::FillRule rule)
 {
     const auto smoothness =
         m_hints.testFlag(QPainter::Antialiasing) ? KelOutlineFiller::Antialiased : KelOutlineFiller::Aliased;

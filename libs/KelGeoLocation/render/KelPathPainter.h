@@ -16,32 +16,28 @@ class QPainterPath;
 class QPen;
 class QPointF;
 
-/// Paints long paths on an image, lines tile by tile and in several threads, with the very pixels of QPainter::drawPath()
-/// and QPainter::fillPath().
+/// Paints paths on an image, long ones in several threads, with the very pixels of QPainter::strokePath() and
+/// QPainter::fillPath(), but in a time that grows only with the length of the path.
 ///
-/// The time that a raster painter takes grows faster than the length of a path: it goes through the whole outline for
-/// every few rows of pixels. A tile sees only the part of the path that comes near it.
-///
-/// Why no pixel differs: the rasterizer adds up, for each pixel, what each edge of the outline covers, in integers, and
-/// edges to the left count with their exact height only. So what is painted does not depend on edges elsewhere, as
-/// long as the outline stays closed. Tiles are clips, not images of their own, because coordinates must be rounded
-/// exactly as in the whole image.
+/// Outlines of strokes are QPainter's own, those of long lines in stripes of rows: a stripe sees the part of the line
+/// that comes near it, with two more segments at each end, so that joins look at the same neighbours. What is painted
+/// in a stripe does not depend on edges elsewhere, as long as the outline stays closed.
 ///
 /// Private to the library. The painter keeps the image's memory: nothing else may copy or resize the image while the
 /// painter lives, but others may paint on it between two calls.
 class KelPathPainter
 {
 public:
-    /// \a image is not null and shares its memory with no other image. Tiles are painted with these hints.
+    /// \a image is not null, of premultiplied pixels, and shares its memory with no other. Of the hints, that for
+    /// antialiasing counts.
     KelPathPainter(QImage *image, QPainter::RenderHints hints);
 
     /// Paints what QPainter::strokePath() would, for a painter that is moved by \a offset. False, and nothing is
-    /// painted, where that is better done plainly or might look different: short paths, curves, coordinates far away
-    /// from the image, pens that are dashed, thin or not round.
+    /// painted, where that might look different: coordinates far away from the image, pens that are dashed, thin or not
+    /// round, paths of nothing but single lines, long paths with curves, versions of Qt that paint otherwise.
     [[nodiscard]] bool stroke(const QPainterPath &path, const QPen &pen, const QPointF &offset);
 
-    /// The same for QPainter::fillPath(), which is fast enough where all of the path is seen: only what lies outside
-    /// of the image is left out, and there must be enough of it.
+    /// The same for QPainter::fillPath(), with plain colours.
     [[nodiscard]] bool fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset);
 
 private:
