@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -158,6 +159,49 @@ private:
     Number m_stepRemainder = 0;
 };
 
+// What short outlines leave behind is kept in lists, one for each row and in the order of the columns: most pixels of the
+// part would be empty.
+template <typename Entry>
+class RowLists
+{
+public:
+    void add(const Entry &entry) { m_entries.push_back(entry); }
+
+    void sort(int top, int bottom)
+    {
+        m_top = top;
+        m_ends.assign(static_cast<std::size_t>(bottom - top) + 1, 0);
+        for (const Entry &entry : m_entries)
+            ++m_ends[index(entry.row) + 1];
+        for (std::size_t i = 1; i < m_ends.size(); ++i)
+            m_ends[i] += m_ends[i - 1];
+        std::vector<std::size_t> next(m_ends.begin(), m_ends.end() - 1);
+        std::vector<Entry> sorted(m_entries.size());
+        for (const Entry &entry : m_entries)
+            sorted[next[index(entry.row)]++] = entry;
+        m_entries = std::move(sorted);
+        for (std::size_t i = 1; i < m_ends.size(); ++i) {
+            std::sort(m_entries.data() + m_ends[i - 1], m_entries.data() + m_ends[i],
+                      [](const Entry &a, const Entry &b) { return a.column < b.column; });
+        }
+    }
+
+    std::span<const Entry> row(int row) const
+    {
+        return {m_entries.data() + m_ends[index(row)], m_ends[index(row) + 1] - m_ends[index(row)]};
+    }
+
+private:
+    std::size_t index(int row) const { return static_cast<std::size_t>(row - m_top); }
+
+    std::vector<Entry> m_entries;
+    std::vector<std::size_t> m_ends; // of the row before
+    int m_top = 0;
+};
+
+// A row of lists costs more than one of pixels from so many pixels for each line of the outline.
+constexpr std::size_t PIXELS_PER_LINE = 16;
+
 // The columns of a row that anything was added to.
 struct Extent
 {
@@ -207,6 +251,7 @@ protected:
     {
         return index(row) * static_cast<std::size_t>(m_right - m_left) + static_cast<std::size_t>(column - m_left);
     }
+    bool isSparse(const KelPixelOutline &outline) const { return outline.size() * PIXELS_PER_LINE < area(); }
     std::size_t area() const { return m_extents.size() * static_cast<std::size_t>(std::max(m_right - m_left, 0)); }
 
     const int m_left;
@@ -229,29 +274,22 @@ class AntialiasedPart : public KelOutlineFiller::Part
 public:
     AntialiasedPart(const KelPixelOutline &outline, const QRect &part)
         : Part(part)
-        , m_cells(area())
+        , m_cells(isSparse(outline) ? 0 : area())
     {
-        if (!m_cells.empty())
-            outline.forEachLine([this](const Point &from, const Point &to) { addLine(from, to); });
+        if (area() == 0)
+            return;
+        outline.forEachLine([this](const Point &from, const Point &to) { addLine(from, to); });
+        if (m_cells.empty())
+            m_lists.sort(m_top, m_bottom);
     }
 
 protected:
     void paintRow(int row, const Extent &extent, const RowPainter &painter, Qt::FillRule rule) const override
     {
         RunPainter run(painter, extent.from);
-        const Cell *cells = m_cells.data() + index(row, m_left) - m_left;
-        Area height = 0;
-        for (int column = extent.from; column < extent.to; ++column) {
-            const Cell &cell = cells[column];
-            height += cell.height;
-            run.setCoverage(column, coverage(height * (2 * ONE) - cell.area, rule));
-        }
-        if (height != 0) {
-            run.setCoverage(extent.to, coverage(height * (2 * ONE), rule));
-            run.end(m_right);
-        } else {
-            run.end(extent.to);
-        }
+        const Area height = m_cells.empty() ? paintList(row, &run, rule) : paintCells(row, extent, &run, rule);
+        run.setCoverage(extent.to, coverage(height * (2 * ONE), rule));
+        run.end(m_right);
     }
 
 private:
@@ -267,6 +305,44 @@ private:
         Area area = 0;
         int height = 0;
     };
+
+    struct Entry
+    {
+        int row;
+        int column;
+        int height;
+        int area;
+    };
+
+    // Return the height that passes on to the right.
+    Area paintCells(int row, const Extent &extent, RunPainter *run, Qt::FillRule rule) const
+    {
+        const Cell *cells = m_cells.data() + index(row, m_left) - m_left;
+        Area height = 0;
+        for (int column = extent.from; column < extent.to; ++column) {
+            const Cell &cell = cells[column];
+            height += cell.height;
+            run->setCoverage(column, coverage(height * (2 * ONE) - cell.area, rule));
+        }
+        return height;
+    }
+
+    Area paintList(int row, RunPainter *run, Qt::FillRule rule) const
+    {
+        const std::span<const Entry> entries = m_lists.row(row);
+        Area height = 0;
+        for (std::size_t i = 0; i < entries.size();) {
+            const int column = entries[i].column;
+            Area area = 0;
+            for (; i < entries.size() && entries[i].column == column; ++i) {
+                height += entries[i].height;
+                area += entries[i].area;
+            }
+            run->setCoverage(column, coverage(height * (2 * ONE) - area, rule));
+            run->setCoverage(column + 1, coverage(height * (2 * ONE), rule));
+        }
+        return height;
+    }
 
     static int coverage(Area area, Qt::FillRule rule)
     {
@@ -356,23 +432,21 @@ private:
         const int last = x2 >> BITS;
         if (first >= m_right && last >= m_right)
             return;
-        Cell *cells = m_cells.data() + index(row, m_left) - m_left;
         m_extents[index(row)].add(std::clamp(std::min(first, last), m_left, m_right - 1),
                                   std::clamp(std::max(first, last), m_left, m_right - 1));
         if (last < m_left && first < m_left) {
-            cells[m_left].height += y2 - y1;
+            add(row, m_left, 0, y2 - y1);
         } else if (first == last) {
-            cells[first].height += y2 - y1;
-            cells[first].area += ((x1 & (ONE - 1)) + (x2 & (ONE - 1))) * (y2 - y1);
+            add(row, first, (x1 & (ONE - 1)) + (x2 & (ONE - 1)), y2 - y1);
         } else if (first < last) {
-            addToTheRight<Number>(cells, x1, y1, x2, y2);
+            addToTheRight<Number>(row, x1, y1, x2, y2);
         } else {
-            addToTheLeft<Number>(cells, x1, y1, x2, y2);
+            addToTheLeft<Number>(row, x1, y1, x2, y2);
         }
     }
 
     template <typename Number>
-    void addToTheRight(Cell *cells, int x1, int y1, int x2, int y2)
+    void addToTheRight(int row, int x1, int y1, int x2, int y2)
     {
         const int last = x2 >> BITS;
         int column = x1 >> BITS;
@@ -380,13 +454,13 @@ private:
         int y = y1;
         if (column < m_left) {
             y = static_cast<int>(Stepper<Number>(y1, m_left * ONE - x1, y2 - y1, x2 - x1).position());
-            cells[m_left].height += y - y1;
+            add(row, m_left, 0, y - y1);
             column = m_left;
             x = 0;
         }
         if (column != last) {
             Stepper<Number> stepper(y1, (column + 1) * ONE - x1, y2 - y1, x2 - x1);
-            add(&cells[column], x + ONE, static_cast<int>(stepper.position()) - y);
+            add(row, column, x + ONE, static_cast<int>(stepper.position()) - y);
             y = static_cast<int>(stepper.position());
             x = 0;
             ++column;
@@ -395,17 +469,17 @@ private:
                 stepper.prepare(ONE);
                 for (; column < end; ++column) {
                     stepper.advance();
-                    add(&cells[column], ONE, static_cast<int>(stepper.position()) - y);
+                    add(row, column, ONE, static_cast<int>(stepper.position()) - y);
                     y = static_cast<int>(stepper.position());
                 }
             }
         }
         if (last < m_right)
-            add(&cells[last], x + (x2 & (ONE - 1)), y2 - y);
+            add(row, last, x + (x2 & (ONE - 1)), y2 - y);
     }
 
     template <typename Number>
-    void addToTheLeft(Cell *cells, int x1, int y1, int x2, int y2)
+    void addToTheLeft(int row, int x1, int y1, int x2, int y2)
     {
         const int last = x2 >> BITS;
         int column = x1 >> BITS;
@@ -418,7 +492,7 @@ private:
         }
         if (column != last) {
             Stepper<Number> stepper(y1, x1 - column * ONE, y2 - y1, x1 - x2);
-            add(&cells[column], x, static_cast<int>(stepper.position()) - y);
+            add(row, column, x, static_cast<int>(stepper.position()) - y);
             y = static_cast<int>(stepper.position());
             x = ONE;
             --column;
@@ -427,24 +501,31 @@ private:
                 stepper.prepare(ONE);
                 for (; column > end; --column) {
                     stepper.advance();
-                    add(&cells[column], ONE, static_cast<int>(stepper.position()) - y);
+                    add(row, column, ONE, static_cast<int>(stepper.position()) - y);
                     y = static_cast<int>(stepper.position());
                 }
             }
         }
         if (last < m_left)
-            cells[m_left].height += y2 - y;
+            add(row, m_left, 0, y2 - y);
         else
-            add(&cells[last], x + (x2 & (ONE - 1)), y2 - y);
+            add(row, last, x + (x2 & (ONE - 1)), y2 - y);
     }
 
-    static void add(Cell *cell, int twiceTheDistance, int height)
+    // Twice the mean distance from the left side of the pixel.
+    void add(int row, int column, int twiceTheDistance, int height)
     {
-        cell->height += height;
-        cell->area += twiceTheDistance * height;
+        if (m_cells.empty()) {
+            m_lists.add({row, column, height, twiceTheDistance * height});
+            return;
+        }
+        Cell &cell = m_cells[index(row, column)];
+        cell.height += height;
+        cell.area += twiceTheDistance * height;
     }
 
     std::vector<Cell> m_cells;
+    RowLists<Entry> m_lists;
 };
 
 // ---- aliased --------------------------------------------------------------------------------------------------
@@ -457,9 +538,9 @@ public:
     AliasedPart(const KelPixelOutline &outline, const QRect &part, const QSize &size)
         : Part(part)
         , m_size(size)
-        , m_windings(area())
+        , m_windings(isSparse(outline) ? 0 : area())
     {
-        if (m_windings.empty())
+        if (area() == 0)
             return;
         outline.forEachLine([this](const Point &from, const Point &to) {
             if (from.y > to.y)
@@ -467,6 +548,8 @@ public:
             else
                 addLine(from, to, 1);
         });
+        if (m_windings.empty())
+            m_lists.sort(m_top, m_bottom);
     }
 
     bool isExact() const override { return m_isExact; }
@@ -476,13 +559,20 @@ protected:
     {
         const int mask = rule == Qt::WindingFill ? ~0 : 1;
         RunPainter run(painter, extent.from);
-        const int *windings = m_windings.data() + index(row, m_left) - m_left;
         int winding = 0;
-        for (int column = extent.from; column < extent.to; ++column) {
-            winding += windings[column];
+        const auto add = [&](int column, int more) {
+            winding += more;
             run.setCoverage(column, (winding & mask) != 0 ? OPAQUE : 0);
+        };
+        if (m_windings.empty()) {
+            for (const Entry &entry : m_lists.row(row))
+                add(entry.column, entry.winding);
+        } else {
+            const int *windings = m_windings.data() + index(row, m_left) - m_left;
+            for (int column = extent.from; column < extent.to; ++column)
+                add(column, windings[column]);
         }
-        run.end(winding != 0 ? m_right : extent.to);
+        run.end(m_right);
     }
 
 private:
@@ -496,6 +586,13 @@ private:
         int bottom;
 
         std::int64_t end() const { return x + slope * (bottom - top); }
+    };
+
+    struct Entry
+    {
+        int row;
+        int column;
+        int winding;
     };
 
     static bool isTooLarge(double value) { return !(std::abs(value) < std::numeric_limits<int>::max() / 2); }
@@ -592,13 +689,17 @@ private:
             const int column = std::max(static_cast<int>(x >> 16), m_left);
             if (column >= m_right)
                 continue;
-            m_windings[index(row, column)] += winding;
+            if (m_windings.empty())
+                m_lists.add({row, column, winding});
+            else
+                m_windings[index(row, column)] += winding;
             m_extents[index(row)].add(column, column);
         }
     }
 
     QSize m_size;
     std::vector<int> m_windings;
+    RowLists<Entry> m_lists;
     bool m_isExact = true;
 };
 
