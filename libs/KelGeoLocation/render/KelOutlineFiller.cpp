@@ -200,7 +200,7 @@ private:
 };
 
 // A row of lists costs more than one of pixels from so many pixels for each line of the outline.
-constexpr std::size_t PIXELS_PER_LINE = 16;
+constexpr std::size_t PIXELS_PER_LINE = 4;
 
 // The columns of a row that anything was added to.
 struct Extent
