@@ -288,6 +288,7 @@ RENDERING_ROWS = [
      'stroke_drawPath/pixels per degree:3000'),
     ('render, filled polygon, zoomed in, of one fillPath', 0.25, 'fill_render/pixels per degree:3000',
      'fill_fillPath/pixels per degree:3000'),
+    ('crop, 4000x3000, merge, of a pass over the memory', 1.5, 'merge_mergeCropping', 'merge_pass'),
     ('crop, 4000x3000, of the plain form', 0.6, 'crop_crop', 'crop_plain'),
 ]
 

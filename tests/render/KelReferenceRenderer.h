@@ -126,7 +126,7 @@ private:
         return result;
     }
 
-    template <typename Draw>
+    template<typename Draw>
     void onEveryWorld(QPainter *painter, Draw draw) const
     {
         const KelIntRange shifts = m_renderer.visibleShifts(painter);

@@ -56,7 +56,7 @@ QPainter::RenderHints hints(const Scene &scene)
     return scene.antialiased ? QPainter::Antialiasing : QPainter::RenderHints();
 }
 
-template <typename Paint>
+template<typename Paint>
 QImage plainly(const Scene &scene, Paint paint)
 {
     QImage image = blank(scene);
@@ -181,7 +181,8 @@ public:
         const bool isLong = oneIn(8);
         result.size = isLong ? QSize(integer(1, 110), integer(1, 90)) : QSize(integer(1, 60), integer(1, 40));
         result.path = path(result.size, isLong);
-        const double width = oneIn(10) ? real(10, 150) : oneIn(2) ? integer(1, 12) : real(0.2, 12);
+        const double width = oneIn(10) ? real(10, 150) : oneIn(2) ? integer(1, 12)
+                                                                  : real(0.2, 12);
         result.pen = QPen(QBrush(color()), width, oneIn(20) ? Qt::DashLine : Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
         result.brush = QBrush(color());
         if (oneIn(3))
@@ -209,6 +210,11 @@ QString firstDifference(const QImage &actual, const QImage &expected)
         }
     }
     return QString();
+}
+
+QString name(const Scene &scene, int seed)
+{
+    return QStringLiteral("seed %1, %2").arg(seed).arg(scene.antialiased ? u"antialiased" : u"aliased");
 }
 
 QPainterPath zigzag(int points)
@@ -261,14 +267,14 @@ void tst_PathPainter::compare(const Scene &scene, int seed, int *strokes, int *f
         ++*strokes;
         const QImage expected = plainStroke(scene);
         QVERIFY2(stroked == expected,
-                 qPrintable(QStringLiteral("Stroke, seed %1, %2: ").arg(seed).arg(scene.antialiased ? u"smooth" : u"coarse") + firstDifference(stroked, expected)));
+                 qPrintable(QStringLiteral("Stroke, %1: ").arg(name(scene, seed)) + firstDifference(stroked, expected)));
     }
     QImage filled = blank(scene);
     if (KelPathPainter(&filled, hints(scene)).fill(scene.path, scene.brush, scene.offset)) {
         ++*fills;
         const QImage expected = plainFill(scene);
         QVERIFY2(filled == expected,
-                 qPrintable(QStringLiteral("Fill, seed %1, %2: ").arg(seed).arg(scene.antialiased ? u"smooth" : u"coarse") + firstDifference(filled, expected)));
+                 qPrintable(QStringLiteral("Fill, %1: ").arg(name(scene, seed)) + firstDifference(filled, expected)));
     }
 }
 

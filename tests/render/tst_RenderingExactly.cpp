@@ -59,7 +59,8 @@ public:
             list.append(degrees(latitude, longitude));
             latitude = std::clamp(latitude + real(-step, step), -85.0, 85.0);
             longitude += real(-step, step);
-            longitude += longitude > 180 ? -360 : longitude < -180 ? 360 : 0;
+            longitude += longitude > 180 ? -360 : longitude < -180 ? 360
+                                                                   : 0;
         }
         if (oneIn(3))
             list.append(list.first());

@@ -3,8 +3,8 @@
 
 #include "KelGPXTrackRenderer.h"
 
-#include "KelPixel.h"
 #include "KelPathPainter.h"
+#include "KelPixel.h"
 
 #include <KelConcurrent.h>
 #include <KelDistance.h>
@@ -421,7 +421,7 @@ void forEachCopyOfPath(const KelGPXTrackRenderer &renderer, QPainter *painter,
 
 // drawTrack() on an image of our own: the same pixels, only faster.
 void drawTrackFast(const KelGPXTrackRenderer &renderer, KelPathPainter *pathPainter, QPainter *painter,
-                      const KelGPXConfiguredTrack &configuredTrack, KelGPXTrackRenderer::TrackRenderOption option)
+                   const KelGPXConfiguredTrack &configuredTrack, KelGPXTrackRenderer::TrackRenderOption option)
 {
     const KelGPXTrackShape shape = configuredTrack.effectiveShape();
     if (shape == TrackShapePoint) {

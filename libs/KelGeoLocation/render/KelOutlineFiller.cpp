@@ -99,7 +99,7 @@ private:
 // ---- divisions ------------------------------------------------------------------------------------------------
 
 // Rounded down, with a remainder that is not negative; the divisor is positive.
-template <typename Number>
+template<typename Number>
 struct Division
 {
     Division(Number dividend, Number divisor)
@@ -118,7 +118,7 @@ struct Division
 
 // position(k) = start + floor((first + k × step) × slope / divisor), one k after the other. The product of step and slope
 // is a Number.
-template <typename Number>
+template<typename Number>
 class Stepper
 {
 public:
@@ -161,7 +161,7 @@ private:
 
 // What short outlines leave behind is kept in lists, one for each row and in the order of the columns: most pixels of the
 // part would be empty.
-template <typename Entry>
+template<typename Entry>
 class RowLists
 {
 public:
@@ -268,7 +268,7 @@ namespace
 
 // Edges in 256ths of a pixel. For each pixel: the height of what passes it, counted downwards, and twice the area between
 // that and the pixel's left side. The area to the right of an edge is covered.
-template <typename Area>
+template<typename Area>
 class AntialiasedPart : public KelOutlineFiller::Part
 {
 public:
@@ -373,7 +373,7 @@ private:
             addPixels<std::int64_t>(x1, y1, x2, y2);
     }
 
-    template <typename Number>
+    template<typename Number>
     void addPixels(int x1, int y1, int x2, int y2)
     {
         if (y1 >> BITS == y2 >> BITS)
@@ -382,7 +382,7 @@ private:
             addRows<Number>(x1, y1, x2, y2);
     }
 
-    template <typename Number>
+    template<typename Number>
     void addRows(int x1, int y1, int x2, int y2)
     {
         const bool down = y2 > y1;
@@ -423,7 +423,7 @@ private:
     }
 
     // A piece of a line that stays in one row, where y is counted from the row's top.
-    template <typename Number>
+    template<typename Number>
     void addInRow(int row, int x1, int y1, int x2, int y2)
     {
         if (y1 == y2 || row < m_top || row >= m_bottom)
@@ -445,7 +445,7 @@ private:
         }
     }
 
-    template <typename Number>
+    template<typename Number>
     void addToTheRight(int row, int x1, int y1, int x2, int y2)
     {
         const int last = x2 >> BITS;
@@ -478,7 +478,7 @@ private:
             add(row, last, x + (x2 & (ONE - 1)), y2 - y);
     }
 
-    template <typename Number>
+    template<typename Number>
     void addToTheLeft(int row, int x1, int y1, int x2, int y2)
     {
         const int last = x2 >> BITS;
@@ -595,7 +595,12 @@ private:
         int winding;
     };
 
-    static bool isTooLarge(double value) { return !(std::abs(value) < std::numeric_limits<int>::max() / 2); }
+    template<typename Number>
+    static bool isTooLarge(Number value)
+    {
+        constexpr Number MOST = std::numeric_limits<int>::max() / 2;
+        return !(value > -MOST && value < MOST);
+    }
 
     void addLine(const Point &upper, const Point &lower, int winding)
     {
@@ -606,15 +611,14 @@ private:
             return;
         const std::int64_t x = ONE / 2 + std::int64_t(upper.x) * (ONE / 64);
         const double slope = upper.x == lower.x ? 0.0 : (lower.x - upper.x) / double(lower.y - upper.y) * ONE;
-        if (isTooLarge(static_cast<double>(x)) || isTooLarge(slope)) {
+        if (isTooLarge(x) || isTooLarge(slope)) {
             m_isExact = false;
             return;
         }
         edge.slope = static_cast<int>(slope);
         const std::int64_t distance = std::int64_t(edge.top) * ONE + ONE / 2 - std::int64_t(upper.y) * (ONE / 64);
         edge.x = x + ((edge.slope * distance) >> 16);
-        if (isTooLarge(static_cast<double>(distance)) || isTooLarge(static_cast<double>(edge.x)) || isTooLarge(static_cast<double>(edge.end()))
-            || isTooLarge(static_cast<double>(edge.slope) * (edge.bottom - edge.top)))
+        if (isTooLarge(distance) || isTooLarge(edge.x) || isTooLarge(edge.end()) || isTooLarge(edge.end() - edge.x))
             m_isExact = false;
         else if (upper.x == lower.x)
             addStraightDown(std::clamp<std::int64_t>(x, 0, rightEdge()), edge.top, edge.bottom, winding);
@@ -628,7 +632,8 @@ private:
     // own way, which the pixels at the right side show. False where nothing is left.
     bool clipLeft(Edge *edge, int winding)
     {
-        if (edge->x == 0 ? edge->slope > 0 : edge->end() == 0 ? edge->slope < 0 : edge->x > 0 && edge->end() > 0)
+        if (edge->x == 0 ? edge->slope > 0 : edge->end() == 0 ? edge->slope < 0
+                                                              : edge->x > 0 && edge->end() > 0)
             return true;
         if (edge->x <= 0 && edge->end() <= 0) {
             addStraightDown(0, edge->top, edge->bottom, winding);
@@ -640,8 +645,9 @@ private:
     bool clipRight(Edge *edge, int winding)
     {
         const std::int64_t right = rightEdge();
-        if (edge->x == right ? edge->slope < 0
-                             : edge->end() == right ? edge->slope > 0 : edge->x < right && edge->end() < right)
+        if (edge->x == right           ? edge->slope < 0
+                : edge->end() == right ? edge->slope > 0
+                                       : edge->x < right && edge->end() < right)
             return true;
         if (edge->x >= right && edge->end() >= right) {
             addStraightDown(right, edge->top, edge->bottom, winding);

@@ -29,7 +29,8 @@ class KelOutlineFiller
 {
 public:
     /// Painting without antialiasing takes pixels whose middle lies in the outline.
-    enum Smoothness { Antialiased, Aliased };
+    enum Smoothness { Antialiased,
+                      Aliased };
 
     /// Takes up what the outline covers in \a part, which lies in an image of \a size. The image is not touched.
     KelOutlineFiller(const KelPixelOutline &outline, const QRect &part, const QSize &size, Smoothness smoothness);

@@ -143,7 +143,10 @@ bool touches(const QPointF &a, const QPointF &b, const QRectF &box)
 using Segments = std::vector<int>;
 
 // Sides of a box, clockwise.
-enum Side { Top, Right, Bottom, Left };
+enum Side { Top,
+            Right,
+            Bottom,
+            Left };
 
 Side sideOf(const QPointF &outside, const QRectF &box)
 {
@@ -352,8 +355,9 @@ bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPo
     if (path.elementCount() < FEWEST_FOR_STRIPES) {
         const QRect whole(QPoint(), m_size);
         const KelPixelOutline outline(QPainterPathStroker(pen).createStroke(path), offset, whole);
-        return fillStripes({whole}, [&outline](const QRect &) -> const KelPixelOutline & { return outline; },
-                           pen.color(), Qt::WindingFill);
+        return fillStripes(
+            {whole}, [&outline](const QRect &) -> const KelPixelOutline & { return outline; },
+            pen.color(), Qt::WindingFill);
     }
     const std::optional<Polyline> polyline = polylineOf(path);
     if (!polyline)
@@ -374,12 +378,13 @@ bool KelPathPainter::fill(const QPainterPath &path, const QBrush &brush, const Q
         return false;
     const QRect whole(QPoint(), m_size);
     const KelPixelOutline outline(path, offset, whole);
-    return fillStripes(path.elementCount() < FEWEST_FOR_STRIPES ? QList<QRect>{whole} : stripesOf(m_size),
-                       [&outline](const QRect &) -> const KelPixelOutline & { return outline; }, brush.color(),
-                       path.fillRule());
+    return fillStripes(
+        path.elementCount() < FEWEST_FOR_STRIPES ? QList<QRect>{whole} : stripesOf(m_size),
+        [&outline](const QRect &) -> const KelPixelOutline & { return outline; }, brush.color(),
+        path.fillRule());
 }
 
-template <typename OutlineIn>
+template<typename OutlineIn>
 bool KelPathPainter::fillStripes(const QList<QRect> &stripes, OutlineIn outlineIn, const QColor &color,
                                  Qt::FillRule rule)
 {

@@ -41,7 +41,7 @@ public:
     [[nodiscard]] bool fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset);
 
 private:
-    template <typename OutlineIn>
+    template<typename OutlineIn>
     bool fillStripes(const QList<QRect> &stripes, OutlineIn outlineIn, const QColor &color, Qt::FillRule rule);
 
     uchar *m_bits;

@@ -48,10 +48,11 @@ bool isFlat(const Curve &curve)
         return areaBeside(chord, curve[0], curve[1]) + areaBeside(chord, curve[0], curve[2]) < FLATNESS * length;
     // The order of the additions is QPainter's; sums of doubles depend on it.
     return manhattanDistance(curve[0], curve[1]) + std::abs(curve[0].x() - curve[2].x())
-        + std::abs(curve[0].y() - curve[2].y()) < FLATNESS;
+        + std::abs(curve[0].y() - curve[2].y())
+        < FLATNESS;
 }
 
-template <typename Append>
+template<typename Append>
 void flatten(const Curve &curve, int halvings, const Append &append)
 {
     if (halvings == 0 || isFlat(curve)) {

@@ -31,7 +31,7 @@ public:
     KelPixelOutline(const QPainterPath &path, const QPointF &offset, const QRect &seen);
 
     /// Calls line(Point, Point) for each line of each polygon, the closing ones included.
-    template <typename Line>
+    template<typename Line>
     void forEachLine(Line line) const
     {
         std::size_t first = 0;
