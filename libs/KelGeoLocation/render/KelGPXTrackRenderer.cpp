@@ -82,6 +82,7 @@ constexpr int MOST_WORLD_WIDTHS = std::numeric_limits<int>::max() - 2;
 constexpr int OPAQUE = 255;
 constexpr int BYTES_PER_PIXEL = 4;
 constexpr int ALPHA_BYTE = 3;
+constexpr bool IS_LAST_BYTE_ALPHA = Q_BYTE_ORDER == Q_LITTLE_ENDIAN; // where pixels are numbers
 using CropTable = std::array<uchar, 256>;
 
 bool isStroked(const KelGPXTrackConfiguration &configuration)
@@ -505,15 +506,43 @@ struct CropArea
     qsizetype maskBytesPerLine = 0;
 };
 
+// Most of a mask is empty: what comes in blocks of nothing needs no look at the table.
+constexpr int BLOCK = 16;
+
+bool isTransparent(const QRgb *block)
+{
+    QRgb any = 0;
+    for (int i = 0; i < BLOCK; ++i)
+        any |= block[i];
+    return qAlpha(any) == 0;
+}
+
+void setAlpha(QRgb *block, int alpha)
+{
+    for (int i = 0; i < BLOCK; ++i)
+        block[i] = (block[i] & RGB_MASK) | qRgba(0, 0, 0, alpha);
+}
+
+void mergeRow(uchar *target, const uchar *mask, int width, const uchar *table)
+{
+    int column = 0;
+    while (column < width) {
+        const qsizetype offset = qsizetype(column) * BYTES_PER_PIXEL;
+        const int end = std::min(column + BLOCK, width);
+        if (IS_LAST_BYTE_ALPHA && end - column == BLOCK && isTransparent(reinterpret_cast<const QRgb *>(mask + offset))) {
+            setAlpha(reinterpret_cast<QRgb *>(target + offset), table[0]);
+            column = end;
+        }
+        for (; column < end; ++column)
+            target[column * BYTES_PER_PIXEL + ALPHA_BYTE] = table[mask[column * BYTES_PER_PIXEL + ALPHA_BYTE]];
+    }
+}
+
 void mergeRows(const CropArea &area, const KelIntRange &rows, const uchar *table)
 {
     const int end = std::min(rows.lastIndexEvenIfUnvalid(), area.height);
-    for (int row = std::max(rows.min(), 0); row < end; ++row) {
-        uchar *target = area.targetBits + row * area.targetBytesPerLine + ALPHA_BYTE;
-        const uchar *mask = area.maskBits + row * area.maskBytesPerLine + ALPHA_BYTE;
-        for (int column = 0; column < area.width; ++column)
-            target[column * BYTES_PER_PIXEL] = table[mask[column * BYTES_PER_PIXEL]];
-    }
+    for (int row = std::max(rows.min(), 0); row < end; ++row)
+        mergeRow(area.targetBits + row * area.targetBytesPerLine, area.maskBits + row * area.maskBytesPerLine, area.width, table);
 }
 
 // An image of the same size and kind, but for the format, as conversions make it; without pixels.
