@@ -3,6 +3,8 @@
 
 #include "KelDiagnostics.h"
 
+#include <QJsonObject>
+
 #include <cstdio>
 
 #include <unistd.h>
@@ -20,6 +22,11 @@ QByteArray printable(QString text)
     return text.toUtf8();
 }
 
+KelErrorHistory::Entry entryOf(const QString &file, const QString &text)
+{
+    return {file, -1, -1, text};
+}
+
 } // namespace
 
 KelDiagnostics::KelDiagnostics()
@@ -29,20 +36,59 @@ KelDiagnostics::KelDiagnostics()
 
 void KelDiagnostics::error(KelExitCode code, const QString &text)
 {
-    if (!hasErrors())
-        m_exitCode = code;
-    write(text);
+    error(code, entryOf(QString(), text));
 }
 
 void KelDiagnostics::warning(const QString &text)
 {
-    write(QStringLiteral("warning: ") + text);
+    warning(entryOf(QString(), text));
 }
 
-void KelDiagnostics::note(const QString &text)
+void KelDiagnostics::error(KelExitCode code, const QString &file, const QString &text)
 {
+    error(code, entryOf(file, text));
+}
+
+void KelDiagnostics::warning(const QString &file, const QString &text)
+{
+    warning(entryOf(file, text));
+}
+
+void KelDiagnostics::note(const QString &file, const QString &text)
+{
+    const KelErrorHistory::Entry entry = entryOf(file, text);
+    keep("note", entry);
     if (!m_quiet)
-        write(text);
+        write(entry.toString());
+}
+
+void KelDiagnostics::error(KelExitCode code, const KelErrorHistory::Entry &entry)
+{
+    if (!hasErrors())
+        m_exitCode = code;
+    keep("error", entry, code);
+    write(entry.toString());
+}
+
+void KelDiagnostics::warning(const KelErrorHistory::Entry &entry)
+{
+    keep("warning", entry);
+    write(QStringLiteral("warning: ") + entry.toString());
+}
+
+void KelDiagnostics::keep(const char *severity, const KelErrorHistory::Entry &entry, KelExitCode code)
+{
+    QJsonObject message{{QStringLiteral("severity"), QLatin1String(severity)},
+                        {QStringLiteral("reason"), entry.message}};
+    if (!entry.fileName.isEmpty())
+        message.insert(QStringLiteral("file"), entry.fileName);
+    if (entry.line >= 0)
+        message.insert(QStringLiteral("line"), entry.line);
+    if (entry.line >= 0 && entry.column >= 0)
+        message.insert(QStringLiteral("column"), entry.column);
+    if (code != KelExitCode::Success)
+        message.insert(QStringLiteral("exitCode"), static_cast<int>(code));
+    m_messages.append(message);
 }
 
 void KelDiagnostics::progress(const QString &text)

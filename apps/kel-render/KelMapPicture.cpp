@@ -85,14 +85,14 @@ bool KelMapPicture::load(const QString &fileName, const KelMapBounds &bounds, Ke
 {
     const QFileInfo info(fileName);
     if (info.exists() && !info.isFile() && !info.isDir()) { // opening a pipe would wait for somebody to write
-        diagnostics.error(KelExitCode::InputUnreadable,
-                          QStringLiteral("%1: the map picture cannot be read: a pipe or device").arg(fileName));
+        diagnostics.error(KelExitCode::InputUnreadable, fileName,
+                          QStringLiteral("the map picture cannot be read: a pipe or device"));
         return false;
     }
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
-        diagnostics.error(KelExitCode::InputUnreadable,
-                          QStringLiteral("%1: the map picture cannot be read: %2").arg(fileName, file.errorString()));
+        diagnostics.error(KelExitCode::InputUnreadable, fileName,
+                          QStringLiteral("the map picture cannot be read: %1").arg(file.errorString()));
         return false;
     }
     QImageReader::setAllocationLimit(LARGEST_PICTURE_MB);
@@ -109,14 +109,13 @@ bool KelMapPicture::load(const QString &fileName, const KelMapBounds &bounds, Ke
     if (m_image.isNull()) {
         const bool unknown = reader.error() == QImageReader::UnsupportedFormatError;
         diagnostics.error(
-            unknown ? KelExitCode::UnsupportedFormat : KelExitCode::InputMalformed,
-            unknown ? QStringLiteral("%1: the map picture is of no known kind; use PNG, JPEG or WebP").arg(fileName)
-                    : QStringLiteral("%1: the map picture is damaged or too large: %2")
-                          .arg(fileName, reader.errorString()));
+            unknown ? KelExitCode::UnsupportedFormat : KelExitCode::InputMalformed, fileName,
+            unknown ? QStringLiteral("the map picture is of no known kind; use PNG, JPEG or WebP")
+                    : QStringLiteral("the map picture is damaged or too large: %1").arg(reader.errorString()));
         return false;
     }
     if (!remark.isEmpty())
-        diagnostics.warning(QStringLiteral("%1: the map picture may be damaged: %2").arg(fileName, remark));
+        diagnostics.warning(fileName, QStringLiteral("the map picture may be damaged: %1").arg(remark));
     m_bounds = bounds;
     return true;
 }

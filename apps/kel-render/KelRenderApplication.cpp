@@ -12,6 +12,7 @@
 #include "KelPictureEncoder.h"
 #include "KelRenderOptionsReader.h"
 #include "KelSelectionFile.h"
+#include "KelTimedPicture.h"
 #include "KelTrackExporter.h"
 #include "KelTrackLoader.h"
 #include "KelTrackPalette.h"
@@ -21,11 +22,15 @@
 #include <KelGPXConfiguredTrackList.h>
 #include <KelGPXTrackConfiguration.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLoggingCategory>
 
 #include <cmath>
+#include <new>
 
 namespace
 {
@@ -41,27 +46,45 @@ constexpr double MOST_COPIES_OF_THE_WORLD = 100.0;
 KelExitCode KelRenderApplication::run(const QStringList &arguments)
 {
     KelRenderOptionsReader reader;
-    if (reader.read(arguments, m_options, m_diagnostics) != KelRenderOptionsReader::Outcome::Run)
+    const KelRenderOptionsReader::Outcome outcome = reader.read(arguments, m_options, m_diagnostics);
+    if (outcome == KelRenderOptionsReader::Outcome::Done)
         return m_diagnostics.exitCode();
+    if (outcome == KelRenderOptionsReader::Outcome::Run)
+        drawWithinMemory();
+    if (m_options.report || m_options.stats)
+        printReport();
+    return m_diagnostics.exitCode();
+}
+
+void KelRenderApplication::drawWithinMemory()
+{
     m_diagnostics.setQuiet(m_options.quiet);
     if (m_options.verbose)
         qInstallMessageHandler(nullptr);
-
-    if (!readInputs())
-        return m_diagnostics.exitCode();
-    applyStyle();
-    writeResults();
-    return m_diagnostics.exitCode();
+    try {
+        if (!readInputs())
+            return;
+        applyStyle();
+        writeResults();
+    } catch (const std::bad_alloc &) {
+        // What took the memory must go before anything can be said.
+        m_selection = KelGPXTrackSelection();
+        m_ownMap = KelMapPicture();
+        m_diagnostics.error(KelExitCode::InternalError,
+                            QStringLiteral("there is too little memory; use a smaller --size or fewer tracks"));
+    }
 }
 
 bool KelRenderApplication::readInputs()
 {
+    const KelRunStatistics::Watch watch(m_statistics, KelRunStatistics::Read);
     if (!m_options.selectionFile.isEmpty())
         loadSelection();
     m_storedRows = m_selection.count();
     KelTrackLoader loader(m_diagnostics);
     m_selection.addTracks(loader.load(m_options.inputs));
     m_trackFiles = loader.files();
+    m_statistics.setFiles(m_trackFiles.size());
     for (const KelBeelineOption &option : std::as_const(m_options.beelines)) {
         if (const auto track = KelBeelineBuilder::build(option, m_diagnostics))
             m_selection.addTrack(*track);
@@ -91,8 +114,7 @@ bool KelRenderApplication::checkTargets()
         return place(a) == place(b);
     };
     const auto refuse = [this](const QString &target, const QString &reason) {
-        m_diagnostics.error(KelExitCode::UsageError,
-                            QStringLiteral("%1: nothing was written: %2").arg(target, reason));
+        m_diagnostics.error(KelExitCode::UsageError, target, QStringLiteral("nothing was written: %1").arg(reason));
         return false;
     };
     const QString picture = m_options.toStandardOutput() ? QString() : m_options.outputFile;
@@ -126,20 +148,22 @@ void KelRenderApplication::loadSelection()
     for (KelErrorHistory::Entry entry : errors.entries()) {
         while (entry.message.endsWith(QLatin1Char('.')))
             entry.message.chop(1);
-        m_diagnostics.error(code, entry.toString());
+        m_diagnostics.error(code, entry);
     }
 }
 
 bool KelRenderApplication::saveSelection()
 {
+    const KelRunStatistics::Watch watch(m_statistics, KelRunStatistics::Store);
     KelErrorHistory errors;
     const KelSelectionFile file(m_options.saveSelectionFile);
     const bool saved = file.save(m_selection, errors) == KelSelectionFile::Result::Done;
     for (const KelErrorHistory::Entry &entry : errors.entries())
-        m_diagnostics.error(KelExitCode::OutputFailed, entry.toString());
+        m_diagnostics.error(KelExitCode::OutputFailed, entry);
     if (saved) {
-        m_diagnostics.note(QStringLiteral("%1: saved, with the tracks in %2/")
-                               .arg(m_options.saveSelectionFile, file.store().dirName()));
+        addResult("selection", m_options.saveSelectionFile);
+        m_diagnostics.note(m_options.saveSelectionFile,
+                           QStringLiteral("saved, with the tracks in %1/").arg(file.store().dirName()));
     }
     return saved;
 }
@@ -158,19 +182,51 @@ void KelRenderApplication::applyStyle()
 
 bool KelRenderApplication::writeResults()
 {
-    if (m_options.info && !printInfo())
+    if (m_options.info && !print(KelTrackReport::describe(m_selection).toUtf8()))
         return false;
-    if (!m_options.exportFile.isEmpty() && !KelTrackExporter(m_diagnostics).write(m_selection, m_options.exportFile))
+    if (!m_options.exportFile.isEmpty() && !exportTracks())
         return false;
     if (!m_options.saveSelectionFile.isEmpty() && !saveSelection())
         return false;
     return m_options.outputFile.isEmpty() || writePicture();
 }
 
-bool KelRenderApplication::printInfo()
+bool KelRenderApplication::exportTracks()
+{
+    const KelRunStatistics::Watch watch(m_statistics, KelRunStatistics::Store);
+    KelTrackExporter exporter(m_diagnostics);
+    const bool done = exporter.write(m_selection, m_options.exportFile);
+    for (const QString &file : exporter.files())
+        addResult("gpx", file);
+    return done;
+}
+
+void KelRenderApplication::addResult(const char *kind, const QString &file)
+{
+    m_results.append(
+        QJsonObject{{QStringLiteral("kind"), QLatin1String(kind)}, {QStringLiteral("file"), file}});
+}
+
+void KelRenderApplication::printReport()
+{
+    const auto code = [this] { return static_cast<int>(m_diagnostics.exitCode()); };
+    QJsonObject report{{QStringLiteral("program"), QStringLiteral("kel-render")},
+                       {QStringLiteral("version"), QCoreApplication::applicationVersion()},
+                       {QStringLiteral("exitCode"), code()}};
+    if (m_options.report) {
+        report.insert(QStringLiteral("messages"), m_diagnostics.messages());
+        report.insert(QStringLiteral("tracks"), KelTrackReport::toJson(m_selection));
+        report.insert(QStringLiteral("results"), m_results);
+    }
+    if (m_options.stats)
+        report.insert(QStringLiteral("stats"), m_statistics.toJson(m_selection));
+    print(QJsonDocument(report).toJson());
+}
+
+bool KelRenderApplication::print(const QByteArray &text)
 {
     QString error;
-    if (KelOutputFile::writeToStandardOutput(KelTrackReport::describe(m_selection).toUtf8(), error))
+    if (KelOutputFile::writeToStandardOutput(text, error))
         return true;
     m_diagnostics.error(KelExitCode::OutputFailed, QStringLiteral("standard output: %1").arg(error));
     return false;
@@ -259,16 +315,36 @@ bool KelRenderApplication::writePicture()
 
     m_diagnostics.progress(QStringLiteral("Drawing %1 x %2 pixels").arg(size.width()).arg(size.height()));
     KelPictureEncoder encoder(m_options.format, size, m_options.scaleFactor, m_options.quality);
-    const QByteArray bytes = encoder.encode(KelPictureComposer(m_options, m_selection, geometry, m_ownMap));
+    const QByteArray bytes = encode(encoder, KelPictureComposer(m_options, m_selection, geometry, m_ownMap));
     m_diagnostics.progress(QString());
 
-    const QString target = m_options.toStandardOutput() ? QStringLiteral("standard output") : m_options.outputFile;
-    QString error = encoder.error();
     if (bytes.isEmpty()) {
-        m_diagnostics.error(KelExitCode::InternalError,
-                            QStringLiteral("%1: the picture was not made: %2").arg(target, error));
+        failPicture(KelExitCode::InternalError, QStringLiteral("not made"), encoder.error());
         return false;
     }
+    m_statistics.setPicture(size, bytes.size());
+    return writePicture(bytes);
+}
+
+QByteArray KelRenderApplication::encode(KelPictureEncoder &encoder, const KelPictureSource &picture)
+{
+    const KelRunStatistics::Watch watch(m_statistics, KelRunStatistics::Encode);
+    return encoder.encode(KelTimedPicture(picture, m_statistics));
+}
+
+void KelRenderApplication::failPicture(KelExitCode code, const QString &what, const QString &reason)
+{
+    const QString text = QStringLiteral("the picture was %1: %2").arg(what, reason);
+    if (m_options.toStandardOutput())
+        m_diagnostics.error(code, QStringLiteral("standard output: ") + text);
+    else
+        m_diagnostics.error(code, m_options.outputFile, text);
+}
+
+bool KelRenderApplication::writePicture(const QByteArray &bytes)
+{
+    const KelRunStatistics::Watch watch(m_statistics, KelRunStatistics::Write);
+    QString error;
     bool written = false;
     if (m_options.toStandardOutput()) {
         written = KelOutputFile::writeToStandardOutput(bytes, error);
@@ -277,8 +353,9 @@ bool KelRenderApplication::writePicture()
         written = file.write(bytes);
         error = file.error();
     }
-    if (!written)
-        m_diagnostics.error(KelExitCode::OutputFailed,
-                            QStringLiteral("%1: the picture was not written: %2").arg(target, error));
+    if (written)
+        addResult("picture", m_options.outputFile);
+    else
+        failPicture(KelExitCode::OutputFailed, QStringLiteral("not written"), error);
     return written;
 }

@@ -7,12 +7,16 @@
 #include "KelDiagnostics.h"
 #include "KelMapPicture.h"
 #include "KelRenderOptions.h"
+#include "KelRunStatistics.h"
 
 #include <KelGPXTrackSelection.h>
 
+#include <QJsonArray>
 #include <QStringList>
 
 class KelMapGeometry;
+class KelPictureEncoder;
+class KelPictureSource;
 
 /// The program: reads what the command line names, then writes what it asks for. Nothing is written before everything
 /// was read.
@@ -22,14 +26,21 @@ public:
     [[nodiscard]] KelExitCode run(const QStringList &arguments);
 
 private:
+    void drawWithinMemory();
     bool readInputs();
     void loadSelection();
     bool checkTargets();
     bool saveSelection();
     void applyStyle();
     bool writeResults();
-    bool printInfo();
+    bool print(const QByteArray &text);
+    void printReport();
+    bool exportTracks();
     bool writePicture();
+    bool writePicture(const QByteArray &bytes);
+    QByteArray encode(KelPictureEncoder &encoder, const KelPictureSource &picture);
+    void failPicture(KelExitCode code, const QString &what, const QString &reason);
+    void addResult(const char *kind, const QString &file);
     bool checkScale(const KelMapGeometry &geometry);
     [[nodiscard]] bool isAnyTrackWithin(const KelMapGeometry &geometry) const;
     [[nodiscard]] QSize pictureSize() const;
@@ -41,6 +52,8 @@ private:
     bool m_selectionIsWhole = true;
     int m_storedRows = 0; ///< rows of the selection that brought their looks along
     KelMapPicture m_ownMap;
+    KelRunStatistics m_statistics;
+    QJsonArray m_results; ///< "kind" (picture, gpx or selection) and "file" of what was written
 };
 
 #endif

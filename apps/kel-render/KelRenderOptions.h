@@ -37,6 +37,8 @@ struct KelRenderOptions
     KelPictureFormat format;
     int quality = -1; ///< 1 to 100; -1 is the encoder's own
     bool info = false;
+    bool report = false; ///< as JSON
+    bool stats = false;  ///< as JSON
     QString exportFile;
     QString saveSelectionFile;
 

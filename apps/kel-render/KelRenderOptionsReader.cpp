@@ -70,6 +70,8 @@ constexpr OptionText OPTIONS[] = {
     {"save-selection", "Store tracks, looks and cropping in <file> and the tracks in a folder beside it.", "file"},
     {"export", "Write the tracks as GPX, one file for each; numbered where there are several.", "file.gpx"},
     {"info", "Print name, shape, segments, points, length, bounds and times of each track.", nullptr},
+    {"report", "Print all that --info tells, and all messages, for programs; the one kind is json.", "json"},
+    {"stats", "Print times, counts and memory for programs; the one kind is json.", "json"},
     {"k,keep-going", "Draw what can be read even if some inputs cannot.", nullptr},
     {"q,quiet", "Say nothing but warnings and errors.", nullptr},
     {"verbose", "Show the libraries' log lines too.", nullptr},
@@ -173,7 +175,12 @@ KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &
 {
     QStringList rest = arguments;
     const bool beelinesOk = takeBeelines(rest, options, diagnostics);
-    if (beelinesOk && !m_parser.parse(rest)) {
+    const bool parsed = beelinesOk && m_parser.parse(rest);
+    // First of all: who asks for a report gets it for a wrong use, too.
+    if (beelinesOk
+        && (!readKind("report", options.report, diagnostics) || !readKind("stats", options.stats, diagnostics)))
+        return Outcome::Failed;
+    if (beelinesOk && !parsed) {
         QString text = m_parser.errorText();
         if (text.endsWith(QLatin1Char('.')))
             text.chop(1);
@@ -236,6 +243,17 @@ bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptio
     }
     arguments = rest;
     return true;
+}
+
+bool KelRenderOptionsReader::readKind(const char *option, bool &wanted, KelDiagnostics &diagnostics) const
+{
+    const QString name = QString::fromLatin1(option);
+    if (!m_parser.isSet(name))
+        return true;
+    wanted = m_parser.value(name) == QLatin1String("json");
+    return wanted
+        || fail(diagnostics,
+                QStringLiteral("--%1 %2 is not known; use json").arg(name, shown(m_parser.value(name))));
 }
 
 /// An empty name is most often a variable that was never set, and of two names only one could be obeyed: in both cases
@@ -456,14 +474,22 @@ bool KelRenderOptionsReader::checkWhole(const KelRenderOptions &options, KelDiag
         return fail(
             diagnostics,
             QStringLiteral("no tracks named; give GPX, KML or KMZ files or folders, or --beeline (kel-render --help)"));
-    if (options.outputFile.isEmpty() && !options.info && options.exportFile.isEmpty()
+    const bool json = options.report || options.stats;
+    if (options.outputFile.isEmpty() && !options.info && !json && options.exportFile.isEmpty()
         && options.saveSelectionFile.isEmpty())
         return fail(
             diagnostics,
-            QStringLiteral("no result named; use -o map.png for a picture, or --info, --export, --save-selection"));
-    if (options.toStandardOutput() && options.info)
+            QStringLiteral("no result named; use -o map.png for a picture, or --info, --report, --export, --save-selection"));
+    if (options.toStandardOutput() && (options.info || json))
         return fail(diagnostics,
-                    QStringLiteral("-o - and --info would mix on standard output; write the picture to a file"));
+                    QStringLiteral("-o - and %1 would mix on standard output; write the picture to a file")
+                        .arg(options.info         ? QStringLiteral("--info")
+                                 : options.report ? QStringLiteral("--report")
+                                                  : QStringLiteral("--stats")));
+    if (options.info && json)
+        return fail(diagnostics,
+                    QStringLiteral("--info and %1 would mix on standard output; --report tells all that --info does")
+                        .arg(options.report ? QStringLiteral("--report") : QStringLiteral("--stats")));
     return true;
 }
 

@@ -27,6 +27,7 @@ public:
 private:
     [[nodiscard]] QString helpText() const;
     bool takeBeelines(QStringList &arguments, KelRenderOptions &options, KelDiagnostics &diagnostics) const;
+    bool readKind(const char *option, bool &wanted, KelDiagnostics &diagnostics) const;
     bool checkFileNames(KelDiagnostics &diagnostics) const;
     bool readOutput(KelRenderOptions &options, KelDiagnostics &diagnostics) const;
     bool readMap(KelRenderOptions &options, KelDiagnostics &diagnostics) const;

@@ -43,8 +43,8 @@ bool KelTrackExporter::write(const KelGPXTrackSelection &selection, const QStrin
 bool KelTrackExporter::writeTrack(const KelGPXTrack &track, const QString &path)
 {
     const auto fail = [&](const QString &reason) {
-        m_diagnostics.error(KelExitCode::OutputFailed,
-                            QStringLiteral("%1: the track was not exported: %2").arg(path, reason));
+        m_diagnostics.error(KelExitCode::OutputFailed, path,
+                            QStringLiteral("the track was not exported: %1").arg(reason));
         return false;
     };
     // The library writes a file without a word about success: let it write to a place of our own and look at that.
@@ -60,6 +60,7 @@ bool KelTrackExporter::writeTrack(const KelGPXTrack &track, const QString &path)
     KelOutputFile target(path);
     if (!target.write(bytes))
         return fail(target.error());
-    m_diagnostics.note(QStringLiteral("%1: exported \"%2\"").arg(path, track.name()));
+    m_files.append(path);
+    m_diagnostics.note(path, QStringLiteral("exported \"%1\"").arg(track.name()));
     return true;
 }

@@ -5,6 +5,7 @@
 #define KELTRACKEXPORTER_H
 
 #include <QString>
+#include <QStringList>
 
 class KelDiagnostics;
 class KelGPXTrack;
@@ -19,11 +20,14 @@ public:
     /// A single track goes to exactly this file. Several go to files of their own beside it, named after it and
     /// numbered, and none of them replaces a file that is there already.
     bool write(const KelGPXTrackSelection &selection, const QString &path);
+    /// The files that write() has written.
+    [[nodiscard]] const QStringList &files() const noexcept { return m_files; }
 
 private:
     bool writeTrack(const KelGPXTrack &track, const QString &path);
 
     KelDiagnostics &m_diagnostics;
+    QStringList m_files;
 };
 
 #endif

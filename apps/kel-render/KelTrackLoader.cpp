@@ -73,8 +73,8 @@ QStringList KelTrackLoader::filesOf(const QString &path)
         return {path};
     const QDir folder(path);
     if (!folder.isReadable()) {
-        m_diagnostics.error(KelExitCode::InputUnreadable,
-                            QStringLiteral("%1: the folder cannot be read; check its permissions").arg(path));
+        m_diagnostics.error(KelExitCode::InputUnreadable, path,
+                            QStringLiteral("the folder cannot be read; check its permissions"));
         return {};
     }
     const QStringList patterns = KelTrackSelectionFactory::instance().supportedFileFormats();
@@ -84,7 +84,7 @@ QStringList KelTrackLoader::filesOf(const QString &path)
         files.append(path.endsWith(QLatin1Char('/')) ? path + name : path + QLatin1Char('/') + name);
     if (files.isEmpty())
         m_diagnostics.warning(
-            QStringLiteral("%1: no track files in this folder (%2)").arg(path, patterns.join(QLatin1String(", "))));
+            path, QStringLiteral("no track files in this folder (%1)").arg(patterns.join(QLatin1String(", "))));
     return files;
 }
 
@@ -96,9 +96,9 @@ void KelTrackLoader::loadFile(const QString &path, KelGPXConfiguredTrackList &tr
     if (!isReadable(file))
         return;
     if (!factory.supportsFile(url)) {
-        m_diagnostics.error(KelExitCode::UnsupportedFormat,
-                            QStringLiteral("%1: not a kind of file that can be read; use %2")
-                                .arg(path, factory.supportedFileFormats().join(QLatin1String(", "))));
+        m_diagnostics.error(KelExitCode::UnsupportedFormat, path,
+                            QStringLiteral("not a kind of file that can be read; use %1")
+                                .arg(factory.supportedFileFormats().join(QLatin1String(", "))));
         return;
     }
 
@@ -115,19 +115,18 @@ void KelTrackLoader::loadFile(const QString &path, KelGPXConfiguredTrackList &tr
         explainNothing(file, reasons);
         return;
     }
-    QString text = QStringLiteral("%1: %2").arg(path,
-                                                countOf(taken, QStringLiteral("track"), QStringLiteral("tracks")));
+    QString text = countOf(taken, QStringLiteral("track"), QStringLiteral("tracks"));
     if (taken < all.count()) {
         text += QStringLiteral("; %1 without coordinates left out")
                     .arg(countOf(all.count() - taken, QStringLiteral("placemark"), QStringLiteral("placemarks")));
     }
-    m_diagnostics.note(text);
+    m_diagnostics.note(path, text);
 }
 
 bool KelTrackLoader::isReadable(const QFileInfo &file)
 {
     const auto fail = [&](const QString &text) {
-        m_diagnostics.error(KelExitCode::InputUnreadable, file.filePath() + QStringLiteral(": ") + text);
+        m_diagnostics.error(KelExitCode::InputUnreadable, file.filePath(), text);
         return false;
     };
     if (file.isSymLink() && !file.exists())
@@ -157,16 +156,15 @@ void KelTrackLoader::explainNothing(const QFileInfo &file, const KelErrorHistory
         entry.message = QStringLiteral("there is no track in the file");
 
     if (file.size() == 0 && file.isFile()) {
-        m_diagnostics.error(
-            KelExitCode::InputMalformed,
-            QStringLiteral("%1: the file is empty; check that it was copied completely").arg(file.filePath()));
+        m_diagnostics.error(KelExitCode::InputMalformed, file.filePath(),
+                            QStringLiteral("the file is empty; check that it was copied completely"));
     } else if (entry.line > 0) {
-        m_diagnostics.error(KelExitCode::InputMalformed,
-                            entry.toString() + QStringLiteral("; check that the file was copied completely"));
+        entry.message += QStringLiteral("; check that the file was copied completely");
+        m_diagnostics.error(KelExitCode::InputMalformed, entry);
     } else if (isArchive(file) && isDamagedArchive(file)) {
-        m_diagnostics.error(KelExitCode::InputMalformed, entry.toString());
+        m_diagnostics.error(KelExitCode::InputMalformed, entry);
     } else {
         entry.message.prepend(QStringLiteral("0 tracks: "));
-        m_diagnostics.warning(entry.toString());
+        m_diagnostics.warning(entry);
     }
 }

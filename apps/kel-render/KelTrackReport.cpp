@@ -14,6 +14,8 @@
 #include <KelGeoPositionList.h>
 
 #include <QDateTime>
+#include <QJsonObject>
+#include <QJsonValue>
 
 #include <algorithm>
 #include <cstdlib>
@@ -45,7 +47,13 @@ QDateTime likelyTime(const QDateTime &time)
     return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
 }
 
-QString timeFrame(const KelGPXConfiguredTrack &track)
+struct TimeFrame
+{
+    QDateTime first; ///< invalid without times
+    QDateTime last;
+};
+
+TimeFrame timeFrame(const KelGPXConfiguredTrack &track)
 {
     QDateTime first;
     QDateTime last;
@@ -57,9 +65,30 @@ QString timeFrame(const KelGPXConfiguredTrack &track)
         first = first.isValid() ? std::min(first, time) : time;
         last = last.isValid() ? std::max(last, time) : time;
     }
-    if (!first.isValid())
+    return {first, last};
+}
+
+QString toString(const TimeFrame &frame)
+{
+    if (!frame.first.isValid())
         return QStringLiteral("-");
-    return first.toString(Qt::ISODate) + QStringLiteral(" to ") + last.toString(Qt::ISODate);
+    return frame.first.toString(Qt::ISODate) + QStringLiteral(" to ") + frame.last.toString(Qt::ISODate);
+}
+
+QJsonValue toJson(const QDateTime &time)
+{
+    return time.isValid() ? QJsonValue(time.toString(Qt::ISODate)) : QJsonValue();
+}
+
+QJsonValue toJson(const KelGeoPositionRect &box)
+{
+    if (!box.isValid())
+        return {};
+    const KelMapBounds bounds = KelMapBounds::fromRect(box);
+    return QJsonObject{{QStringLiteral("south"), bounds.south},
+                       {QStringLiteral("west"), bounds.west},
+                       {QStringLiteral("north"), bounds.north},
+                       {QStringLiteral("east"), bounds.east}};
 }
 
 } // namespace
@@ -94,8 +123,29 @@ QString KelTrackReport::describe(const KelGPXConfiguredTrack &track)
         + line("points:", QString::number(track.track().countPoints()))
         + line("length:", QString::number(lengthKm(track.track()), 'f', 2) + QStringLiteral(" km"))
         + line("bounds:", box.isValid() ? KelMapBounds::fromRect(box).toString() : QStringLiteral("-"))
-        + line("time:", timeFrame(track));
+        + line("time:", toString(timeFrame(track)));
     if (!track.track().enclaves().isEmpty())
         text += line("enclaves:", QString::number(track.track().enclaves().size()));
     return text;
+}
+
+QJsonArray KelTrackReport::toJson(const KelGPXTrackSelection &selection)
+{
+    QJsonArray tracks;
+    for (int row = 0; row < selection.count(); ++row) {
+        const KelGPXConfiguredTrack track = selection.value(row);
+        const TimeFrame time = timeFrame(track);
+        tracks.append(QJsonObject{
+            {QStringLiteral("name"), track.name()},
+            {QStringLiteral("shape"), track.effectiveShape().encode()},
+            {QStringLiteral("segments"), static_cast<qint64>(track.track().segments().size())},
+            {QStringLiteral("points"), static_cast<qint64>(track.track().countPoints())},
+            {QStringLiteral("enclaves"), static_cast<qint64>(track.track().enclaves().size())},
+            {QStringLiteral("lengthKm"), lengthKm(track.track())},
+            {QStringLiteral("bounds"), ::toJson(KelMapArea::boundingBox(track))},
+            {QStringLiteral("start"), ::toJson(time.first)},
+            {QStringLiteral("end"), ::toJson(time.last)},
+        });
+    }
+    return tracks;
 }

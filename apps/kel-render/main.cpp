@@ -35,14 +35,15 @@ void occupyClosedStreams()
     }
 }
 
-/// A picture must not depend on the desk at which it is made: no window is ever shown, so no display is needed, and
-/// neither a broken one nor its magnification may matter.
-void forgetTheDisplay()
+/// What is made must not depend on the desk at which it is made: no window is ever shown, so no display is needed, and
+/// neither a broken one nor its magnification may matter. Times are universal time in track files and in reports.
+void forgetTheDesk()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     for (const char *name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "QT_USE_PHYSICAL_DPI",
                              "QT_QPA_PLATFORMTHEME"})
         qunsetenv(name);
+    qputenv("TZ", "UTC0");
 }
 
 } // namespace
@@ -53,7 +54,7 @@ int main(int argc, char *argv[])
     // A closed pipe or a limit on file sizes is a failed write with a reason, no reason to die without a word.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-    forgetTheDisplay();
+    forgetTheDesk();
     qInstallMessageHandler(showFatalMessagesOnly);
 
     QStringList arguments;

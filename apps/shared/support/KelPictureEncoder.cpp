@@ -47,6 +47,17 @@ QString programName()
     return QCoreApplication::applicationName();
 }
 
+/// Blanks out the time at which Qt says that the document was made, so that equal pictures are equal files. Nothing may
+/// be taken away: the document lists where its parts begin.
+void forgetCreationTime(QByteArray &pdf)
+{
+    const QByteArray key = "/CreationDate (";
+    const qsizetype begin = pdf.indexOf(key);
+    const qsizetype end = begin < 0 ? -1 : pdf.indexOf(')', begin);
+    if (end >= 0)
+        std::fill(pdf.begin() + begin, pdf.begin() + end + 1, ' ');
+}
+
 } // namespace
 
 KelPictureEncoder::KelPictureEncoder(const KelPictureFormat &format, const QSize &size, double scaleFactor, int quality)
@@ -127,7 +138,9 @@ QByteArray KelPictureEncoder::encodePdf(const KelPictureSource &source)
         }
         source.paint(painter);
     }
-    return buffer.data();
+    QByteArray pdf = buffer.data();
+    forgetCreationTime(pdf);
+    return pdf;
 }
 
 QByteArray KelPictureEncoder::encodeSvg(const KelPictureSource &source)
