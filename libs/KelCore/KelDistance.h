@@ -9,6 +9,7 @@
 #include <QString>
 
 class KelDistanceUnit;
+class QDebug;
 
 /// A length as one number. Whether it counts pixels (line widths), kilometres or pixels per kilometre is agreed between
 /// those who pass it on; arithmetic and comparison use the bare number and compare exactly. Negative, infinite and NaN
@@ -127,5 +128,11 @@ public:
 private:
     double m_value = 0.0;
 };
+
+/// Writes the number, which has no unit.
+KELCORE_EXPORT QDebug operator<<(QDebug debug, const KelDistance &distance);
+
+/// Equal distances have equal hashes.
+[[nodiscard]] KELCORE_EXPORT size_t qHash(const KelDistance &distance, size_t seed = 0) noexcept;
 
 #endif

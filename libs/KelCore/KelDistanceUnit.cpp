@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <array>
 
+#include <QDebug>
+#include <QHashFunctions>
+
 namespace
 {
 
@@ -50,4 +53,16 @@ QString KelDistanceUnit::symbol() const
 double KelDistanceUnit::factor() const noexcept
 {
     return find(m_unit).factor;
+}
+
+QDebug operator<<(QDebug debug, const KelDistanceUnit &unit)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace().noquote() << (unit.value() == KelDistanceUnitEnum::Unknown ? QStringLiteral("unknown") : unit.symbol());
+    return debug;
+}
+
+size_t qHash(const KelDistanceUnit &unit, size_t seed) noexcept
+{
+    return ::qHash(static_cast<int>(unit.value()), seed);
 }

@@ -8,6 +8,8 @@
 
 #include <QString>
 
+class QDebug;
+
 /// The units of KelDistanceUnit.
 enum class KelDistanceUnitEnum {
     Unknown = 0,      ///< a bare number
@@ -54,5 +56,11 @@ public:
 private:
     KelDistanceUnitEnum m_unit;
 };
+
+/// Writes symbol(), or "unknown".
+KELCORE_EXPORT QDebug operator<<(QDebug debug, const KelDistanceUnit &unit);
+
+/// Equal units have equal hashes.
+[[nodiscard]] KELCORE_EXPORT size_t qHash(const KelDistanceUnit &unit, size_t seed = 0) noexcept;
 
 #endif

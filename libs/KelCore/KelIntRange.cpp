@@ -3,6 +3,8 @@
 
 #include "KelIntRange.h"
 
+#include <QDebug>
+#include <QHashFunctions>
 #include <QImage>
 #include <QThread>
 
@@ -65,4 +67,16 @@ int KelIntRange::lastIndexEvenIfUnvalid() const noexcept
 int KelIntRange::size() const noexcept
 {
     return static_cast<int>(std::min<qint64>(exactSize(*this), std::numeric_limits<int>::max()));
+}
+
+QDebug operator<<(QDebug debug, const KelIntRange &range)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace().noquote() << '[' << range.min() << ", " << range.max() << ']';
+    return debug;
+}
+
+size_t qHash(const KelIntRange &range, size_t seed) noexcept
+{
+    return qHashMulti(seed, range.min(), range.max());
 }

@@ -9,6 +9,7 @@
 
 #include <QList>
 
+class QDebug;
 class QImage;
 
 /// A closed range of integers: rows or columns of an image, indices of a list, numbers of repetitions. Both ends belong
@@ -59,5 +60,11 @@ public:
     /// Number of elements, 0 for an inverted range; limited to the greatest int.
     [[nodiscard]] int size() const noexcept;
 };
+
+/// Writes "[0, 9]".
+KELCORE_EXPORT QDebug operator<<(QDebug debug, const KelIntRange &range);
+
+/// Equal ranges have equal hashes.
+[[nodiscard]] KELCORE_EXPORT size_t qHash(const KelIntRange &range, size_t seed = 0) noexcept;
 
 #endif

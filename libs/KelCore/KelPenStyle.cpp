@@ -3,8 +3,10 @@
 
 #include "KelPenStyle.h"
 
+#include <QDebug>
 #include <QDomDocument>
 #include <QDomElement>
+#include <QHashFunctions>
 #include <QPen>
 
 #include <algorithm>
@@ -87,4 +89,16 @@ KelPenStyle KelPenStyle::fromKey(const QString &key)
             return style.value;
     }
     return {};
+}
+
+QDebug operator<<(QDebug debug, const KelPenStyle &style)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace().noquote() << style.key();
+    return debug;
+}
+
+size_t qHash(const KelPenStyle &style, size_t seed) noexcept
+{
+    return ::qHash(static_cast<int>(style.value()), seed);
 }

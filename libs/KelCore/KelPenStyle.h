@@ -10,6 +10,7 @@
 #include <QString>
 #include <Qt>
 
+class QDebug;
 class QDomElement;
 class QPen;
 
@@ -63,5 +64,11 @@ public:
 private:
     Qt::PenStyle m_style = Qt::SolidLine;
 };
+
+/// Writes key().
+KELCORE_EXPORT QDebug operator<<(QDebug debug, const KelPenStyle &style);
+
+/// Equal styles have equal hashes.
+[[nodiscard]] KELCORE_EXPORT size_t qHash(const KelPenStyle &style, size_t seed = 0) noexcept;
 
 #endif

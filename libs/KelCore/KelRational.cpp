@@ -3,6 +3,8 @@
 
 #include "KelRational.h"
 
+#include <QDebug>
+
 KelRational::KelRational(int numerator, int denominator) noexcept
     : m_numerator(numerator)
     , m_denominator(denominator)
@@ -12,4 +14,11 @@ KelRational::KelRational(int numerator, int denominator) noexcept
 QString KelRational::toString() const
 {
     return QString::number(m_numerator) + QLatin1Char('/') + QString::number(m_denominator);
+}
+
+QDebug operator<<(QDebug debug, const KelRational &rational)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace().noquote() << rational.toString();
+    return debug;
 }

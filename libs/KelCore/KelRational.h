@@ -8,6 +8,8 @@
 
 #include <QString>
 
+class QDebug;
+
 /// A fraction of two integers as photo metadata stores numbers. It is kept as given: neither reduced nor checked, a
 /// denominator of 0 included.
 class KELCORE_EXPORT KelRational
@@ -35,5 +37,8 @@ private:
     int m_numerator;
     int m_denominator;
 };
+
+/// Writes toString().
+KELCORE_EXPORT QDebug operator<<(QDebug debug, const KelRational &rational);
 
 #endif

@@ -7,6 +7,8 @@
 #include <KelEnumToStringTable.h>
 #include <KelGeoLocationGlobal.h>
 
+#include <QDebug>
+#include <QHashFunctions>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QString>
@@ -133,5 +135,22 @@ private:
 
     int m_value = 0;
 };
+
+/// Writes the keys, "disk,star6", or the number of a value that has none.
+template<class E>
+QDebug operator<<(QDebug debug, const KelEnumWrapper<E> &value)
+{
+    const QDebugStateSaver saver(debug);
+    const QString keys = value.encode();
+    debug.nospace().noquote() << (keys.isEmpty() ? QString::number(value.toInt()) : keys);
+    return debug;
+}
+
+/// Equal values have equal hashes.
+template<class E>
+[[nodiscard]] size_t qHash(const KelEnumWrapper<E> &value, size_t seed = 0) noexcept
+{
+    return ::qHash(value.toInt(), seed);
+}
 
 #endif

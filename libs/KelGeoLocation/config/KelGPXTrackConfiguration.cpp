@@ -13,6 +13,7 @@
 #include <QDebugStateSaver>
 #include <QDomDocument>
 #include <QDomElement>
+#include <QHashFunctions>
 
 #include <algorithm>
 #include <cmath>
@@ -116,6 +117,11 @@ double kmlLineWidth(const QDomElement &lineStyle)
 }
 
 } // namespace
+
+KelGPXTrackConfiguration::KelGPXTrackConfiguration()
+    : KelGPXTrackConfiguration(defaultValue())
+{
+}
 
 KelGPXTrackConfiguration::KelGPXTrackConfiguration(const QColor &lineColor, const KelDistance &lineWidth,
                                                    const QColor &fillColor, const KelDistance &haloWidth,
@@ -378,4 +384,12 @@ QDebug operator<<(QDebug debug, const KelGPXTrackConfiguration &configuration)
                     configuration.currentDisplayOptions().encode(), configuration.markerShape().encode(),
                     configuration.trackShape().encode());
     return debug;
+}
+
+size_t qHash(const KelGPXTrackConfiguration &configuration, size_t seed) noexcept
+{
+    return qHashMulti(seed, configuration.lineColor().rgba(), configuration.lineWidth(), configuration.penStyle(),
+                      configuration.fillColor().rgba(), configuration.haloWidth(),
+                      configuration.currentDisplayOptions(), configuration.markerShape(), configuration.trackShape(),
+                      configuration.smoothingStrength(), configuration.smoothingSteps());
 }

@@ -30,6 +30,8 @@ class QDomElement;
 class KELGEOLOCATION_EXPORT KelGPXTrackConfiguration
 {
 public:
+    /// The same as defaultValue(), for containers and QVariant.
+    KelGPXTrackConfiguration();
     /// All ten values as they are, unchecked.
     KelGPXTrackConfiguration(const QColor &lineColor, const KelDistance &lineWidth, const QColor &fillColor,
                              const KelDistance &haloWidth, const KelGPXTrackDisplayOptions &currentDisplayOptions,
@@ -149,5 +151,8 @@ private:
 
 /// Writes "KelGPXTrackConfiguration -- line colour; line width; fill colour; halo width; options; marker; shape".
 KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrackConfiguration &configuration);
+
+/// Equal configurations have equal hashes.
+[[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrackConfiguration &configuration, size_t seed = 0) noexcept;
 
 #endif

@@ -23,7 +23,8 @@ class QVariant;
 ///
 /// Two angles are equal when they differ by less than TOLERANCE (a millionth of a degree, some ten centimetres on
 /// the ground). `<` and `>` compare the plain numbers, `<=` and `>=` include the equal ones. So 89.9999995 is less
-/// than 90 and equal to 90 at the same time, and equality is not transitive.
+/// than 90 and equal to 90 at the same time, and equality is not transitive. No hash can follow such an equality, so there
+/// is no qHash() for angles and for ranges and rectangles of them; QMap and sorting work.
 ///
 /// The subclasses KelLatitude and KelLongitude know about hemispheres, their legal ranges and compass letters.
 class KELGEOLOCATION_EXPORT KelGeoArc

@@ -7,8 +7,10 @@
 #include <KelGeoPositionRect.h>
 #include <KelXMLBuilder.h>
 
+#include <QDebug>
 #include <QDir>
 #include <QDomElement>
+#include <QHashFunctions>
 
 #include <cmath>
 
@@ -115,4 +117,16 @@ KelGeoPositionList KelGPXConfiguredTrack::drawingPoints() const
     KelGeoPositionList single;
     single.append(natural == TrackShapePolygon ? allPoints().center() : positionRelativeFromStart(0.5));
     return single;
+}
+
+QDebug operator<<(QDebug debug, const KelGPXConfiguredTrack &track)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace() << "KelGPXConfiguredTrack(" << track.track() << ", " << track.configuration() << ')';
+    return debug;
+}
+
+size_t qHash(const KelGPXConfiguredTrack &track, size_t seed) noexcept
+{
+    return qHashMulti(seed, track.track(), track.configuration());
 }

@@ -15,6 +15,7 @@
 #include <QList>
 #include <QString>
 
+class QDebug;
 class QDir;
 class QDomElement;
 
@@ -141,5 +142,11 @@ private:
     KelGPXTrack m_track;
     KelGPXTrackConfiguration m_configuration;
 };
+
+/// Writes the track and its configuration.
+KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXConfiguredTrack &track);
+
+/// Equal configured tracks have equal hashes.
+[[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXConfiguredTrack &track, size_t seed = 0) noexcept;
 
 #endif

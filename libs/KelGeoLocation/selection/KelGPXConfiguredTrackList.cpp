@@ -3,6 +3,7 @@
 
 #include "KelGPXConfiguredTrackList.h"
 
+#include <KelDebugText.h>
 #include <KelGPXTrackSelectionComparisonResult.h>
 #include <KelTrackSelectionFactory.h>
 
@@ -99,4 +100,9 @@ KelGPXTrackSelectionComparisonResult KelGPXConfiguredTrackList::compare(const Ke
         }
     }
     return result;
+}
+
+QDebug operator<<(QDebug debug, const KelGPXConfiguredTrackList &list)
+{
+    return KelDebugText::write(debug, QStringLiteral("KelGPXConfiguredTrackList(%1 tracks)").arg(list.count()));
 }

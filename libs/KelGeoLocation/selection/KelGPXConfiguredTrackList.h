@@ -11,6 +11,7 @@
 #include <QString>
 
 class KelGPXTrackSelectionComparisonResult;
+class QDebug;
 class QDir;
 class QDomElement;
 
@@ -90,5 +91,8 @@ public:
 private:
     QList<KelGPXConfiguredTrack> m_entries;
 };
+
+/// Writes the number of tracks.
+KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXConfiguredTrackList &list);
 
 #endif

@@ -3,6 +3,7 @@
 
 #include "KelGPXTrackSelection.h"
 
+#include <KelDebugText.h>
 #include <KelGPXTrackSelectionComparisonResult.h>
 #include <KelGeoLocationSettings.h>
 #include <KelXMLBuilder.h>
@@ -10,6 +11,7 @@
 
 #include <QDir>
 #include <QDomElement>
+#include <QHashFunctions>
 
 #include <algorithm>
 
@@ -200,4 +202,17 @@ QList<QDateTime> KelGPXTrackSelection::allTimeStamps() const
     for (const KelGPXConfiguredTrack &track : m_tracks)
         timeStamps.append(track.allTimeStamps());
     return timeStamps;
+}
+
+QDebug operator<<(QDebug debug, const KelGPXTrackSelection &selection)
+{
+    return KelDebugText::write(debug, QStringLiteral("KelGPXTrackSelection(%1 tracks, cropping opacity %2)")
+                                          .arg(selection.count())
+                                          .arg(selection.nominalCroppingOpacity()));
+}
+
+size_t qHash(const KelGPXTrackSelection &selection, size_t seed) noexcept
+{
+    const QList<KelGPXConfiguredTrack> &tracks = selection.tracks().tracks();
+    return qHashRange(tracks.cbegin(), tracks.cend(), ::qHash(selection.nominalCroppingOpacity(), seed));
 }

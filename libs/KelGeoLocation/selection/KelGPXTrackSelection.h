@@ -13,6 +13,7 @@
 #include <QString>
 
 class KelGPXTrackSelectionComparisonResult;
+class QDebug;
 class QDir;
 class QDomElement;
 
@@ -129,5 +130,11 @@ private:
     KelGPXConfiguredTrackList m_tracks;
     int m_croppingOpacity = 255;
 };
+
+/// Writes the number of tracks and the cropping opacity.
+KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrackSelection &selection);
+
+/// Equal selections have equal hashes.
+[[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrackSelection &selection, size_t seed = 0) noexcept;
 
 #endif

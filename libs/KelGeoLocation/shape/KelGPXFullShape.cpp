@@ -3,7 +3,10 @@
 
 #include "KelGPXFullShape.h"
 
+#include <KelDebugText.h>
+
 #include <QColor>
+#include <QHashFunctions>
 #include <QIcon>
 
 namespace
@@ -88,4 +91,14 @@ KelGPXFullShape KelGPXFullShape::normalized() const
     KelGPXFullShape result = *this;
     result.normalize();
     return result;
+}
+
+QDebug operator<<(QDebug debug, const KelGPXFullShape &shape)
+{
+    return KelDebugText::write(debug, shape.trackShape().encode() + QLatin1Char('/') + shape.markerShape().encode());
+}
+
+size_t qHash(const KelGPXFullShape &shape, size_t seed) noexcept
+{
+    return qHashMulti(seed, shape.trackShape().toInt(), shape.markerShape().toInt());
 }

@@ -11,6 +11,7 @@
 #include <QString>
 
 class QColor;
+class QDebug;
 class QIcon;
 
 /// A track shape together with a marker shape: what a user picks from a list in one go ("arrow" is a line with the
@@ -59,5 +60,11 @@ private:
     KelGPXTrackShape m_trackShape;
     KelGPXMarkerShape m_markerShape;
 };
+
+/// Writes the keys of both shapes: "point/disk".
+KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXFullShape &shape);
+
+/// Equal shapes have equal hashes.
+[[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXFullShape &shape, size_t seed = 0) noexcept;
 
 #endif

@@ -5,6 +5,7 @@
 
 #include "KelGPXNames.h"
 #include "KelGPXReader.h"
+#include <KelDebugText.h>
 #include <KelEnumToStringTable.h>
 #include <KelGPXTrackFileRegistry.h>
 #include <KelGPXTrackFileRegistryKey.h>
@@ -16,6 +17,7 @@
 #include <QDomDocument>
 #include <QDomElement>
 #include <QFileInfo>
+#include <QHashFunctions>
 #include <QPainterPath>
 #include <QStringView>
 
@@ -263,4 +265,20 @@ KelGeoPosition KelGPXTrack::lastPoint() const
 QList<QDateTime> KelGPXTrack::allTimeStamps() const
 {
     return d->allTimeStamps();
+}
+
+QDebug operator<<(QDebug debug, const KelGPXTrack &track)
+{
+    return KelDebugText::write(debug,
+                               QStringLiteral("KelGPXTrack(\"%1\", %2, %3 segments, %4 points, %5 enclaves)")
+                                   .arg(track.name(), track.shape().encode())
+                                   .arg(track.segments().size())
+                                   .arg(track.countPoints())
+                                   .arg(track.enclaves().size()));
+}
+
+size_t qHash(const KelGPXTrack &track, size_t seed) noexcept
+{
+    return qHashMulti(seed, track.name(), track.description(), track.shape().toInt(), track.countPoints(),
+                      track.enclaves().size());
 }

@@ -14,6 +14,7 @@
 #include <QString>
 
 class KelGPXTrackImpl;
+class QDebug;
 class QDir;
 class QDomElement;
 class QFileInfo;
@@ -137,5 +138,11 @@ private:
 };
 
 Q_DECLARE_TYPEINFO(KelGPXTrack, Q_RELOCATABLE_TYPE);
+
+/// Writes name, shape, and the numbers of segments, points and enclaves.
+KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrack &track);
+
+/// Equal tracks have equal hashes: made of name, description, shape, and the numbers of points and enclaves.
+[[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrack &track, size_t seed = 0) noexcept;
 
 #endif

@@ -6,11 +6,13 @@
 #include "KelGPXNames.h"
 #include "KelGPXReader.h"
 #include "KelGPXTupleWriter.h"
+#include <KelDebugText.h>
 #include <KelGPXTrackPointImpl.h>
 #include <KelXMLBuilder.h>
 #include <KelXMLDomCursor.h>
 
 #include <QDomElement>
+#include <QHashFunctions>
 KelGPXTrackPoint::KelGPXTrackPoint()
     : d(new KelGPXTrackPointImpl)
 {
@@ -161,4 +163,22 @@ KelGeoPosition KelGPXTrackPoint::lastPoint() const
 QList<QDateTime> KelGPXTrackPoint::allTimeStamps() const
 {
     return d->allTimeStamps();
+}
+
+QDebug operator<<(QDebug debug, const KelGPXTrackPoint &point)
+{
+    QString text = QStringLiteral("%1 %2").arg(point.position().latitude().toString(false),
+                                               point.position().longitude().toString(false));
+    if (point.elevation() != 0)
+        text += QStringLiteral(" %1 m").arg(point.elevation());
+    if (point.timeStamp().isValid())
+        text += QLatin1Char(' ') + point.timeStamp().toString(Qt::ISODateWithMs);
+    if (!point.description().isEmpty())
+        text += QStringLiteral(" \"%1\"").arg(point.description());
+    return KelDebugText::write(debug, QStringLiteral("KelGPXTrackPoint(%1)").arg(text));
+}
+
+size_t qHash(const KelGPXTrackPoint &point, size_t seed) noexcept
+{
+    return qHashMulti(seed, point.elevation(), point.timeStamp(), point.description());
 }

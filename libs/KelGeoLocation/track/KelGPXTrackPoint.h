@@ -15,6 +15,7 @@
 class KelGPXTrackPointImpl;
 class KelGPXTupleWriter;
 class KelGeoArc;
+class QDebug;
 class QDomElement;
 
 /// One recorded position: where, how high (whole metres), when, and a description.
@@ -103,5 +104,12 @@ private:
 };
 
 Q_DECLARE_TYPEINFO(KelGPXTrackPoint, Q_RELOCATABLE_TYPE);
+
+/// Writes position, elevation, time and description, what there is of them.
+KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrackPoint &point);
+
+/// Equal points have equal hashes. The position, whose equality has a tolerance, has no part in it: points that differ
+/// in nothing else share one.
+[[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrackPoint &point, size_t seed = 0) noexcept;
 
 #endif

@@ -7,6 +7,7 @@
 #include "KelGPXReader.h"
 #include "KelGPXTupleWriter.h"
 #include <KelConcurrent.h>
+#include <KelDebugText.h>
 #include <KelGPXTrackPointImpl.h>
 #include <KelIntRange.h>
 #include <KelXMLBuilder.h>
@@ -14,6 +15,7 @@
 
 #include <QCoreApplication>
 #include <QDomElement>
+#include <QHashFunctions>
 #include <QThread>
 
 #include <utility>
@@ -140,4 +142,15 @@ bool KelGPXTrackSegment::weAreaRunningInMainThread() const
 {
     const QCoreApplication *application = QCoreApplication::instance();
     return application != nullptr && QThread::currentThread() == application->thread();
+}
+
+QDebug operator<<(QDebug debug, const KelGPXTrackSegment &segment)
+{
+    return KelDebugText::write(debug, QStringLiteral("KelGPXTrackSegment(%1 points)").arg(segment.count()));
+}
+
+size_t qHash(const KelGPXTrackSegment &segment, size_t seed) noexcept
+{
+    const QList<KelGPXTrackPoint> points = segment.trackPoints();
+    return points.isEmpty() ? seed : qHashMulti(seed, points.size(), points.first(), points.last());
 }

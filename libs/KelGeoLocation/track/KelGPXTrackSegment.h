@@ -12,6 +12,7 @@
 #include <QString>
 
 class KelIntRange;
+class QDebug;
 class QDomElement;
 
 /// One unbroken run of track points: the content of a GPX "trkseg".
@@ -80,5 +81,11 @@ private:
 };
 
 Q_DECLARE_TYPEINFO(KelGPXTrackSegment, Q_RELOCATABLE_TYPE);
+
+/// Writes the number of points.
+KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrackSegment &segment);
+
+/// Equal segments have equal hashes: made of the number of points, and of the first and the last one.
+[[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrackSegment &segment, size_t seed = 0) noexcept;
 
 #endif
