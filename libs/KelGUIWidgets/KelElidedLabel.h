@@ -20,6 +20,7 @@
 class KELGUIWIDGETS_EXPORT KelElidedLabel : public QLabel
 {
     Q_OBJECT
+    Q_PROPERTY(QString fullText READ fullText WRITE setFullText)
 
 public:
     /// Text beyond so many characters is cut off at any size. The time for a layout grows with the text, and names come
