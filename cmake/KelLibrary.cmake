@@ -58,6 +58,28 @@ function(kel_precompile target)
     endif()
 endfunction()
 
+# A file for pkg-config beside each library. It finds its prefix from where it lies, so it may be moved with it.
+function(kel_install_pkg_config name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "DESCRIPTION;REQUIRES" "")
+    set(dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    file(RELATIVE_PATH up "/prefix/${dir}" "/prefix")
+    string(REGEX REPLACE "/$" "" up "${up}")
+    # Qt is built so that its users must be compiled with -fPIC, and does not say so in its own files.
+    file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/pkgconfig/${name}.pc" @ONLY CONTENT
+"prefix=\${pcfiledir}/${up}
+libdir=\${prefix}/${CMAKE_INSTALL_LIBDIR}
+includedir=\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}
+
+Name: ${name}
+Description: ${arg_DESCRIPTION}
+Version: ${PROJECT_VERSION}
+Requires: ${arg_REQUIRES}
+Libs: -L\${libdir} -l${name}
+Cflags: -I\${includedir} -I\${includedir}/${name} -fPIC
+")
+    install(FILES "${PROJECT_BINARY_DIR}/pkgconfig/${name}.pc" DESTINATION "${dir}" COMPONENT Development)
+endfunction()
+
 function(kel_install_package)
     set(dir "${CMAKE_INSTALL_LIBDIR}/cmake/KelGeoLocation")
     configure_package_config_file(
@@ -71,4 +93,17 @@ function(kel_install_package)
         "${PROJECT_BINARY_DIR}/KelGeoLocationConfigVersion.cmake"
         DESTINATION "${dir}" COMPONENT Development)
     install(EXPORT KelGeoLocationTargets NAMESPACE Kel:: DESTINATION "${dir}" COMPONENT Development)
+
+    kel_install_pkg_config(KelCore
+        DESCRIPTION "Small helpers of the Kel libraries: settings, ranges, distances, pen styles"
+        REQUIRES "Qt6Core, Qt6Gui, Qt6Widgets, Qt6Xml")
+    kel_install_pkg_config(KelXML
+        DESCRIPTION "XML and zip archives for the Kel libraries"
+        REQUIRES "Qt6Core, Qt6Gui, Qt6Xml")
+    kel_install_pkg_config(KelGUIWidgets
+        DESCRIPTION "Widgets that the Kel libraries share"
+        REQUIRES "KelCore = ${PROJECT_VERSION}, Qt6Widgets")
+    kel_install_pkg_config(KelGeoLocation
+        DESCRIPTION "${PROJECT_DESCRIPTION}"
+        REQUIRES "KelXML = ${PROJECT_VERSION}, KelGUIWidgets = ${PROJECT_VERSION}, Qt6Concurrent")
 endfunction()

@@ -16,7 +16,11 @@ class KelGPXTrackSelection;
 class KelRunStatistics
 {
 public:
-    enum Phase { Read, Store, Draw, Encode, Write };
+    enum Phase { Read,
+                 Store,
+                 Draw,
+                 Encode,
+                 Write };
 
     /// Adds the time of its own life to a phase.
     class Watch

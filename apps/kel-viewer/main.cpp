@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QLoggingCategory>
 #include <QPalette>
 
@@ -43,6 +44,9 @@ int main(int argc, char *argv[])
     QCoreApplication::setOrganizationName(QStringLiteral("Kel"));
     QCoreApplication::setApplicationName(QStringLiteral("KelGeoLocation")); // the settings that kel-render reads
     QCoreApplication::setApplicationVersion(QStringLiteral(KEL_VERSION));
+    // By these desktops tell which entry and which picture belong to the window.
+    QGuiApplication::setDesktopFileName(QStringLiteral("kel-viewer"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("kel-viewer")));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Shows places and GPS tracks on a map."));

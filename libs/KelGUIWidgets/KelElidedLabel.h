@@ -20,6 +20,7 @@
 class KELGUIWIDGETS_EXPORT KelElidedLabel : public QLabel
 {
     Q_OBJECT
+    /// The whole text, see setFullText().
     Q_PROPERTY(QString fullText READ fullText WRITE setFullText)
 
 public:

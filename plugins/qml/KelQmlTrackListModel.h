@@ -22,7 +22,11 @@ class KelQmlTrackListModel : public KelGPXTrackListModel
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
-    enum Role { NameRole = Qt::UserRole + 1, DescriptionRole, TrackRole, LineColorRole, FillColorRole };
+    enum Role { NameRole = Qt::UserRole + 1,
+                DescriptionRole,
+                TrackRole,
+                LineColorRole,
+                FillColorRole };
 
     explicit KelQmlTrackListModel(QObject *parent = nullptr);
 

@@ -174,8 +174,7 @@ void tst_KelRenderForPrograms::reportOfTracksAndResults()
     const QJsonArray tracks = report.value("tracks").toArray();
     QCOMPARE(tracks.size(), 1);
     const QJsonObject track = tracks.at(0).toObject();
-    QCOMPARE(keysOf(track), QStringList({"bounds", "enclaves", "end", "lengthKm", "name", "points", "segments", "shape",
-                                         "start"}));
+    QCOMPARE(keysOf(track), QStringList({"bounds", "enclaves", "end", "lengthKm", "name", "points", "segments", "shape", "start"}));
     QCOMPARE(track.value("name").toString(), QString::fromUtf8("A \"walk\" \xc3\xbc"
                                                                "ber Land"));
     QCOMPARE(track.value("shape").toString(), "linestring");
@@ -194,9 +193,10 @@ void tst_KelRenderForPrograms::reportOfTracksAndResults()
              QJsonObject({{"severity", "note"}, {"file", "walk.gpx"}, {"reason", "1 track"}}));
 
     const QJsonArray results = report.value("results").toArray();
-    QCOMPARE(results, QJsonArray({QJsonObject{{"kind", "gpx"}, {"file", "copy.gpx"}},
-                                  QJsonObject{{"kind", "selection"}, {"file", "trip.xml"}},
-                                  QJsonObject{{"kind", "picture"}, {"file", "out.png"}}}));
+    const QJsonObject gpx{{"kind", "gpx"}, {"file", "copy.gpx"}};
+    const QJsonObject selection{{"kind", "selection"}, {"file", "trip.xml"}};
+    const QJsonObject picture{{"kind", "picture"}, {"file", "out.png"}};
+    QCOMPARE(results, QJsonArray({gpx, selection, picture}));
     for (const QJsonValue &written : results)
         QVERIFY(QFile::exists(path(written.toObject().value("file").toString())));
 }
@@ -247,9 +247,8 @@ void tst_KelRenderForPrograms::reportOfSeveralTroubles()
     QStringList said;
     for (const QJsonValue &value : report.value("messages").toArray()) {
         const QJsonObject message = value.toObject();
-        said.append(QStringLiteral("%1 %2 %3").arg(message.value("severity").toString(),
-                                                    message.value("file").toString(),
-                                                    QString::number(message.value("exitCode").toInt())));
+        const QString severityAndFile = message.value("severity").toString() + ' ' + message.value("file").toString();
+        said.append(severityAndFile + ' ' + QString::number(message.value("exitCode").toInt()));
     }
     QCOMPARE(said, QStringList({"error missing.gpx 3", "warning empty.gpx 0", "note walk.gpx 0", "error cut.gpx 4"}));
 }
@@ -362,9 +361,15 @@ void tst_KelRenderForPrograms::completionsNameEveryOption_data()
     QTest::addColumn<QString>("prefix");
 
     // Every place where the file's language declares an option; short ones stand beside their long names.
-    QTest::newRow("zsh") << "_kel-render" << "(?<=[{',(*])(--?[a-z-]+?)(?==?[\\[}',])" << "";
-    QTest::newRow("fish, long") << "kel-render.fish" << "(?<= -l )([a-z-]+)" << "--";
-    QTest::newRow("fish, short") << "kel-render.fish" << "(?<= -s )([a-z])" << "-";
+    QTest::newRow("zsh") << "_kel-render"
+                         << "(?<=[{',(*])(--?[a-z-]+?)(?==?[\\[}',])"
+                         << "";
+    QTest::newRow("fish, long") << "kel-render.fish"
+                                << "(?<= -l )([a-z-]+)"
+                                << "--";
+    QTest::newRow("fish, short") << "kel-render.fish"
+                                 << "(?<= -s )([a-z])"
+                                 << "-";
 }
 
 void tst_KelRenderForPrograms::completionsNameEveryOption()
@@ -409,11 +414,10 @@ void tst_KelRenderForPrograms::completedWordsAreAccepted()
     const QString bash = QStandardPaths::findExecutable("bash");
     if (bash.isEmpty())
         QSKIP("there is no bash");
-    const Result result = runProgram(bash, QStringList{"-c",
-                                                       "source \"$0\"; COMP_WORDS=(kel-render \"$@\"); COMP_CWORD=$#; "
-                                                       "_kel_render; printf '%s\\n' \"${COMPREPLY[@]-nothing}\"",
+    const Result result = runProgram(bash, QStringList{"-c", "source \"$0\"; COMP_WORDS=(kel-render \"$@\"); COMP_CWORD=$#; "
+                                                             "_kel_render; printf '%s\\n' \"${COMPREPLY[@]-nothing}\"",
                                                        completions("kel-render.bash")}
-                                               + line);
+                                         + line);
     const QStringList offered = QString::fromUtf8(result.out).split('\n', Qt::SkipEmptyParts);
     if (!words.isEmpty()) {
         QCOMPARE(offered, words);

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 #
 # Installs the built tree into a fresh prefix, moves that prefix (an installed package must be relocatable),
-# builds the host project against it and runs the host.
+# builds the host project against it and runs the host: once through the CMake package, once through pkg-config.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -28,3 +28,38 @@ run("${CMAKE_COMMAND}" -S "${EXAMPLES}/host-in-60-lines" -B "${WORK_DIR}/build-e
     -DCMAKE_BUILD_TYPE=Debug)
 run("${CMAKE_COMMAND}" --build "${WORK_DIR}/build-example")
 run("${WORK_DIR}/build-example/host-in-60-lines" "${EXAMPLES}/tracks/city-walk.gpx" --screenshot "${WORK_DIR}/example.png")
+
+# The same source by hand, as Makefiles do it.
+set(ENV{PKG_CONFIG_PATH} "${prefix}/${LIB_DIR}/pkgconfig")
+execute_process(COMMAND pkg-config --cflags --libs KelGeoLocation OUTPUT_VARIABLE flags
+    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+if(NOT flags MATCHES "-I${prefix}/${INCLUDE_DIR}" OR flags MATCHES "first-prefix")
+    message(FATAL_ERROR "pkg-config does not follow the prefix: ${flags}")
+endif()
+separate_arguments(flags UNIX_COMMAND "${flags}")
+run(${LAUNCHER} "${COMPILER}" -std=c++20 "${HOST_SOURCE}/main.cpp" -o "${WORK_DIR}/by-hand" ${flags}
+    "-Wl,-rpath,${prefix}/${LIB_DIR}")
+run("${WORK_DIR}/by-hand" "${WORK_DIR}/by-hand.png")
+# Each library has a file of its own, and all know their version.
+foreach(library KelCore KelXML KelGUIWidgets KelGeoLocation)
+    run(pkg-config --print-errors "--exact-version=${VERSION}" ${library})
+endforeach()
+
+# Components: those that exist, and one that does not.
+function(configure_components outcome_variable output_variable)
+    file(REMOVE_RECURSE "${WORK_DIR}/components")
+    execute_process(COMMAND "${CMAKE_COMMAND}" -S "${HOST_SOURCE}/../components" -B "${WORK_DIR}/components" -G "${GENERATOR}"
+        "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${COMPILER}" ${ARGN}
+        RESULT_VARIABLE outcome OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    set(${outcome_variable} "${outcome}" PARENT_SCOPE)
+    set(${output_variable} "${output}" PARENT_SCOPE)
+endfunction()
+configure_components(outcome output "-DWANTED=Core;XML;GUIWidgets;GeoLocation" -DOPTIONAL=Telepathy)
+if(NOT outcome EQUAL 0)
+    message(FATAL_ERROR "The components were not found:\n${output}")
+endif()
+configure_components(outcome output "-DWANTED=Core;Telepathy")
+string(REGEX REPLACE "[ \n]+" " " output "${output}")
+if(outcome EQUAL 0 OR NOT output MATCHES "no component \"Telepathy\"; its components are Core, XML, GUIWidgets, GeoLocation")
+    message(FATAL_ERROR "An unknown component was not refused:\n${output}")
+endif()

@@ -121,7 +121,10 @@ std::function<bool(size_t)> sameHash(const T &a, const T &b)
 }
 
 template<class T>
-concept Hashable = requires(const T &value) { qHash(value, size_t(0)); };
+concept Hashable = requires(const T &value)
+{
+    qHash(value, size_t(0));
+};
 
 } // namespace
 

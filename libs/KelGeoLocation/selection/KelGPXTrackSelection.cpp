@@ -206,9 +206,8 @@ QList<QDateTime> KelGPXTrackSelection::allTimeStamps() const
 
 QDebug operator<<(QDebug debug, const KelGPXTrackSelection &selection)
 {
-    return KelDebugText::write(debug, QStringLiteral("KelGPXTrackSelection(%1 tracks, cropping opacity %2)")
-                                          .arg(selection.count())
-                                          .arg(selection.nominalCroppingOpacity()));
+    const QString text = QStringLiteral("KelGPXTrackSelection(%1 tracks, cropping opacity %2)");
+    return KelDebugText::write(debug, text.arg(selection.count()).arg(selection.nominalCroppingOpacity()));
 }
 
 size_t qHash(const KelGPXTrackSelection &selection, size_t seed) noexcept

@@ -13,6 +13,7 @@
 
 #include <QDomElement>
 #include <QHashFunctions>
+
 KelGPXTrackPoint::KelGPXTrackPoint()
     : d(new KelGPXTrackPointImpl)
 {

@@ -16,10 +16,13 @@ class KELGEOLOCATION_EXPORT KelLongitudeEdit : public KelGeoArcEdit
     Q_PROPERTY(double decimalDegrees READ decimalDegrees WRITE setDecimalDegrees USER true)
 
 public:
+    /// An editor at 0°.
     explicit KelLongitudeEdit(QWidget *parent = nullptr);
     ~KelLongitudeEdit() override;
 
+    /// The angle that is shown, in decimal degrees: geoArc().
     [[nodiscard]] double decimalDegrees() const;
+    /// Shows a longitude by the rules of setGeoArc().
     void setDecimalDegrees(double decimalDegrees);
 };
 
