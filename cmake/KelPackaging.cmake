@@ -45,7 +45,8 @@ macro(kel_configure_packages)
     set(CPACK_PACKAGE_NAME kelgeolocation)
     set(CPACK_PACKAGE_VENDOR "The libKelGeoLocation authors")
     set(CPACK_PACKAGE_CONTACT "The libKelGeoLocation authors <maintainers@example.org>")
-    set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+    # Each package has a first line of its own.
+    set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
     set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
     set(CPACK_STRIP_FILES ON)
@@ -88,6 +89,7 @@ show them.
 .
 This package holds the four shared libraries and the English texts.")
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "qt6-image-formats-plugins")
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/packaging/debian/triggers")
 
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkelgeolocation-dev)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)

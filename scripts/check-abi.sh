@@ -6,8 +6,9 @@
 # Additions are compatible; anything else ends with exit code 1: hosts would have to be compiled again, so the major
 # version must grow. Needs abigail-tools and xz beside what the build needs.
 #
-# Usage: scripts/check-abi.sh             compare
-#        scripts/check-abi.sh --update    keep the present interface as the new baseline
+# Usage: scripts/check-abi.sh [--update] [BUILD_DIR]
+#   --update     keep the present interface as the new baseline instead of comparing
+#   BUILD_DIR    a tree that is built already, with debugging information; without it the libraries are built
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,13 +17,25 @@ baseline="packaging/abi/$(uname -m)"
 suppressions=packaging/abi/suppressions.ini
 command -v abidw >/dev/null || { echo "Please install abigail-tools." >&2; exit 2; }
 
+update=no
+build=
+for argument in "$@"; do
+    case "$argument" in
+        --update) update=yes ;;
+        -*) sed -n '/^# Usage/,/^set/s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+        *) build="$argument" ;;
+    esac
+done
+
 # As it is shipped, with the debugging information from which the interface is read.
-cmake --preset release -B build/abi -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKEL_BUILD_TESTS=OFF -DKEL_BUILD_APPS=OFF \
-    -DKEL_BUILD_EXAMPLES=OFF >/dev/null
-${KEL_BUILD_COMMAND:-cmake --build} build/abi
+if [ -z "$build" ]; then
+    build=build/abi
+    cmake --preset release -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKEL_BUILD_TESTS=OFF -DKEL_BUILD_APPS=OFF >/dev/null
+    ${KEL_BUILD_COMMAND:-cmake --build} "$build"
+fi
 prefix="$(mktemp -d)"
 trap 'rm -rf "$prefix"' EXIT
-cmake --install build/abi --prefix "$prefix" >/dev/null
+cmake --install "$build" --prefix "$prefix" >/dev/null
 
 # What public headers show, and only that: Qt and the standard library are theirs to keep.
 describe() {
@@ -35,7 +48,7 @@ describe() {
 changed=0
 for name in "${libraries[@]}"; do
     describe "$name" >"$prefix/$name.abi"
-    if [ "${1:-}" = --update ]; then
+    if [ $update = yes ]; then
         mkdir -p "$baseline"
         xz -9e <"$prefix/$name.abi" >"$baseline/$name.abi.xz"
         continue
@@ -49,7 +62,7 @@ for name in "${libraries[@]}"; do
     fi
 done
 
-if [ "${1:-}" = --update ]; then
+if [ $update = yes ]; then
     du -ch "$baseline"/*.xz | tail -n 1
 elif [ $changed -eq 0 ]; then
     echo "The binary interface is compatible with $baseline."

@@ -365,10 +365,10 @@ void tst_KelRenderForPrograms::completionsNameEveryOption_data()
                          << "(?<=[{',(*])(--?[a-z-]+?)(?==?[\\[}',])"
                          << "";
     QTest::newRow("fish, long") << "kel-render.fish"
-                                << "(?<= -l )([a-z-]+)"
+                                << "(?m)^complete .*? -l ([a-z-]+)"
                                 << "--";
     QTest::newRow("fish, short") << "kel-render.fish"
-                                 << "(?<= -s )([a-z])"
+                                 << "(?m)^complete .*? -s ([a-z])"
                                  << "-";
 }
 

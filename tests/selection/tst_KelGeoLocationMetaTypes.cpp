@@ -252,7 +252,7 @@ void tst_KelGeoLocationMetaTypes::debugText_data()
     QTest::newRow("unknown unit") << debugged(KelDistanceUnit()) << "unknown";
     QTest::newRow("rational") << debugged(KelRational(5, 8)) << "5/8";
     QTest::newRow("range of integers") << debugged(KelIntRange(-1, 9)) << "[-1, 9]";
-    QTest::newRow("markers") << debugged(KelGPXMarkerShape(MarkerDisk | MarkerStar6)) << "disk,star6";
+    QTest::newRow("markers") << debugged(KelGPXMarkerShape(MarkerDisk | MarkerStar6)) << "disk, star6";
     QTest::newRow("bit without a key") << debugged(KelGPXMarkerShape(4)) << "4";
     QTest::newRow("full shape") << debugged(KelGPXFullShape(TrackShapePoint, MarkerRect)) << "point/rect";
     QTest::newRow("point") << debugged(point(53.5, -8.25))

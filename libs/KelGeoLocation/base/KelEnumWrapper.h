@@ -136,7 +136,7 @@ private:
     int m_value = 0;
 };
 
-/// Writes the keys, "disk,star6", or the number of a value that has none.
+/// Writes the keys, "disk, star6", or the number of a value that has none.
 template<class E>
 QDebug operator<<(QDebug debug, const KelEnumWrapper<E> &value)
 {
