@@ -64,7 +64,6 @@ function(kel_install_pkg_config name)
     set(dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
     file(RELATIVE_PATH up "/prefix/${dir}" "/prefix")
     string(REGEX REPLACE "/$" "" up "${up}")
-    # Qt is built so that its users must be compiled with -fPIC, and does not say so in its own files.
     file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/pkgconfig/${name}.pc" @ONLY CONTENT
 "prefix=\${pcfiledir}/${up}
 libdir=\${prefix}/${CMAKE_INSTALL_LIBDIR}
@@ -75,7 +74,7 @@ Description: ${arg_DESCRIPTION}
 Version: ${PROJECT_VERSION}
 Requires: ${arg_REQUIRES}
 Libs: -L\${libdir} -l${name}
-Cflags: -I\${includedir} -I\${includedir}/${name} -fPIC
+Cflags: -I\${includedir} -I\${includedir}/${name}
 ")
     install(FILES "${PROJECT_BINARY_DIR}/pkgconfig/${name}.pc" DESTINATION "${dir}" COMPONENT Development)
 endfunction()

@@ -74,14 +74,14 @@ macro(kel_configure_packages)
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
     # The packages of one build need each other; their files are looked up in the build itself.
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
-    set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-    set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
     set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 
     set(kel_runtime libkelgeolocation${PROJECT_VERSION_MAJOR})
     set(kel_this_version "${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}")
 
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${kel_runtime})
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
     set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "places and GPS tracks on maps - shared libraries
 Value types for coordinates, tracks read from GPX, KML and KMZ, a renderer
 that draws tracks onto maps, and Qt item models and widgets for hosts that
@@ -94,7 +94,6 @@ This package holds the four shared libraries and the English texts.")
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkelgeolocation-dev)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
-    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_GENERATE_SHLIBS OFF)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${kel_runtime} (= ${kel_this_version}), qt6-base-dev")
     set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "places and GPS tracks on maps - development files
 Value types for coordinates, tracks read from GPX, KML and KMZ, a renderer
@@ -105,7 +104,6 @@ This package holds the headers, the CMake package and the pkg-config files.")
 
     set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME kel-render)
     set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
-    set(CPACK_DEBIAN_TOOLS_PACKAGE_GENERATE_SHLIBS OFF)
     set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${kel_runtime} (= ${kel_this_version})")
     set(CPACK_COMPONENT_TOOLS_DESCRIPTION "draw GPX, KML and KMZ tracks on a map
 Reads track files, chooses the area that shows them and writes a picture: PNG,
@@ -114,7 +112,6 @@ neither a display nor a network is needed.")
 
     set(CPACK_DEBIAN_VIEWER_PACKAGE_NAME kel-viewer)
     set(CPACK_DEBIAN_VIEWER_PACKAGE_SECTION graphics)
-    set(CPACK_DEBIAN_VIEWER_PACKAGE_GENERATE_SHLIBS OFF)
     set(CPACK_DEBIAN_VIEWER_PACKAGE_DEPENDS "${kel_runtime} (= ${kel_this_version})")
     set(CPACK_COMPONENT_VIEWER_DESCRIPTION "look at GPS tracks on a map and style them
 A small desktop program: a list of tracks from GPX, KML and KMZ files, a map of
@@ -122,14 +119,12 @@ the world that is built in, an editor for lines, areas and markers, and export
 as PNG, PDF or SVG.")
 
     set(CPACK_DEBIAN_QML_PACKAGE_NAME qml6-module-kelgeolocation)
-    set(CPACK_DEBIAN_QML_PACKAGE_GENERATE_SHLIBS OFF)
     set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS "${kel_runtime} (= ${kel_this_version})")
     set(CPACK_COMPONENT_QML_DESCRIPTION "places and GPS tracks on maps - QML module
 Positions, tracks and lists of tracks for programs that are written in QML.")
 
     set(CPACK_DEBIAN_DESIGNER_PACKAGE_NAME kelgeolocation-designer-plugins)
     set(CPACK_DEBIAN_DESIGNER_PACKAGE_SECTION devel)
-    set(CPACK_DEBIAN_DESIGNER_PACKAGE_GENERATE_SHLIBS OFF)
     set(CPACK_DEBIAN_DESIGNER_PACKAGE_DEPENDS "${kel_runtime} (= ${kel_this_version})")
     set(CPACK_COMPONENT_DESIGNER_DESCRIPTION "places and GPS tracks on maps - widgets for Qt Designer
 The angle editor and the label that shortens its text, in the widget box of Qt
