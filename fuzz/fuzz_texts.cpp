@@ -195,7 +195,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     checkQuery(lines.first());
     const KelGeoPosition start = checkPosition(lines.first());
     const KelGeoPosition end = checkPosition(lines.last());
-    checkBeeline(start, end);
-    checkBeeline(KelGeoPosition(KelLatitude::parse(lines.first()), KelLongitude::parse(lines.last())), end);
+    if ((start.isValid() && end.isValid()) || size % 16 == 0) // the others take long
+        checkBeeline(start, end);
     return 0;
 }

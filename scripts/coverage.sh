@@ -53,7 +53,7 @@ tests=(
 tool() { command -v "$1" || command -v "$1-14"; }
 
 cmake --preset fuzz -B "$build" -DKEL_SANITIZE= -DKEL_BUILD_FUZZERS=OFF -DKEL_BUILD_TESTS=ON -DCMAKE_BUILD_TYPE=Debug \
-    -DCMAKE_CXX_FLAGS_DEBUG="-O0 -fprofile-instr-generate -fcoverage-mapping" >/dev/null
+    -DCMAKE_CXX_FLAGS="-fprofile-instr-generate -fcoverage-mapping" >/dev/null
 programs=("${topics[@]/#/corpus_}")
 [ "${1:-}" = corpus ] || programs+=("${tests[@]}")
 ${KEL_COVERAGE_BUILD:-ninja -C} "$build" "${programs[@]}"
