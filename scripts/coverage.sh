@@ -68,10 +68,23 @@ objects=()
 for object in "$build"/lib/libKel*.so; do
     objects+=(-object "$object")
 done
-"$(tool llvm-cov)" report "${objects[@]:1}" -instr-profile="$build/all.profdata" -show-region-summary=0 \
-    -show-branch-summary=0 "${sources[@]}"
-echo
-echo "Lines that nothing reached:"
-"$(tool llvm-cov)" show "${objects[@]:1}" -instr-profile="$build/all.profdata" "${sources[@]}" |
-    awk -F'|' '/^\/.*:$/ { file = $0; sub(/.*\/libs\//, "libs/", file); next } $2 ~ /^ *0$/ { print file $1 ":" $3 }' |
-    sed 's/: *\([0-9]*\)/:\1/'
+"$(tool llvm-cov)" export -format=lcov "${objects[@]:1}" -instr-profile="$build/all.profdata" 2>/dev/null |
+    awk -F: -v wanted="${sources[*]}" '
+        BEGIN { split(wanted, files, " "); for (i in files) isWanted[files[i]] = 1 }
+        /^SF:/ { file = $2; sub(/.*\/libs\//, "libs/", file) }
+        /^DA:/ && file in isWanted {
+            split($2, line, ",")
+            ++lines[file]
+            if (line[2] > 0) ++reached[file]
+            else missing[file] = missing[file] " " line[1]
+        }
+        END {
+            for (file in lines) {
+                printf "%6.1f %%  %5d of %5d lines  %s\n", 100 * reached[file] / lines[file], reached[file], lines[file], file | "sort -k6"
+                all += lines[file]
+                allReached += reached[file]
+            }
+            close("sort -k6")
+            printf "%6.1f %%  %5d of %5d lines\n\nLines that nothing reached:\n", 100 * allReached / all, allReached, all
+            for (file in missing) print file ":" missing[file] | "sort"
+        }'
