@@ -33,6 +33,13 @@ double readCoordinate(const QDomElement &element, const QString &name)
     return element.attribute(name, missingCoordinate).toDouble();
 }
 
+// New data that nobody else knows: its first handle need not be counted atomically.
+QSharedDataPointer<KelGeoPositionImpl> firstHandle(KelGeoPositionImpl *data) noexcept
+{
+    data->ref.storeRelaxed(1);
+    return QSharedDataPointer<KelGeoPositionImpl>(data, QAdoptSharedDataTag());
+}
+
 // Part of what distance() costs, hence no call.
 inline bool isValidPosition(const KelGeoPositionImpl &data) noexcept
 {
@@ -48,17 +55,17 @@ KelGeoPosition validOrDefault(const KelLatitude &latitude, const KelLongitude &l
 } // namespace
 
 KelGeoPosition::KelGeoPosition()
-    : d(new KelGeoPositionImpl)
+    : d(firstHandle(new KelGeoPositionImpl))
 {
 }
 
 KelGeoPosition::KelGeoPosition(const KelLatitude &latitude, const KelLongitude &longitude)
-    : d(new KelGeoPositionImpl(latitude, longitude))
+    : d(firstHandle(new KelGeoPositionImpl(latitude, longitude)))
 {
 }
 
 KelGeoPosition::KelGeoPosition(double latitude, double longitude)
-    : d(new KelGeoPositionImpl(latitude, longitude))
+    : d(firstHandle(new KelGeoPositionImpl(latitude, longitude)))
 {
 }
 

@@ -14,14 +14,26 @@
 #include <QDomElement>
 #include <QHashFunctions>
 
+namespace
+{
+
+/// New data that nobody else knows: its first handle need not be counted atomically.
+QSharedDataPointer<KelGPXTrackPointImpl> firstHandle(KelGPXTrackPointImpl *data) noexcept
+{
+    data->ref.storeRelaxed(1);
+    return QSharedDataPointer<KelGPXTrackPointImpl>(data, QAdoptSharedDataTag());
+}
+
+} // namespace
+
 KelGPXTrackPoint::KelGPXTrackPoint()
-    : d(new KelGPXTrackPointImpl)
+    : d(firstHandle(new KelGPXTrackPointImpl))
 {
 }
 
 KelGPXTrackPoint::KelGPXTrackPoint(const KelGeoPosition &position, int elevation, const QDateTime &timeStamp,
                                    const QString &description)
-    : d(new KelGPXTrackPointImpl(position, elevation, timeStamp, description))
+    : d(firstHandle(new KelGPXTrackPointImpl(position, elevation, timeStamp, description)))
 {
 }
 
@@ -32,7 +44,7 @@ KelGPXTrackPoint::KelGPXTrackPoint(const QDomElement &element)
 }
 
 KelGPXTrackPoint::KelGPXTrackPoint(KelGPXTrackPointImpl *data)
-    : d(data)
+    : d(firstHandle(data))
 {
 }
 
