@@ -80,8 +80,9 @@ macro(kel_configure_packages)
     set(kel_this_version "${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}")
 
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${kel_runtime})
-    set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
-    set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+    # cpack does not know these two for single components; only this package has libraries for others.
+    set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+    set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
     set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "places and GPS tracks on maps - shared libraries
 Value types for coordinates, tracks read from GPX, KML and KMZ, a renderer
 that draws tracks onto maps, and Qt item models and widgets for hosts that
