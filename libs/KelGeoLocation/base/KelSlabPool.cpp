@@ -89,6 +89,7 @@ int KelSlabPool::slabCount() const
 
 KelSlabPool::Slab *KelSlabPool::slabOf(Object *object) noexcept
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): slabs begin at multiples of their size
     return reinterpret_cast<Slab *>(reinterpret_cast<std::uintptr_t>(object) & ~std::uintptr_t(SLAB_SIZE - 1));
 }
 

@@ -415,7 +415,7 @@ void forEachCopyOfPath(const KelGPXTrackRenderer &renderer, QPainter *painter,
         renderer.drawPoint(painter, configuredTrack, option);
         return;
     }
-    const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
+    const KelGPXTrackConfiguration &configuration = configuredTrack.configuration();
     forEachWorldCopy(renderer, painter, areaOfPath(renderer, path, configuration),
                      [&](const QPointF &offset) { draw(path, configuration, offset); });
 }
@@ -698,7 +698,7 @@ void KelGPXTrackRenderer::mergeCropping(QImage *target, const QImage &mask, cons
 
 QPainterPath KelGPXTrackRenderer::createPainterPath(const KelGPXConfiguredTrack &configuredTrack) const
 {
-    const KelGPXTrack track = configuredTrack.track();
+    const KelGPXTrack &track = configuredTrack.track();
     const int strength = configuredTrack.smoothingStrength();
     const int steps = configuredTrack.smoothingSteps();
 
@@ -911,7 +911,7 @@ void KelGPXTrackRenderer::drawTrack(QPainter *painter, const KelGPXConfiguredTra
 void KelGPXTrackRenderer::drawPoint(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,
                                     TrackRenderOption option) const
 {
-    const KelGPXTrackConfiguration configuration = configuredTrack.configuration();
+    const KelGPXTrackConfiguration &configuration = configuredTrack.configuration();
     const bool stroked = option == Foreground || isStroked(configuration);
     const bool filled = option == Foreground || isFilled(configuration);
     if (!stroked && !filled)
@@ -925,7 +925,7 @@ void KelGPXTrackRenderer::drawPoint(QPainter *painter, const KelGPXConfiguredTra
     const QPointF point = position ? projectPosition(*position) : QPointF();
     if (position && isDrawable(point)) {
         const double radius = scale(configuredTrack.lineWidth().value());
-        const KelGPXMarkerShape marker = configuration.markerShape();
+        const KelGPXMarkerShape &marker = configuration.markerShape();
         forEachWorldCopy(*this, painter, areaOfMarker(*this, point, radius, configuration),
                          [&](const QPointF &) { marker.draw(painter, point, radius, radius); });
     }

@@ -226,7 +226,7 @@ public:
                 addSubpath(subpath, segment, end);
             segment = end;
         }
-        return std::move(m_path);
+        return m_path;
     }
 
 private:
