@@ -33,7 +33,8 @@ public:
     void load(KelConfigItem<QString> &item) const;
 
     /// Writes the item's value under its key, the default too. When the store cannot be written, on a full disk for
-    /// one, it stays as it was; the failure is logged (KelLogger::logSettings()) and the result is false.
+    /// one, it stays as it was; the failure is logged (KelLogger::logSettings()) and the result is false. Room is looked
+    /// for before; a disk that another program fills up in the moment after that is not noticed by Qt.
     bool save(const KelConfigItem<bool> &item) const;
     /// As above, for an integer.
     bool save(const KelConfigItem<int> &item) const;

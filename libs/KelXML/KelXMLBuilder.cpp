@@ -13,11 +13,14 @@
 #include <QDomDocument>
 #include <QDomNode>
 #include <QFileInfo>
+#include <QLoggingCategory>
 
 namespace
 {
 
 constexpr int FileIndent = 1;
+
+Q_LOGGING_CATEGORY(filesCategory, "kel.files", QtInfoMsg)
 
 QByteArray fileContent(const QDomDocument &document)
 {
@@ -68,11 +71,13 @@ bool KelXMLBuilder::saveUTF8(const QDomDocument &document, const QFileInfo &file
     KelFileReplacer replacer(fileInfo.filePath());
     if (replacer.replaceWith(fileContent(document)))
         return true;
-    if (errorHistory) {
-        KelErrorHistory::Entry entry;
-        entry.fileName = fileInfo.filePath();
-        entry.message = QCoreApplication::translate("KelXMLBuilder", "cannot be written: %1").arg(replacer.errorText());
+    KelErrorHistory::Entry entry;
+    entry.fileName = fileInfo.filePath();
+    entry.message = QCoreApplication::translate("KelXMLBuilder", "cannot be written: %1").arg(replacer.errorText());
+    // What no caller asks for is not lost without a trace.
+    if (errorHistory)
         errorHistory->add(entry);
-    }
+    else
+        qCWarning(filesCategory).noquote() << entry.toString();
     return false;
 }

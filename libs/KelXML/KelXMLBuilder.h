@@ -52,8 +52,8 @@ public:
     /// link points to which is replaced, not the link. The access rights of an existing file are kept, a write-protected
     /// one is not replaced. Devices and pipes cannot be replaced and are written to directly.
     ///
-    /// Returns whether the file was written; if not, one entry with file name and reason is added to the history,
-    /// which may be nullptr.
+    /// Returns whether the file was written; if not, one entry with file name and reason is added to the history.
+    /// Without a history (nullptr) the entry goes to the log instead, as a warning of the category "kel.files".
     static bool saveUTF8(const QDomDocument &document, const QFileInfo &fileInfo, KelErrorHistory *errorHistory);
 };
 

@@ -19,6 +19,8 @@
 namespace
 {
 
+constexpr int MAXIMUM_LINKS = 40; // as the kernel follows
+
 /// The reason, and what to do about it where that can be said.
 QString explain(int errorNumber)
 {
@@ -83,10 +85,20 @@ bool KelOutputFile::write(const QByteArray &bytes)
         return writeThrough(bytes); // a device or a pipe
     if (info.exists() && !info.isWritable())
         return fail(EACCES);
-    return replace(info.exists()          ? info.canonicalFilePath()
-                       : info.isSymLink() ? info.symLinkTarget()
-                                          : info.absoluteFilePath(),
-                   bytes);
+    const QString target = targetOf(info.absoluteFilePath());
+    return target.isEmpty() ? fail(ELOOP) : replace(target, bytes);
+}
+
+/// Where links lead in the end, which need not exist; empty if they lead nowhere at all.
+QString KelOutputFile::targetOf(const QString &path)
+{
+    QFileInfo info(path);
+    for (int i = 0; i < MAXIMUM_LINKS; ++i) {
+        if (!info.isSymLink())
+            return info.absoluteFilePath();
+        info.setFile(info.symLinkTarget());
+    }
+    return QString();
 }
 
 bool KelOutputFile::writeThrough(const QByteArray &bytes)

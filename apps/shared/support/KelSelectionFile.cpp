@@ -9,13 +9,28 @@
 #include <KelXMLBuilder.h>
 #include <KelXMLLoader.h>
 
+#include <QDeadlineTimer>
 #include <QDomDocument>
 #include <QDomElement>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QThread>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
+
+constexpr int PATIENCE_MS = 60000;
+constexpr int RETRY_MS = 10;
 
 const QString ROOT = QStringLiteral("kelTracks");
 const QString SELECTION = QStringLiteral("gpxtrack");
@@ -44,10 +59,104 @@ private:
     bool m_moved;
 };
 
+QDomElement includeOf(const QDomElement &row)
+{
+    return row.firstChildElement(TRACK).firstChildElement(INCLUDE);
+}
+
 QString includedFile(const QDomElement &row)
 {
-    return row.firstChildElement(TRACK).firstChildElement(INCLUDE).text();
+    return includeOf(row).text();
 }
+
+QSet<QString> filesIn(const QDir &dir)
+{
+    const QStringList names = dir.entryList(QDir::Files);
+    return QSet<QString>(names.cbegin(), names.cend());
+}
+
+/// Keeps other processes, and other threads, from changing the store. The folder itself is locked: that needs no room on
+/// the disk and no right to write, leaves nothing behind, and ends with the process. Where folders cannot be locked, as
+/// on some network drives, everybody goes ahead.
+class StoreLock
+{
+public:
+    explicit StoreLock(const QDir &store)
+        : m_folder(::open(QFile::encodeName(store.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        QDeadlineTimer patience(PATIENCE_MS);
+        while (m_folder >= 0 && ::flock(m_folder, LOCK_EX | LOCK_NB) != 0) {
+            if (errno != EWOULDBLOCK)
+                break;
+            m_isOthers = patience.hasExpired();
+            if (m_isOthers)
+                break;
+            QThread::msleep(RETRY_MS);
+        }
+    }
+    ~StoreLock()
+    {
+        if (m_folder >= 0)
+            ::close(m_folder);
+    }
+    Q_DISABLE_COPY_MOVE(StoreLock)
+
+    /// Whether somebody else has it and does not let go.
+    [[nodiscard]] bool isOthers() const { return m_isOthers; }
+
+private:
+    int m_folder;
+    bool m_isOthers = false;
+};
+
+/// Which track files this process has read or written, and what they looked like then: a file that looks the same still
+/// holds the same track. Another process may have removed one and used its name for a track of its own.
+class KnownFiles
+{
+public:
+    static void remember(const QString &path)
+    {
+        const QMutexLocker locker(&mutex());
+        table().insert(path, Look(path));
+    }
+    static bool isUnchanged(const QString &path)
+    {
+        const QMutexLocker locker(&mutex());
+        const auto found = table().constFind(path);
+        return found != table().constEnd() && found.value() == Look(path);
+    }
+
+private:
+    struct Look
+    {
+        explicit Look(const QString &path)
+        {
+            struct stat status = {};
+            if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+                return;
+            file = status.st_ino;
+            size = status.st_size;
+            seconds = status.st_mtim.tv_sec;
+            nanoseconds = status.st_mtim.tv_nsec;
+        }
+        bool operator==(const Look &other) const = default;
+
+        ino_t file = 0;
+        off_t size = -1;
+        time_t seconds = 0;
+        long nanoseconds = 0;
+    };
+    static QMutex &mutex()
+    {
+        static QMutex instance;
+        return instance;
+    }
+    static QHash<QString, Look> &table()
+    {
+        static QHash<QString, Look> instance;
+        return instance;
+    }
+};
 
 } // namespace
 
@@ -77,7 +186,10 @@ KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection,
         errors.add(entry);
         return Result::Malformed;
     }
-    const QStringList missing = unreadable(trackFiles(root));
+    const QStringList names = trackFiles(root);
+    for (const QString &name : names)
+        KnownFiles::remember(m_store.filePath(name));
+    const QStringList missing = unreadable(names);
     for (const QString &name : missing) {
         fail(Result::Unreadable,
              QStringLiteral("its track file %1 is missing or damaged; keep the folder %2 beside it")
@@ -104,6 +216,9 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
         return notSaved(QStringLiteral("this is a folder; name a file in it"));
     if (!m_store.mkpath(QStringLiteral(".")))
         return notSaved(QStringLiteral("the folder %1 cannot be made").arg(m_store.path()));
+    const StoreLock lock(m_store);
+    if (lock.isOthers())
+        return notSaved(QStringLiteral("another program is saving it; try again"));
     const ElsewhereThan guard(m_store);
     // Tracks that the former document has stored keep their files: reading it tells the library which they are.
     if (file.exists()) {
@@ -112,33 +227,43 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
             static_cast<void>(KelGPXTrackSelection(former, m_store, QString()));
     }
 
-    const QStringList formerFiles = m_store.entryList(QDir::Files);
+    const QSet<QString> formerFiles = filesIn(m_store);
     QDomDocument document;
     QDomElement root = KelXMLBuilder::buildRootElement(document, ROOT);
     selection.toXml(root, m_store);
-    writeMissingTracks(selection, root);
+    correctTracks(selection, root, formerFiles);
     // The library stores tracks without a word about success.
-    QStringList added = trackFiles(root);
+    const QStringList names = trackFiles(root);
+    QStringList added = names;
     added.removeIf([&](const QString &name) { return formerFiles.contains(name); });
+    const auto giveUp = [&](const QString &reason) {
+        removeFiles(added);
+        if (formerFiles.isEmpty())
+            m_store.rmdir(m_store.path()); // only succeeds if nothing else is in it
+        return notSaved(reason);
+    };
     if (!unreadable(added).isEmpty()) {
-        removeFilesBut(formerFiles);
-        return notSaved(
+        return giveUp(
             QStringLiteral("its tracks could not be written to %1; is the disk full or the folder read-only?")
                 .arg(m_store.path()));
     }
     KelErrorHistory reasons;
-    if (!KelXMLBuilder::saveUTF8(document, file, &reasons)) {
-        removeFilesBut(formerFiles);
-        return notSaved(reasons.last().message);
-    }
+    if (!KelXMLBuilder::saveUTF8(document, file, &reasons))
+        return giveUp(reasons.last().message);
+    for (const QString &name : names)
+        KnownFiles::remember(m_store.filePath(name));
     return Result::Done;
 }
 
 void KelSelectionFile::removeUnusedTracks() const
 {
+    // What another process is about to save may not be mentioned yet.
+    const StoreLock lock(m_store);
     const QDomElement root = KelXMLLoader::loadDocumentElement(QFileInfo(m_path));
-    if (!root.isNull())
-        removeFilesBut(trackFiles(root));
+    if (root.isNull() || lock.isOthers())
+        return;
+    const QStringList names = trackFiles(root);
+    removeFiles((filesIn(m_store) - QSet<QString>(names.cbegin(), names.cend())).values());
 }
 
 QStringList KelSelectionFile::trackFiles(const QDomElement &root)
@@ -164,30 +289,46 @@ QStringList KelSelectionFile::unreadable(const QStringList &names) const
     return result;
 }
 
-/// The library remembers where it has stored a track and does not look again: a file that was deleted since then,
-/// by this class or by anybody, is written anew under its name.
-void KelSelectionFile::writeMissingTracks(const KelGPXTrackSelection &selection, const QDomElement &root) const
+bool KelSelectionFile::holds(const QString &name, const KelGPXTrack &track) const
 {
+    const QString path = m_store.filePath(name);
+    if (KnownFiles::isUnchanged(path))
+        return true;
+    const QDomElement stored = KelXMLLoader::loadDocumentElement(QFileInfo(path)).firstChildElement(TRACK);
+    QDomDocument document;
+    QDomElement root = KelXMLBuilder::buildRootElement(document, ROOT);
+    track.toXml(root, QDir(QString()));
+    return !stored.isNull() && KelXMLBuilder::toText(stored, 0) == KelXMLBuilder::toText(root.firstChildElement(), 0);
+}
+
+/// The library remembers where it has stored a track and does not look again: a file that was deleted since then,
+/// by this class or by anybody, is written anew under its name; when another process has used the name meanwhile, the
+/// track gets another one.
+void KelSelectionFile::correctTracks(const KelGPXTrackSelection &selection, const QDomElement &root,
+                                     const QSet<QString> &formerFiles) const
+{
+    KelGPXTrackFileRegistry &registry = KelGPXTrackFileRegistry::instance();
     QDomElement element = root.firstChildElement(SELECTION).firstChildElement();
     for (int row = 0; row < selection.count() && !element.isNull(); ++row, element = element.nextSiblingElement()) {
         const QString name = includedFile(element);
+        const KelGPXTrack track = selection.value(row).track();
+        const KelGPXTrackFileRegistryKey key(track, m_store);
         const QFileInfo stored(m_store, name);
-        if (!name.isEmpty() && !stored.exists()) {
-            KelGPXTrackFileRegistry::instance().saveTrackInFile(
-                KelGPXTrackFileRegistryKey(selection.value(row).track(), m_store), stored);
+        if (name.isEmpty() || (stored.exists() && !formerFiles.contains(name)))
+            continue; // in the document itself, or stored just now
+        if (!stored.exists()) {
+            registry.saveTrackInFile(key, stored);
+        } else if (!holds(name, track)) {
+            registry.registerFile(key, QString()); // as if never stored
+            includeOf(element).firstChild().setNodeValue(registry.createAssignedFile(key));
         }
     }
 }
 
-void KelSelectionFile::removeFilesBut(const QStringList &kept) const
+void KelSelectionFile::removeFiles(const QStringList &names) const
 {
-    const QStringList files = m_store.entryList(QDir::Files);
-    for (const QString &name : files) {
-        if (!kept.contains(name))
-            QFile::remove(m_store.filePath(name));
-    }
-    if (kept.isEmpty())
-        m_store.rmdir(m_store.path()); // only succeeds if nothing else is in it
+    for (const QString &name : names)
+        QFile::remove(m_store.filePath(name));
 }
 
 KelSelectionFile::Result KelSelectionFile::fail(Result result, const QString &message, KelErrorHistory &errors) const

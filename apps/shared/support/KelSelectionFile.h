@@ -7,14 +7,18 @@
 #include <KelGPXTrackSelection.h>
 
 #include <QDir>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
 class KelErrorHistory;
+class KelGPXTrack;
 class QDomElement;
 
 /// Keeps a selection in a document of its own: looks and cropping in the document, each track in a file of a folder
 /// beside it ("trip.xml" and "trip.tracks/"), so that points are stored once.
+///
+/// Several processes may save one document: the last one wins, as a whole. While one saves, the others wait.
 ///
 /// Reasons of a failure are added to the error history, in words that fit behind the file's name.
 class KelSelectionFile
@@ -45,8 +49,11 @@ private:
     [[nodiscard]] static QStringList trackFiles(const QDomElement &root);
     /// Names of files that hold no track, of those mentioned.
     [[nodiscard]] QStringList unreadable(const QStringList &names) const;
-    void writeMissingTracks(const KelGPXTrackSelection &selection, const QDomElement &root) const;
-    void removeFilesBut(const QStringList &kept) const;
+    /// Whether the file holds that track, as the library writes it.
+    [[nodiscard]] bool holds(const QString &name, const KelGPXTrack &track) const;
+    void correctTracks(const KelGPXTrackSelection &selection, const QDomElement &root,
+                       const QSet<QString> &formerFiles) const;
+    void removeFiles(const QStringList &names) const;
     Result fail(Result result, const QString &message, KelErrorHistory &errors) const;
 
     QString m_path;

@@ -10,6 +10,7 @@
 
 #include <QDomDocument>
 #include <QDomElement>
+#include <QFile>
 #include <QMutexLocker>
 #include <QSet>
 
@@ -54,6 +55,27 @@ QDir unshared(const QDir &dir)
     return copy;
 }
 
+/// A new file of the track's own, empty for now: another process that stores tracks in the same directory meets it and
+/// takes another name. Where none can be made, saving will fail as well, and the name is as good as any.
+QFileInfo takeNewFile(const QFileInfo &wanted, const QDir &dir)
+{
+    for (;;) {
+        const QFileInfo unique =
+            KelUniqueFilenameMaker::instance().makeUniqueFileNameInSafeContainer(wanted, QSet<QDir>{dir});
+        QFile file(unique.filePath());
+        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || !file.exists())
+            return unique;
+    }
+}
+
+/// What is left of a new file that could not be written.
+void removeIfEmpty(const QFileInfo &file)
+{
+    const QFileInfo now(file.filePath());
+    if (now.exists() && now.size() == 0)
+        QFile::remove(now.filePath());
+}
+
 } // namespace
 
 KelGPXTrackFileRegistry::KelGPXTrackFileRegistry() = default;
@@ -91,10 +113,9 @@ QString KelGPXTrackFileRegistry::createAssignedFile(const KelGPXTrackFileRegistr
     if (!known.isEmpty())
         return known;
 
-    const QFileInfo wanted = createFileInfo(key, QStringLiteral("track.gps"));
-    const QFileInfo unique =
-        KelUniqueFilenameMaker::instance().makeUniqueFileNameInSafeContainer(wanted, QSet<QDir>{key.dir()});
+    const QFileInfo unique = takeNewFile(createFileInfo(key, QStringLiteral("track.gps")), key.dir());
     saveTrackInFile(key, unique);
+    removeIfEmpty(unique);
     registerFile(key, unique.fileName());
     return unique.fileName();
 }

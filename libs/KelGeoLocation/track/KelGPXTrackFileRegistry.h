@@ -36,12 +36,12 @@ public:
     /// The file of that name in the key's directory.
     [[nodiscard]] QFileInfo createFileInfo(const KelGPXTrackFileRegistryKey &key, const QString &name) const;
 
-    /// Writes the track, complete, under the root element "includedTrack". A failure is not reported.
+    /// Writes the track, complete, under the root element "includedTrack". A failure is not reported, only logged.
     void saveTrackInFile(const KelGPXTrackFileRegistryKey &key, const QFileInfo &file);
 
     /// The name of the file that holds the key's track; if the key is not known, the track is saved in a new file,
-    /// whose name is derived from "track.gps". Thread-safe: two threads with the same new track make one file. There
-    /// is no check of the key's validity.
+    /// whose name is derived from "track.gps". Thread-safe: two threads with the same new track make one file. Two
+    /// processes never take the same name for their tracks. There is no check of the key's validity.
     QString createAssignedFile(const KelGPXTrackFileRegistryKey &key);
 
 private:
