@@ -1,0 +1,245 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelFaultTestSupport.h"
+
+#include <KelErrorHistory.h>
+#include <KelGPXTrackFileRegistry.h>
+#include <KelSelectionFile.h>
+
+#include <QDomDocument>
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <csignal>
+
+using namespace KelFaultTestSupport;
+
+/// Stores that several processes write to, that are large, or that somebody else has changed meanwhile.
+class tst_SharedStores : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void processesKeepTheirTracksApart();
+    void processesSaveOneDocument_data();
+    void processesSaveOneDocument();
+    void processesAreKilledWhileOthersSave();
+    void aNameThatAnotherTrackHasTaken();
+    void aFailedSaveLeavesTheTracksOfOthers();
+    void thousandsOfTracks();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_dir->filePath(name); }
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+namespace
+{
+
+constexpr int PROCESSES = 3;
+
+KelGPXTrack trackOf(int number)
+{
+    return KelTestTracks::track(QStringLiteral("1,%1 2,3").arg(number % 90), QStringLiteral("t%1").arg(number));
+}
+
+KelGPXTrack includedTrack(const QDir &dir, const QString &name)
+{
+    QDomDocument state;
+    state.setContent("<trk><include>" + name + "</include></trk>");
+    return KelGPXTrack(state.documentElement(), dir);
+}
+
+KelGPXTrackSelection load(const QString &path, KelSelectionFile::Result *result)
+{
+    KelGPXTrackSelection read;
+    KelErrorHistory errors;
+    *result = KelSelectionFile(path).load(read, errors);
+    if (!errors.isEmpty())
+        qWarning("%s", qPrintable(errors.last().toString()));
+    return read;
+}
+
+bool isSaved(const KelGPXTrackSelection &selection, const QString &path)
+{
+    KelErrorHistory errors;
+    return KelSelectionFile(path).save(selection, errors) == KelSelectionFile::Result::Done;
+}
+
+QString lettersOf(int process, int round)
+{
+    return QString(QChar('A' + process)) + QChar('a' + round % 26) + QChar('J' + (process + round) % 9);
+}
+
+} // namespace
+
+void tst_SharedStores::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>(temporaryTemplate());
+    QVERIFY(m_dir->isValid());
+}
+
+void tst_SharedStores::processesKeepTheirTracksApart()
+{
+    constexpr int tracks = 60;
+    const QDir store(m_dir->path());
+    QList<pid_t> children;
+    for (int process = 0; process < PROCESSES; ++process) {
+        children.append(start([&, process] {
+            QByteArray names;
+            for (int i = 0; i < tracks; ++i) {
+                const KelGPXTrackFileRegistryKey key(trackOf(process * tracks + i), store);
+                names += KelGPXTrackFileRegistry::instance().createAssignedFile(key).toUtf8() + '\n';
+            }
+            write(path("names") + QString::number(process), names);
+            return 0;
+        }));
+    }
+    for (const pid_t child : children)
+        QCOMPARE(waitFor(child).code, 0);
+    for (int process = 0; process < PROCESSES; ++process) {
+        const QList<QByteArray> names = contentOf(path("names") + QString::number(process)).split('\n');
+        QCOMPARE(names.size(), tracks + 1);
+        for (int i = 0; i < tracks; ++i)
+            QCOMPARE(includedTrack(store, names.at(i)).name(), trackOf(process * tracks + i).name());
+    }
+    QCOMPARE(store.entryList({"track*.gps"}).size(), PROCESSES * tracks);
+}
+
+void tst_SharedStores::processesSaveOneDocument_data()
+{
+    QTest::addColumn<bool>("clean");
+    QTest::newRow("documents") << false;
+    QTest::newRow("sessions, which remove what is not needed any more") << true;
+}
+
+void tst_SharedStores::processesSaveOneDocument()
+{
+    QFETCH(bool, clean);
+    constexpr int rounds = 12;
+    const QString name = path("trip.xml");
+    QList<pid_t> children;
+    for (int process = 0; process < PROCESSES; ++process) {
+        children.append(start([&, process] {
+            for (int round = 0; round < rounds; ++round) {
+                if (!isSaved(selection(lettersOf(process, round)), name))
+                    return 1;
+                if (clean)
+                    KelSelectionFile(name).removeUnusedTracks();
+            }
+            return 0;
+        }));
+    }
+    for (const pid_t child : children)
+        QCOMPARE(waitFor(child).code, 0);
+    auto result = KelSelectionFile::Result::Malformed;
+    const KelGPXTrackSelection read = load(name, &result);
+    QCOMPARE(result, KelSelectionFile::Result::Done);
+    bool isOneOfThem = false;
+    for (int process = 0; process < PROCESSES; ++process)
+        isOneOfThem = isOneOfThem || read == selection(lettersOf(process, rounds - 1));
+    QVERIFY(isOneOfThem);
+}
+
+void tst_SharedStores::processesAreKilledWhileOthersSave()
+{
+    const QString name = path("trip.xml");
+    QVERIFY(isSaved(selection("AB"), name));
+    for (int round = 0; round < 12; ++round) {
+        const auto saveForEver = [&](int process) {
+            return start([&, process] {
+                for (int i = 0;; ++i)
+                    if (!isSaved(selection(lettersOf(process, i)), name))
+                        return 1;
+            });
+        };
+        const pid_t first = saveForEver(0);
+        const pid_t second = saveForEver(1);
+        QTest::qSleep(5 + 7 * round);
+        ::kill(first, SIGKILL);
+        QTest::qSleep(10);
+        ::kill(second, SIGKILL);
+        QVERIFY(waitFor(first).killed);
+        QVERIFY(waitFor(second).killed);
+        auto result = KelSelectionFile::Result::Malformed;
+        QVERIFY(load(name, &result).count() >= 2);
+        QCOMPARE(result, KelSelectionFile::Result::Done);
+        // The dead are in nobody's way.
+        QVERIFY(isSaved(selection("AB"), name));
+    }
+}
+
+void tst_SharedStores::aNameThatAnotherTrackHasTaken()
+{
+    const QString name = path("trip.xml");
+    QVERIFY(isSaved(selection("A"), name));
+    // Another process removes the track that this one has stored, and stores its own under the name that is free.
+    QCOMPARE(waitFor(start([&] {
+                 QFile::remove(path("trip.tracks/track.gps"));
+                 const KelGPXTrackFileRegistryKey key(selection("B").value(0).track(), QDir(path("trip.tracks")));
+                 KelGPXTrackFileRegistry::instance().saveTrackInFile(key, QFileInfo(path("trip.tracks/track.gps")));
+                 return 0;
+             })).code,
+             0);
+    QVERIFY(isSaved(selection("A"), name));
+    auto result = KelSelectionFile::Result::Malformed;
+    QVERIFY(load(name, &result) == selection("A"));
+    QCOMPARE(includedTrack(QDir(path("trip.tracks")), "track.gps").name(), "B");
+}
+
+void tst_SharedStores::aFailedSaveLeavesTheTracksOfOthers()
+{
+    const QString name = path("trip.xml");
+    QVERIFY(isSaved(selection("A"), name));
+    // The document's place is taken by a folder as soon as the tracks are stored; another process stores one meanwhile.
+    write(path("trip.tracks/others.gps"), "<includedTrack/>");
+    QVERIFY(QFile::rename(name, path("former.xml")));
+    QVERIFY(QDir().mkdir(name));
+    QVERIFY(!isSaved(selection("AB"), name));
+    QCOMPARE(filesIn(path("trip.tracks")), (QStringList{"others.gps", "track.gps"}));
+}
+
+void tst_SharedStores::thousandsOfTracks()
+{
+    const int wanted = qEnvironmentVariableIntValue("KEL_STORED_TRACKS");
+    const int count = wanted > 0 ? wanted : 1000;
+    const QString name = path("many.xml");
+    KelGPXTrackSelection many;
+    for (int i = 0; i < count; ++i)
+        many.addTrack(KelGPXConfiguredTrack(trackOf(i), KelTestTracks::configuration(TrackShapeAuto)));
+
+    QElapsedTimer timer;
+    const auto report = [&timer, count](const char *what) {
+        qInfo("%d tracks, %s: %lld ms", count, what, static_cast<long long>(timer.restart()));
+    };
+    timer.start();
+    QVERIFY(isSaved(many, name));
+    report("saved");
+    QCOMPARE(QDir(path("many.tracks")).entryList(QDir::Files).size(), count);
+    timer.restart();
+    QVERIFY(isSaved(many, name));
+    report("saved again");
+    QCOMPARE(QDir(path("many.tracks")).entryList(QDir::Files).size(), count);
+
+    timer.restart();
+    auto result = KelSelectionFile::Result::Malformed;
+    QVERIFY(load(name, &result) == many);
+    report("loaded");
+    QCOMPARE(result, KelSelectionFile::Result::Done);
+
+    KelGPXTrackSelection half = many;
+    for (int row = count - 1; row >= count / 2; --row)
+        half.removeAt(row);
+    QVERIFY(isSaved(half, name));
+    timer.restart();
+    KelSelectionFile(name).removeUnusedTracks();
+    report("cleaned up");
+    QCOMPARE(QDir(path("many.tracks")).entryList(QDir::Files).size(), count / 2);
+    QVERIFY(load(name, &result) == half);
+}
+
+QTEST_GUILESS_MAIN(tst_SharedStores)
+#include "tst_SharedStores.moc"
