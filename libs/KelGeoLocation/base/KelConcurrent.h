@@ -171,18 +171,19 @@ private:
     static QList<Result> execute(const Pieces &pieces, const Map &map)
     {
         std::vector<std::optional<Result>> values(static_cast<std::size_t>(pieces.size()));
-        std::atomic<qsizetype> next{0};
-        const auto work = [&pieces, &map, &values, &next] {
-            for (qsizetype i = next++; i < pieces.size(); i = next++)
+        const qsizetype wanted = std::max(2U, std::thread::hardware_concurrency());
+        const qsizetype threads = std::min(pieces.size(), wanted);
+        // Each thread has pieces of its own from the start. A common counter would keep the pieces in an order that
+        // the pool does not promise, and so hide their races.
+        const auto work = [&pieces, &map, &values, threads](qsizetype first) {
+            for (qsizetype i = first; i < pieces.size(); i += threads)
                 values[static_cast<std::size_t>(i)] = map(pieces.at(i));
         };
         {
-            const qsizetype wanted = std::max(2U, std::thread::hardware_concurrency());
-            const qsizetype threads = std::min(pieces.size(), wanted);
             std::vector<std::jthread> others;
             for (qsizetype i = 1; i < threads; ++i)
-                others.emplace_back(work);
-            work();
+                others.emplace_back(work, i);
+            work(0);
         }
         QList<Result> results;
         for (std::optional<Result> &value : values) {
