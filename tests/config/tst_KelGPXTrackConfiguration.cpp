@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <limits>
+#include <memory>
 #include <type_traits>
 
 namespace
@@ -190,11 +191,10 @@ void tst_KelGPXTrackConfiguration::settersTellWhetherAnythingChanged()
 
 void tst_KelGPXTrackConfiguration::equalityLooksAtEveryField_data()
 {
-    QTest::addColumn<KelGPXTrackConfiguration *>("other");
+    QTest::addColumn<std::shared_ptr<KelGPXTrackConfiguration>>("other");
 
-    // The rows own what they hold as long as the program runs.
     const auto row = [](const char *name, auto change) {
-        auto *other = new KelGPXTrackConfiguration(unusual());
+        const auto other = std::make_shared<KelGPXTrackConfiguration>(unusual());
         change(*other);
         QTest::newRow(name) << other;
     };
@@ -212,7 +212,7 @@ void tst_KelGPXTrackConfiguration::equalityLooksAtEveryField_data()
 
 void tst_KelGPXTrackConfiguration::equalityLooksAtEveryField()
 {
-    QFETCH(KelGPXTrackConfiguration *, other);
+    QFETCH(std::shared_ptr<KelGPXTrackConfiguration>, other);
 
     QVERIFY(!(unusual() == *other));
     QVERIFY(unusual() != *other);
