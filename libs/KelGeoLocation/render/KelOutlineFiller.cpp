@@ -12,9 +12,11 @@
 #include <QRgb>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <span>
 #include <utility>
@@ -38,6 +40,31 @@ QRgb scaled(QRgb pixel, unsigned factor)
     return QRgb(bytes) | QRgb(bytes >> 24);
 }
 
+// Puts a color with so much transparency over pixels. Written so that compilers take many bytes at a time.
+constexpr int BLOCK = 8;
+using BlockBytes = std::array<uchar, BLOCK * sizeof(QRgb)>;
+
+void blendBlock(uchar *bytes, const BlockBytes &color, unsigned transparency)
+{
+    for (std::size_t i = 0; i < color.size(); ++i) {
+        const auto product = static_cast<std::uint16_t>(bytes[i] * transparency);
+        bytes[i] = static_cast<uchar>(color[i] + ((product + (product >> 8) + 0x80) >> 8));
+    }
+}
+
+void blend(QRgb *from, QRgb *to, QRgb color, unsigned transparency)
+{
+    if (to - from >= BLOCK) {
+        BlockBytes colors;
+        for (std::size_t i = 0; i < colors.size(); i += sizeof(QRgb))
+            std::memcpy(colors.data() + i, &color, sizeof(QRgb));
+        for (; to - from >= BLOCK; from += BLOCK)
+            blendBlock(reinterpret_cast<uchar *>(from), colors, transparency);
+    }
+    for (; from != to; ++from)
+        *from = color + scaled(*from, transparency);
+}
+
 // The part of the outline's color that shows where so much is covered, painted over a row of pixels.
 class RowPainter
 {
@@ -52,12 +79,10 @@ public:
     {
         const QRgb color = coverage == OPAQUE ? m_color : scaled(m_color, static_cast<unsigned>(coverage));
         const auto transparency = static_cast<unsigned>(OPAQUE - qAlpha(color));
-        if (transparency == 0) {
+        if (transparency == 0)
             std::fill(m_row + from, m_row + to, color);
-            return;
-        }
-        for (QRgb *pixel = m_row + from; pixel != m_row + to; ++pixel)
-            *pixel = color + scaled(*pixel, transparency);
+        else
+            blend(m_row + from, m_row + to, color, transparency);
     }
 
 private:
