@@ -37,7 +37,7 @@ private:
 
     KelTemporarySettings m_settings;
     QTemporaryDir m_folder;
-    const KelTrackSelectionFactoryGPXFile m_factory;
+    const KelTrackSelectionFactoryGPXFile m_factory{};
 };
 
 void tst_KelTrackSelectionFactoryGPXFile::initTestCase()

@@ -68,7 +68,7 @@ private:
 
     KelTemporarySettings m_settings;
     QTemporaryDir m_folder;
-    const KelTrackSelectionFactoryKmlFile m_factory;
+    const KelTrackSelectionFactoryKmlFile m_factory{};
 };
 
 namespace
