@@ -15,6 +15,28 @@ namespace
 
 constexpr QChar ByteOrderMark(0xfeff);
 
+constexpr qint64 block = 1024 * 1024;
+
+/// All bytes of the file; nothing of one that is too large. A device need not have an end; one of zeros is left early,
+/// since no text of any encoding starts with four of them.
+QByteArray readBounded(QFile &file)
+{
+    const bool isPipe = file.isSequential() || file.size() == 0;
+    const qint64 limit = isPipe ? KelFileHandler::MAXIMUM_PIPE_SIZE : KelFileHandler::MAXIMUM_SIZE;
+    if (file.size() > limit)
+        return QByteArray();
+    QByteArray bytes;
+    bytes.reserve(qsizetype(file.size()));
+    QByteArray piece = file.read(block);
+    while (!piece.isEmpty() && bytes.size() <= limit) {
+        bytes.append(piece);
+        if (isPipe && bytes.startsWith(QByteArray(4, '\0')))
+            return QByteArray();
+        piece = file.read(block);
+    }
+    return bytes.size() <= limit ? bytes : QByteArray();
+}
+
 /// The text of a file; null if it has none, or cannot be read to its end.
 QString readWhole(const QFileInfo &fileInfo)
 {
@@ -22,7 +44,7 @@ QString readWhole(const QFileInfo &fileInfo)
     // Qt warns about a file without a name; here it is one that cannot be read, like any other.
     if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
         return QString();
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = readBounded(file);
     if (file.error() != QFileDevice::NoError)
         return QString();
 

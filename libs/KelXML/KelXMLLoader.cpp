@@ -4,6 +4,7 @@
 #include "KelXMLLoader.h"
 
 #include <KelErrorHistory.h>
+#include <KelXMLGate.h>
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -11,7 +12,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QString>
-#include <QXmlStreamReader>
 
 #include <algorithm>
 
@@ -20,29 +20,31 @@ namespace
 
 constexpr QChar ByteOrderMark(0xfeff);
 
+constexpr qint64 BLOCK = 1024 * 1024;
+
 /// Qt counts the characters of the line that it has read: none yet means the first column.
 qint64 columnFromOne(qint64 column)
 {
     return std::max<qint64>(column, 1);
 }
 
-/// Whether elements are nested deeper than the tree bears, and where. Most documents have fewer tags than that and
-/// need no look.
-template<class Source>
-bool isTooDeep(const Source &source, KelErrorHistory::Entry &place)
+/// All bytes of a file; false when there are more than may be. A device need not have an end; one of zeros is left early,
+/// since no text of any encoding starts with four of them.
+bool readAll(QFile &file, QByteArray &bytes)
 {
-    if (source.count('<') <= KelXMLLoader::MAXIMUM_DEPTH)
+    const bool isPipe = file.isSequential() || file.size() == 0;
+    const qint64 limit = isPipe ? KelXMLGate::MAXIMUM_PIPE_SIZE : KelXMLGate::MAXIMUM_SIZE;
+    if (file.size() > limit)
         return false;
-    QXmlStreamReader xml(source);
-    xml.setNamespaceProcessing(false);
-    int depth = 0;
-    while (!xml.atEnd() && depth <= KelXMLLoader::MAXIMUM_DEPTH) {
-        const QXmlStreamReader::TokenType token = xml.readNext();
-        depth += token == QXmlStreamReader::StartElement ? 1 : token == QXmlStreamReader::EndElement ? -1 : 0;
+    bytes.reserve(qsizetype(file.size()));
+    QByteArray block = file.read(BLOCK);
+    while (!block.isEmpty() && bytes.size() <= limit) {
+        bytes.append(block);
+        if (isPipe && bytes.startsWith(QByteArray(4, '\0')))
+            return false;
+        block = file.read(BLOCK);
     }
-    place.line = xml.lineNumber();
-    place.column = columnFromOne(xml.columnNumber());
-    return depth > KelXMLLoader::MAXIMUM_DEPTH;
+    return bytes.size() <= limit;
 }
 
 void report(KelErrorHistory *errorHistory, const KelErrorHistory::Entry &entry)
@@ -55,11 +57,10 @@ void report(KelErrorHistory *errorHistory, const KelErrorHistory::Entry &entry)
 template<class Source>
 QDomDocument parse(const Source &source, const QString &fileName, KelErrorHistory *errorHistory)
 {
-    KelErrorHistory::Entry place;
-    if (isTooDeep(source, place)) {
-        report(errorHistory, {fileName, place.line, place.column,
-                              QStringLiteral("elements are nested more than %1 levels deep")
-                                  .arg(KelXMLLoader::MAXIMUM_DEPTH)});
+    KelErrorHistory::Entry reason;
+    if (!KelXMLGate::admits(source, &reason)) {
+        reason.fileName = fileName;
+        report(errorHistory, reason);
         return {};
     }
     QDomDocument document;
@@ -90,10 +91,13 @@ QDomDocument KelXMLLoader::loadDocument(const QFileInfo &fileInfo, KelErrorHisto
         return {};
     }
     QByteArray bytes;
-    if (file.open(QIODevice::ReadOnly))
-        bytes = file.readAll();
+    const bool fits = !file.open(QIODevice::ReadOnly) || readAll(file, bytes);
     if (!file.isOpen() || file.error() != QFileDevice::NoError) {
         report(errorHistory, {fileInfo.filePath(), -1, -1, file.errorString()});
+        return {};
+    }
+    if (!fits) {
+        report(errorHistory, {fileInfo.filePath(), -1, -1, QStringLiteral("the file is too large or has no end")});
         return {};
     }
     return parse(bytes, fileInfo.filePath(), errorHistory);

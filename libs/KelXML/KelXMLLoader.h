@@ -20,17 +20,14 @@ class QString;
 /// Names are taken as written, prefix included ("gpxx:rpt"), and need no declaration of their prefix. Texts of nothing but
 /// blanks are dropped unless they stand in a CDATA section. A byte order mark is no error.
 ///
+/// Whatever is over the limits of KelXMLGate counts as malformed, and so does a larger file than a tree is made of.
+///
 /// Whoever passes a history finds one entry in it after a failure, with file, line, column and message as far as they are
 /// known.
 class KELXML_EXPORT KelXMLLoader
 {
 public:
     KelXMLLoader() = delete;
-
-    /// The deepest nesting of elements that is read; what lies deeper counts as malformed. Qt needs time with the square
-    /// of the depth to build a tree, and stack with the depth to delete it, so that a small file could stop or crash the
-    /// program.
-    static constexpr int MAXIMUM_DEPTH = 5000;
 
     /// The root element of a file; a null element if the file cannot be read or is no well-formed XML.
     ///

@@ -4,7 +4,7 @@
 #include "KelXMLPlainCursor.h"
 
 #include <KelXMLConversion.h>
-#include <KelXMLLoader.h>
+#include <KelXMLGate.h>
 
 #include <QChar>
 #include <QIODevice>
@@ -488,7 +488,7 @@ struct KelXMLPlainCursor::Document
         const char *p = nameEnd(name);
         if (p == name)
             return stop(p);
-        if (p - name > MAXIMUM_NAME_LENGTH || depth() == KelXMLLoader::MAXIMUM_DEPTH)
+        if (p - name > MAXIMUM_NAME_LENGTH || depth() == KelXMLGate::MAXIMUM_DEPTH)
             return Scan::Doubtful;
         const char *const endOfName = p;
         const Scan scan = scanAttributes(p);

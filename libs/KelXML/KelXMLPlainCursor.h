@@ -18,7 +18,7 @@ class QIODevice;
 /// references, comments between elements. Anything else puts the cursor in doubt: a document type, any other entity,
 /// a CDATA section, a processing instruction, another encoding, bytes that are no UTF-8, control characters,
 /// attributes of the same name, unusual names and blanks, whatever is nested deeper than
-/// KelXMLLoader::MAXIMUM_DEPTH, and every error. Doubt does not say that the document is malformed; it says that the
+/// KelXMLGate::MAXIMUM_DEPTH, and every error. Doubt does not say that the document is malformed; it says that the
 /// document has to be read again, from its start, by a KelXMLStreamCursor, which also knows what is wrong and where.
 ///
 /// Without doubt, everything that was read is what the KelXMLStreamCursor reads from the same bytes. In doubt the

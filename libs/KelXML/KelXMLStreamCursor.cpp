@@ -4,68 +4,41 @@
 #include "KelXMLStreamCursor.h"
 
 #include <KelXMLConversion.h>
-#include <KelXMLLoader.h>
+#include <KelXMLGate.h>
 
 #include <QIODevice>
 #include <QXmlStreamReader>
 
-#include <algorithm>
-
 struct KelXMLStreamCursor::Document
 {
     explicit Document(QIODevice *device)
-        : reader(device)
+        : gate(device)
     {
-        // With it, tag names would lose their prefix and an undeclared prefix would be an error.
-        reader.setNamespaceProcessing(false);
     }
 
-    /// The next token; depth counts the elements that are open after it.
     QXmlStreamReader::TokenType next()
     {
-        // Behind a premature end the reader would try once more, and the error would move elsewhere.
-        if (isOver())
-            return QXmlStreamReader::Invalid;
-        const QXmlStreamReader::TokenType token = reader.readNext();
         ++tokens;
-        if (token == QXmlStreamReader::StartElement)
-            open();
-        else if (token == QXmlStreamReader::EndElement)
-            --depth;
-        else if (token == QXmlStreamReader::DTD)
-            refuseMisplacedDocumentType();
-        return token;
+        return gate.next();
+    }
+
+    [[nodiscard]] const QXmlStreamReader &reader() const
+    {
+        return gate.reader();
+    }
+
+    [[nodiscard]] int depth() const
+    {
+        return gate.depth();
     }
 
     [[nodiscard]] bool isOver() const
     {
-        return reader.atEnd();
+        return gate.isOver();
     }
 
-    /// Deeper nesting counts as malformed here because it does where trees are loaded.
-    void open()
-    {
-        if (++depth > KelXMLLoader::MAXIMUM_DEPTH) {
-            reader.raiseError(QStringLiteral("elements are nested more than %1 levels deep")
-                                  .arg(KelXMLLoader::MAXIMUM_DEPTH));
-        }
-    }
-
-    /// There may be one, before the root. The reader lets more pass, XML and the tree do not.
-    void refuseMisplacedDocumentType()
-    {
-        if (hasRoot)
-            reader.raiseError(QStringLiteral("Unexpected token"));
-        else if (hasDocumentType)
-            reader.raiseError(QStringLiteral("Multiple DTD sections are not allowed"));
-        hasDocumentType = true;
-    }
-
-    QXmlStreamReader reader;
+    KelXMLGate gate;
     qint64 tokens = 0;
-    int depth = 0;
-    bool hasRoot = false;
-    bool hasDocumentType = false;
 };
 
 KelXMLStreamCursor::KelXMLStreamCursor(QIODevice *device)
@@ -74,7 +47,6 @@ KelXMLStreamCursor::KelXMLStreamCursor(QIODevice *device)
 {
     while (!m_document->isOver()) {
         if (m_document->next() == QXmlStreamReader::StartElement) {
-            m_document->hasRoot = true;
             enterElement();
             break;
         }
@@ -97,7 +69,7 @@ QString KelXMLStreamCursor::attribute(QStringView name) const
 {
     if (!isAtStart())
         return QString();
-    const QXmlStreamAttributes attributes = m_document->reader.attributes();
+    const QXmlStreamAttributes attributes = m_document->reader().attributes();
     for (const QXmlStreamAttribute &attribute : attributes) {
         if (attribute.qualifiedName() == name)
             return attribute.value().isEmpty() ? QStringLiteral("") : attribute.value().toString();
@@ -117,13 +89,13 @@ bool KelXMLStreamCursor::nextChild()
     while (!m_ended) {
         const QXmlStreamReader::TokenType token = m_document->next();
         // Deeper than a child: what was left unread of the previous child.
-        if (token == QXmlStreamReader::StartElement && m_document->depth == m_depth + 1) {
+        if (token == QXmlStreamReader::StartElement && m_document->depth() == m_depth + 1) {
             if (!m_child)
                 m_child.reset(new KelXMLStreamCursor(m_document));
             m_child->enterElement();
             return true;
         }
-        m_ended = m_document->depth < m_depth || m_document->isOver();
+        m_ended = m_document->depth() < m_depth || m_document->isOver();
     }
     return false;
 }
@@ -148,7 +120,7 @@ double KelXMLStreamCursor::attributeDouble(QStringView name, double defaultValue
 {
     if (!isAtStart())
         return defaultValue;
-    const QXmlStreamAttributes attributes = m_document->reader.attributes();
+    const QXmlStreamAttributes attributes = m_document->reader().attributes();
     for (const QXmlStreamAttribute &attribute : attributes) {
         if (attribute.qualifiedName() == name)
             return toDouble(attribute.value());
@@ -172,34 +144,33 @@ bool KelXMLStreamCursor::finish()
 {
     while (!m_document->isOver())
         m_document->next();
-    return m_document->hasRoot && !m_document->reader.hasError();
+    return m_document->gate.isPassed();
 }
 
 QString KelXMLStreamCursor::errorString() const
 {
-    return m_document->reader.errorString();
+    return m_document->gate.error().message;
 }
 
 qint64 KelXMLStreamCursor::errorLine() const
 {
-    return m_document->reader.lineNumber();
+    return m_document->gate.error().line;
 }
 
 qint64 KelXMLStreamCursor::errorColumn() const
 {
-    // Qt counts the characters of the line that it has read: none yet means the first column.
-    return std::max<qint64>(m_document->reader.columnNumber(), 1);
+    return m_document->gate.error().column;
 }
 
 void KelXMLStreamCursor::enterElement()
 {
-    const QXmlStreamReader &reader = m_document->reader;
+    const QXmlStreamReader &reader = m_document->reader();
     m_name.resize(0);
     m_name.append(reader.qualifiedName());
     m_line = reader.lineNumber();
     m_column = reader.columnNumber();
     m_tag = m_document->tokens;
-    m_depth = m_document->depth;
+    m_depth = m_document->depth();
     m_ended = false;
 }
 
@@ -214,12 +185,12 @@ void KelXMLStreamCursor::readText(QString &text)
     text.resize(0);
     while (!m_ended) {
         if (m_document->next() == QXmlStreamReader::Characters) {
-            const QStringView run = m_document->reader.text();
+            const QStringView run = m_document->reader().text();
             // The tree keeps no run that is empty after trimming, not even one that came from a character
             // reference; what stands in a CDATA section is always kept.
-            if (m_document->reader.isCDATA() || !run.trimmed().isEmpty())
+            if (m_document->reader().isCDATA() || !run.trimmed().isEmpty())
                 text.append(run);
         }
-        m_ended = m_document->depth < m_depth || m_document->isOver();
+        m_ended = m_document->depth() < m_depth || m_document->isOver();
     }
 }

@@ -13,7 +13,7 @@ class QIODevice;
 /// Reads a document while it comes from a device; only what stands under the cursor is in memory.
 ///
 /// Gives exactly what a KelXMLDomCursor gives over what KelXMLLoader makes of the same bytes (no namespaces, nothing
-/// nested deeper than KelXMLLoader::MAXIMUM_DEPTH), with one difference that the caller has to keep in mind: a tree
+/// nested deeper than KelXMLGate::MAXIMUM_DEPTH), with one difference that the caller has to keep in mind: a tree
 /// exists only when the whole document is well formed, the stream notices an error when it gets there. Results are
 /// therefore to be used only after finish() returned true on the document's cursor.
 class KELXML_EXPORT KelXMLStreamCursor : public KelXMLCursor

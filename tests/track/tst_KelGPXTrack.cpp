@@ -62,6 +62,7 @@ private Q_SLOTS:
     void routePointsWithExtensionsBecomeSegments();
     void enclavesAreReadWhateverTheirName();
     void enclavesDeeperThanTheLimitAreSkipped();
+    void anyNumberOfEnclavesInEachOtherIsBorne();
 
     void include();
     void includeIsMergedWhereItStands();
@@ -690,13 +691,47 @@ void tst_KelGPXTrack::enclavesAreReadWhateverTheirName()
 
 void tst_KelGPXTrack::enclavesDeeperThanTheLimitAreSkipped()
 {
-    const int levels = 300;
+    const int levels = 125;
     const QString xml = QStringLiteral("<trk><enclaves>").repeated(levels) + "<trk/>"
         + QStringLiteral("</enclaves></trk>").repeated(levels);
     int depth = 0;
     for (KelGPXTrack t = read(xml); !t.enclaves().isEmpty(); t = t.enclaves().first())
         ++depth;
-    QCOMPARE(depth, 256);
+    QCOMPARE(depth, 120);
+}
+
+void tst_KelGPXTrack::anyNumberOfEnclavesInEachOtherIsBorne()
+{
+    const auto chain = [](int levels) {
+        KelGPXTrack t;
+        t.setName(QStringLiteral("innermost"));
+        for (int i = 0; i < levels; ++i) {
+            KelGPXTrack around;
+            around.addEnclave(t);
+            t = around;
+        }
+        return t;
+    };
+    const int levels = 200000;
+    KelGPXTrack one = chain(levels);
+    const KelGPXTrack two = chain(levels);
+    const KelGPXTrack shorter = chain(levels - 1);
+    QVERIFY(one == two);
+    QVERIFY(one != shorter);
+    const KelGPXTrack kept = one.enclaves().first();
+    one = KelGPXTrack(); // all but the outermost live on
+    QVERIFY(kept == shorter);
+
+    // What is written can be read again.
+    QDomDocument document;
+    QDomElement root = document.appendChild(document.createElement(QStringLiteral("gpx"))).toElement();
+    two.toXml(root, QDir(QString()));
+    const KelGPXTrack read(KelTestSupport::document(document.toString()).documentElement().firstChildElement(),
+                           QDir(QString()));
+    int depth = 0;
+    for (KelGPXTrack t = read; !t.enclaves().isEmpty(); t = t.enclaves().first())
+        ++depth;
+    QCOMPARE(depth, 120);
 }
 
 void tst_KelGPXTrack::include()

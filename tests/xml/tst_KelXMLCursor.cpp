@@ -4,6 +4,7 @@
 #include <KelErrorHistory.h>
 #include <KelXMLCursor.h>
 #include <KelXMLDomCursor.h>
+#include <KelXMLGate.h>
 #include <KelXMLLoader.h>
 #include <KelXMLStreamCursor.h>
 
@@ -395,8 +396,8 @@ void tst_KelXMLCursor::deepNesting_data()
 {
     QTest::addColumn<int>("depth");
     QTest::addColumn<bool>("wellFormed");
-    QTest::newRow("as deep as trees may be") << KelXMLLoader::MAXIMUM_DEPTH << true;
-    QTest::newRow("one level deeper") << KelXMLLoader::MAXIMUM_DEPTH + 1 << false;
+    QTest::newRow("as deep as trees may be") << KelXMLGate::MAXIMUM_DEPTH << true;
+    QTest::newRow("one level deeper") << KelXMLGate::MAXIMUM_DEPTH + 1 << false;
     QTest::newRow("deeper than any stack") << 1000000 << false;
 }
 

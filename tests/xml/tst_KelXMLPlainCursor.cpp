@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
+#include <KelXMLGate.h>
 #include <KelXMLLoader.h>
 #include <KelXMLPlainCursor.h>
 #include <KelXMLStreamCursor.h>
@@ -671,8 +672,8 @@ void tst_KelXMLPlainCursor::depth_data()
 {
     QTest::addColumn<int>("depth");
     QTest::addColumn<bool>("doubt");
-    QTest::newRow("as deep as trees may be") << KelXMLLoader::MAXIMUM_DEPTH << false;
-    QTest::newRow("one level deeper") << KelXMLLoader::MAXIMUM_DEPTH + 1 << true;
+    QTest::newRow("as deep as trees may be") << KelXMLGate::MAXIMUM_DEPTH << false;
+    QTest::newRow("one level deeper") << KelXMLGate::MAXIMUM_DEPTH + 1 << true;
     QTest::newRow("deeper than any stack") << 1000000 << true;
 }
 

@@ -7,10 +7,10 @@
 #include <KelGPXConfiguredTrackList.h>
 #include <KelGPXTrackFile.h>
 #include <KelGeoLocationSettings.h>
+#include <KelXMLStreamCursor.h>
 
 #include <QFile>
 #include <QFileInfo>
-#include <QXmlStreamReader>
 
 namespace
 {
@@ -29,17 +29,13 @@ Content surveyContent(const QFileInfo &fileInfo)
     QFile file(fileInfo.filePath());
     if (!file.open(QIODevice::ReadOnly))
         return content;
-    QXmlStreamReader xml(&file);
-    xml.setNamespaceProcessing(false);
-    if (!xml.readNextStartElement())
-        return content;
-    content.root = xml.qualifiedName().toString();
-    while (xml.readNextStartElement()) {
-        const QStringView name = xml.qualifiedName();
+    KelXMLStreamCursor root(&file);
+    content.root = root.name().toString();
+    while (root.nextChild()) {
+        const QStringView name = root.child().name();
         content.tracks += name == QLatin1String("trk") ? 1 : 0;
         content.routes += name == QLatin1String("rte") ? 1 : 0;
         content.waypoints += name == QLatin1String("wpt") ? 1 : 0;
-        xml.skipCurrentElement();
     }
     return content;
 }

@@ -19,6 +19,7 @@
 #include <QVarLengthArray>
 
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace
@@ -32,6 +33,7 @@ constexpr int widestPenForCosmeticOutline = 9;
 constexpr int outlineDivisor = 5;
 
 constexpr double imagePenWidth = 5.0;
+constexpr qint64 largestImage = std::numeric_limits<int>::max();
 constexpr int iconSize = 20;
 constexpr int iconMargin = 12;
 
@@ -261,7 +263,11 @@ void KelGPXMarkerShape::drawStar(QPainter *painter, const QRectF &rect, int rays
 QImage KelGPXMarkerShape::createImage(const QSize &size, int margin, const QColor &penColor,
                                       const QColor &fillColor) const
 {
-    QImage image(size.width() + margin, size.height() + margin, QImage::Format_ARGB32_Premultiplied);
+    const qint64 width = qint64(size.width()) + margin;
+    const qint64 height = qint64(size.height()) + margin;
+    if (width > largestImage || height > largestImage) // no image is as large, and an int cannot hold it
+        return QImage();
+    QImage image(int(width), int(height), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return image;
     image.fill(Qt::transparent);

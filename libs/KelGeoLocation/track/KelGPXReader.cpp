@@ -331,7 +331,8 @@ void KelGPXReader::mergeFirstTrack(KelXMLCursor &root, int depth, KelGPXTrack &t
 
 void KelGPXReader::mergeEnclaves(KelXMLCursor &enclaves, int depth, KelGPXTrack &track)
 {
-    if (depth == maximumEnclaveDepth)
+    // The one rule that calls itself.
+    if (depth == KelGPXTrack::MAXIMUM_ENCLAVE_DEPTH)
         return;
     while (enclaves.nextChild()) {
         KelGPXTrack enclave;

@@ -22,10 +22,6 @@ class QString;
 class KelGPXReader
 {
 public:
-    /// Enclaves may hold enclaves. This is the one rule that calls itself, so its depth is bounded here: enclaves at
-    /// a deeper level are skipped.
-    static constexpr int maximumEnclaveDepth = 256;
-
     /// Every valid "trk", then every valid "rte" under a document element, whatever order they have there.
     static QList<KelGPXTrack> readFile(KelXMLCursor &root, const QFileInfo &file);
     /// Keeps a track that has a segment, under a name made of file and number if it has none of its own.

@@ -204,16 +204,23 @@ QDomElement KelGPXTrack::buildTrackElement(QDomElement &parent) const
 
 void KelGPXTrack::buildXmlBody(QDomElement &trk) const
 {
+    buildXmlBody(trk, 0);
+}
+
+void KelGPXTrack::buildXmlBody(QDomElement &trk, int depth) const
+{
     // Deliberate: no "desc", although it is read.
     KelXMLBuilder::buildDomElement(trk, KelGPXNames::Name.toString(), d->name());
     KelXMLBuilder::buildDomElement(trk, KelGPXNames::Shape.toString(), d->shape().encode());
     for (const KelGPXTrackSegment &segment : d->segments())
         segment.toXml(trk);
-    if (d->enclaves().isEmpty())
+    if (d->enclaves().isEmpty() || depth == MAXIMUM_ENCLAVE_DEPTH)
         return;
     QDomElement enclaves = KelXMLBuilder::buildDomElement(trk, KelGPXNames::Enclaves.toString());
-    for (const KelGPXTrack &enclave : d->enclaves())
-        enclave.toXml(enclaves, QDir(QString()));
+    for (const KelGPXTrack &enclave : d->enclaves()) {
+        QDomElement element = enclave.buildTrackElement(enclaves);
+        enclave.buildXmlBody(element, depth + 1);
+    }
 }
 
 void KelGPXTrack::toXml(QDomElement &parent, const QDir &dir) const

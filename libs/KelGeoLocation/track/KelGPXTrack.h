@@ -29,6 +29,10 @@ class QFileInfo;
 class KELGEOLOCATION_EXPORT KelGPXTrack : public KelGPXTrackElement
 {
 public:
+    /// Enclaves may hold enclaves. So many levels of them are read and written: each takes two levels of nested elements,
+    /// of which a file has KelXMLGate::MAXIMUM_DEPTH, and some are left for what stands around the track.
+    static constexpr int MAXIMUM_ENCLAVE_DEPTH = 120;
+
     /// No name, no segments, no enclaves. Deliberate: the shape is linestring, not auto.
     KelGPXTrack();
     /// Shape auto is replaced at once by what autoDetectShape() finds. Empty segments are kept.
@@ -107,12 +111,13 @@ public:
     /// "include": the first "trk" of that file in `dir` is merged where the element stands, and the whole is known to
     /// the KelGPXTrackFileRegistry under the file's name. A file that is missing, no regular file or malformed adds
     /// nothing, but its name is known all the same. Ignored without a directory, and in an included file.
-    /// Enclaves that lie deeper than 256 levels are skipped.
+    /// Enclaves that lie deeper than MAXIMUM_ENCLAVE_DEPTH are skipped.
     void fromXml(const QDomElement &trk, const QDir &dir);
 
     /// Appends an empty "trk" to `parent` and returns it.
     [[nodiscard]] QDomElement buildTrackElement(QDomElement &parent) const;
     /// Writes name, shape, segments and enclaves into `trk`. Deliberate: the description is read but not written.
+    /// Enclaves that lie deeper than MAXIMUM_ENCLAVE_DEPTH are left out, so that the rest can be read again.
     void buildXmlBody(QDomElement &trk) const;
     /// Appends a "trk" to `parent`: into an existing directory only an "include" of a file there, which the
     /// KelGPXTrackFileRegistry writes when needed; otherwise everything.
@@ -133,6 +138,9 @@ public:
 
 private:
     friend class KelGPXReader;
+    friend class KelGPXTrackImpl;
+
+    void buildXmlBody(QDomElement &trk, int depth) const;
 
     QSharedDataPointer<KelGPXTrackImpl> d;
 };

@@ -21,7 +21,7 @@ class QFileInfo;
 /// sections, processing instructions or another encoding than UTF-8 (KelXMLPlainCursor), with the same result.
 ///
 /// A file that cannot be read, or that is not well-formed to its very end, has no tracks; elements nested deeper than
-/// KelXMLLoader::MAXIMUM_DEPTH count as malformed. A pipe is read until its writer closes it.
+/// KelXMLGate::MAXIMUM_DEPTH count as malformed. A pipe is read until its writer closes it.
 class KELGEOLOCATION_EXPORT KelGPXTrackFile
 {
 public:

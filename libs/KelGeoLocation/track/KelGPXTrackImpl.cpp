@@ -3,12 +3,25 @@
 
 #include "KelGPXTrackImpl.h"
 
+#include <utility>
+#include <vector>
+
 KelGPXTrackImpl::KelGPXTrackImpl()
     : m_shape(TrackShapeLineString)
 {
 }
 
-KelGPXTrackImpl::~KelGPXTrackImpl() = default;
+/// Enclaves of enclaves go one after the other: if each went with the one around it, a long chain of them would need
+/// more stack than there is.
+KelGPXTrackImpl::~KelGPXTrackImpl()
+{
+    QList<KelGPXTrack> pending = std::move(m_enclaves);
+    while (!pending.isEmpty()) {
+        KelGPXTrack track = pending.takeLast();
+        if (track.d->ref.loadAcquire() == 1)
+            pending.append(std::exchange(track.d->m_enclaves, {}));
+    }
+}
 
 void KelGPXTrackImpl::addSegment(const KelGPXTrackSegment &segment)
 {
@@ -26,8 +39,25 @@ int KelGPXTrackImpl::countPoints() const
 
 bool KelGPXTrackImpl::operator==(const KelGPXTrackImpl &other) const
 {
+    // Without calling itself, for the same reason as in the destructor.
+    std::vector<std::pair<const KelGPXTrackImpl *, const KelGPXTrackImpl *>> pending = {{this, &other}};
+    while (!pending.empty()) {
+        const auto [one, two] = pending.back();
+        pending.pop_back();
+        if (one == two)
+            continue;
+        if (!one->equalsBesideEnclaves(*two) || one->m_enclaves.size() != two->m_enclaves.size())
+            return false;
+        for (qsizetype i = one->m_enclaves.size() - 1; i >= 0; --i)
+            pending.emplace_back(one->m_enclaves.at(i).d.constData(), two->m_enclaves.at(i).d.constData());
+    }
+    return true;
+}
+
+bool KelGPXTrackImpl::equalsBesideEnclaves(const KelGPXTrackImpl &other) const
+{
     return m_name == other.m_name && m_description == other.m_description && m_shape == other.m_shape
-        && m_segments == other.m_segments && m_enclaves == other.m_enclaves;
+        && m_segments == other.m_segments;
 }
 
 KelGeoPositionList KelGPXTrackImpl::allPoints() const

@@ -65,6 +65,8 @@ public:
     [[nodiscard]] QList<QDateTime> allTimeStamps() const override;
 
 private:
+    [[nodiscard]] bool equalsBesideEnclaves(const KelGPXTrackImpl &other) const;
+
     QString m_name;
     QString m_description;
     KelGPXTrackShape m_shape;

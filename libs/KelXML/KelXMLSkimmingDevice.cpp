@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include "KelXMLSkimmingDevice.h"
+
+#include <KelXMLGate.h>
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <limits>
+
+namespace
+{
+
+/// As long as the size of a document is unknown, so much may come of it that its rest has to make up for.
+constexpr qint64 expansionInAdvance = 1 << 20;
+/// More never counts, so that sums stay far from the end of 64 bits.
+constexpr qint64 unbounded = qint64(1) << 40;
+
+/// The encoding that the XML declaration names, null if there is none. `end` becomes where the declaration ends, -1
+/// if it does not end in the text.
+QString declaredEncoding(const QString &text, qsizetype &end)
+{
+    end = 0;
+    if (!text.startsWith(QLatin1String("<?xml")))
+        return QString();
+    end = text.indexOf(QLatin1String("?>"));
+    static const QRegularExpression encoding(QStringLiteral("\\sencoding\\s*=\\s*(?:\"([^\"]*)\"|'([^']*)')"));
+    const QRegularExpressionMatch match = encoding.match(text.left(end));
+    return match.captured(1).isEmpty() ? match.captured(2) : match.captured(1);
+}
+
+} // namespace
+
+KelXMLSkimmingDevice::KelXMLSkimmingDevice(QIODevice *source)
+    : m_source(source)
+{
+    if (!source->isSequential() && source->size() > 0)
+        m_expectedSize = std::max<qint64>(source->size() - source->pos(), 0);
+    // A buffer of its own would read on behind a refusal.
+    open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}
+
+void KelXMLSkimmingDevice::addExpansion(qint64 characters)
+{
+    m_expansion = std::min(m_expansion + std::min(characters, unbounded), unbounded);
+    if (m_expectedSize >= 0)
+        check(std::max(m_expectedSize, m_size) * KelXMLGate::MAXIMUM_EXPANSION);
+    else
+        check(m_size * KelXMLGate::MAXIMUM_EXPANSION + expansionInAdvance);
+}
+
+void KelXMLSkimmingDevice::setEntityCosts(const QHash<QString, qint64> &costs)
+{
+    m_costs = costs;
+    m_hasCosts = true;
+    countReferences();
+}
+
+void KelXMLSkimmingDevice::refuse(const QString &reason)
+{
+    m_skimmer.refuse(reason);
+}
+
+void KelXMLSkimmingDevice::checkTotal()
+{
+    check(m_size * KelXMLGate::MAXIMUM_EXPANSION);
+}
+
+void KelXMLSkimmingDevice::check(qint64 limit)
+{
+    if (m_expansion > limit) {
+        refuse(QStringLiteral("entities and attributes of the document type make the document more than %1 times as long")
+                   .arg(KelXMLGate::MAXIMUM_EXPANSION));
+    }
+}
+
+void KelXMLSkimmingDevice::countReferences()
+{
+    if (!m_hasCosts)
+        return;
+    const QHash<QString, qint64> references = m_skimmer.takeReferences();
+    for (auto it = references.cbegin(); it != references.cend(); ++it) {
+        const qint64 cost = m_costs.value(it.key());
+        addExpansion(cost > unbounded / it.value() ? unbounded : cost * it.value());
+    }
+}
+
+qint64 KelXMLSkimmingDevice::readData(char *data, qint64 maxSize)
+{
+    if (m_skimmer.isRefused() || maxSize <= 0)
+        return m_skimmer.isRefused() ? -1 : 0;
+    const bool isFirst = m_isFirst;
+    const qint64 count = isFirst ? readFirst(data, maxSize) : m_source->read(data, maxSize);
+    if (count <= 0)
+        return count;
+    m_isFirst = false;
+    m_size += count;
+    const QByteArrayView bytes(data, count);
+    const QString text = isFirst ? decodeFirst(bytes) : QString(m_decoder.decode(bytes));
+    m_skimmer.feed(text);
+    if (m_skimmer.hasDocumentType())
+        countReferences();
+    return m_skimmer.isRefused() ? -1 : count;
+}
+
+/// As much as there is, so that the declaration is not torn apart.
+qint64 KelXMLSkimmingDevice::readFirst(char *data, qint64 maxSize)
+{
+    qint64 total = 0;
+    while (total < maxSize) {
+        const qint64 count = m_source->read(data + total, maxSize - total);
+        if (count <= 0)
+            return total > 0 ? total : count;
+        total += count;
+    }
+    return total;
+}
+
+/// Only what reads the declaration itself as the first bytes do can be meant; anything else would have text in two
+/// encodings, of which two readers make two documents.
+QString KelXMLSkimmingDevice::decodeFirst(QByteArrayView bytes)
+{
+    m_decoder = QStringDecoder(QStringConverter::encodingForData(bytes, u'<').value_or(QStringConverter::Utf8));
+    const QString text = m_decoder.decode(bytes);
+    qsizetype end = 0;
+    const QString encoding = declaredEncoding(text, end);
+    if (end < 0) {
+        refuse(QStringLiteral("the XML declaration has no end"));
+        return text;
+    }
+    if (encoding.isEmpty())
+        return text;
+    QStringDecoder declared(encoding.toUtf8().constData());
+    if (!declared.isValid()) // the reader says so
+        return text;
+    const QString declaredText = declared.decode(bytes);
+    if (QStringView(declaredText).left(end) != QStringView(text).left(end)) {
+        refuse(QStringLiteral("the document is not written in the encoding \"%1\" that it declares").arg(encoding));
+        return text;
+    }
+    m_decoder = std::move(declared);
+    return declaredText;
+}
+
+qint64 KelXMLSkimmingDevice::writeData(const char *data, qint64 maxSize)
+{
+    Q_UNUSED(data);
+    Q_UNUSED(maxSize);
+    return -1;
+}

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#ifndef KELXMLSKIMMINGDEVICE_H
+#define KELXMLSKIMMINGDEVICE_H
+
+#include "KelXMLSkimmer.h"
+
+#include <QByteArray>
+#include <QIODevice>
+#include <QStringDecoder>
+
+/// Hands on the bytes of another device as long as the text in them keeps the limits, and ends where it does not.
+///
+/// The bytes are decoded for that as QXmlStreamReader decodes them: by their first bytes, then as the XML declaration says.
+class KelXMLSkimmingDevice : public QIODevice
+{
+public:
+    /// Starts at the source's current position.
+    explicit KelXMLSkimmingDevice(QIODevice *source);
+
+    [[nodiscard]] bool isSequential() const override { return true; }
+
+    [[nodiscard]] const KelXMLSkimmer &skimmer() const noexcept { return m_skimmer; }
+
+    /// Counts what the document makes of itself, in characters, and refuses when it becomes too much.
+    void addExpansion(qint64 characters);
+    /// How many characters each entity stands for; references are counted from now on, those so far included.
+    void setEntityCosts(const QHash<QString, qint64> &costs);
+    /// Ends for a reason.
+    void refuse(const QString &reason);
+    /// To be called at the end of the document, since only then it is known for certain how much would have been too much.
+    void checkTotal();
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override;
+    qint64 writeData(const char *data, qint64 maxSize) override;
+
+private:
+    qint64 readFirst(char *data, qint64 maxSize);
+    [[nodiscard]] QString decodeFirst(QByteArrayView bytes);
+    void countReferences();
+    void check(qint64 limit);
+
+    QIODevice *m_source;
+    QStringDecoder m_decoder;
+    KelXMLSkimmer m_skimmer;
+    QHash<QString, qint64> m_costs;
+    qint64 m_expectedSize = -1; // -1: not known before the end
+    qint64 m_size = 0; // so far, in bytes
+    qint64 m_expansion = 0;
+    bool m_isFirst = true;
+    bool m_hasCosts = false;
+};
+
+#endif

@@ -1,0 +1,463 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include <KelTestArchive.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <functional>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// A sanitizer's own memory would be measured.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define KEL_SANITIZED
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
+#define KEL_SANITIZED
+#endif
+#endif
+
+namespace
+{
+
+constexpr qint64 MEGABYTE = 1000 * 1000;
+
+// What a program may need beyond what it needs for a file of two points: ten times the file, in a tree or a list a fixed
+// number of bytes for each element however few characters it has, and something to begin with.
+constexpr qint64 TIMES_THE_FILE = 10;
+constexpr qint64 BYTES_PER_ELEMENT = 800;
+constexpr qint64 TO_BEGIN_WITH = 100 * MEGABYTE;
+
+// Only to end what would not end by itself. Nobody measures time here.
+constexpr rlim_t PROCESSOR_SECONDS = 200;
+
+/// What became of a program that was given a file.
+struct Outcome
+{
+    int code = -1; // -1: it did not end by itself
+    QByteArray output;
+    QByteArray words; // of standard error
+    qint64 memory = 0; // at its peak, in bytes
+    double seconds = 0; // of the processor
+};
+
+QByteArray contentOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A child that says how much memory it took. What QProcess starts does not.
+Outcome run(const QString &directory, const QStringList &arguments)
+{
+    const QByteArray output = (directory + QStringLiteral("/output")).toLocal8Bit();
+    const QByteArray words = (directory + QStringLiteral("/words")).toLocal8Bit();
+    QList<QByteArray> texts = {QByteArrayLiteral(KEL_RENDER_PROGRAM)};
+    for (const QString &argument : arguments)
+        texts.append(argument.toLocal8Bit());
+    QList<char *> pointers;
+    for (QByteArray &text : texts)
+        pointers.append(text.data());
+    pointers.append(nullptr);
+
+    const pid_t child = ::fork();
+    if (child == 0) {
+        constexpr mode_t mode = 0600;
+        ::dup2(::open("/dev/null", O_RDONLY), STDIN_FILENO);
+        ::dup2(::open(output.constData(), O_WRONLY | O_CREAT | O_TRUNC, mode), STDOUT_FILENO);
+        ::dup2(::open(words.constData(), O_WRONLY | O_CREAT | O_TRUNC, mode), STDERR_FILENO);
+        const rlimit time = {PROCESSOR_SECONDS, PROCESSOR_SECONDS};
+        const rlimit core = {0, 0};
+        ::setrlimit(RLIMIT_CPU, &time);
+        ::setrlimit(RLIMIT_CORE, &core);
+        ::execv(pointers.first(), pointers.data());
+        ::_exit(127);
+    }
+    Outcome outcome;
+    int status = 0;
+    rusage usage = {};
+    if (child < 0 || ::wait4(child, &status, 0, &usage) != child)
+        return outcome;
+    if (WIFEXITED(status))
+        outcome.code = WEXITSTATUS(status);
+    outcome.memory = qint64(usage.ru_maxrss) * 1024;
+    outcome.seconds = double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec)
+        + double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+    outcome.output = contentOf(QString::fromLocal8Bit(output));
+    outcome.words = contentOf(QString::fromLocal8Bit(words));
+    return outcome;
+}
+
+QByteArray gpx(const QByteArray &before, const QByteArray &inTrack = {}, const QByteArray &after = {})
+{
+    return before + "<gpx><trk>" + inTrack + "<trkseg><trkpt lat='53' lon='8'/><trkpt lat='54' lon='9'/></trkseg></trk>" + after
+        + "</gpx>";
+}
+
+QByteArray kml(const QByteArray &before, const QByteArray &inPlacemark = {}, const QByteArray &inDocument = {})
+{
+    return before + "<kml><Document>" + inDocument + "<Placemark>" + inPlacemark
+        + "<LineString><coordinates>8,53 9,54</coordinates></LineString></Placemark></Document></kml>";
+}
+
+QByteArray attributes(int count)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += " a" + QByteArray::number(i) + "=''";
+    return text;
+}
+
+QByteArray laughs(int levels, const QByteArray &core)
+{
+    QByteArray text = "<!DOCTYPE x [<!ENTITY e0 '" + core + "'>";
+    for (int i = 1; i <= levels; ++i)
+        text += "<!ENTITY e" + QByteArray::number(i) + " '" + QByteArray("&e" + QByteArray::number(i - 1) + ";").repeated(10)
+            + "'>";
+    return text + "<!ENTITY e '&e" + QByteArray::number(levels) + ";'>]>";
+}
+
+QByteArray entity(const QByteArray &declaration)
+{
+    return "<!DOCTYPE x [<!ENTITY e " + declaration + ">]>";
+}
+
+QByteArray utf16(const QByteArray &text)
+{
+    QByteArray result;
+    for (const char byte : text)
+        result += QByteArray(1, byte) + '\0';
+    return result;
+}
+
+QByteArray archive(const QList<KelTestArchive::Entry> &entries)
+{
+    return KelTestArchive::build(entries);
+}
+
+QByteArray numbered(int count, const QByteArray &before, const QByteArray &after)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += before + QByteArray::number(i) + after;
+    return text;
+}
+
+using Make = std::function<QByteArray(int)>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Make)
+
+/// Files that are made to stop, crash or fill the machine that opens them, each given to kel-render twice: for its
+/// information and for a picture.
+///
+/// KEL_HOSTILE_FACTOR=2 makes the files twice as large, and the program says what time and memory they took.
+class tst_HostileFiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void files_data();
+    void files();
+    void selections_data();
+    void selections();
+    void nothingIsWrittenBesideAnArchive();
+
+private:
+    void judge(const QString &file, const Outcome &outcome, int code, const QString &reason, qint64 elements);
+
+    QTemporaryDir m_dir;
+    qint64 m_usualMemory = 0;
+    int m_factor = 1;
+};
+
+void tst_HostileFiles::initTestCase()
+{
+    qputenv("XDG_CONFIG_HOME", m_dir.filePath(QStringLiteral("config")).toLocal8Bit());
+    qputenv("ASAN_OPTIONS", "detect_leaks=0");
+    m_factor = qMax(1, qEnvironmentVariableIntValue("KEL_HOSTILE_FACTOR"));
+    QFile file(m_dir.filePath(QStringLiteral("usual.gpx")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(gpx(""));
+    file.close();
+    const Outcome outcome = run(m_dir.path(), {file.fileName(), QStringLiteral("-o"), m_dir.filePath(QStringLiteral("map.png"))});
+    QCOMPARE(outcome.code, 0);
+    m_usualMemory = outcome.memory;
+}
+
+void tst_HostileFiles::files_data()
+{
+    QTest::addColumn<QString>("suffix");
+    QTest::addColumn<Make>("make");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("reason"); // what has to be said; for files that are read, what must not be
+    QTest::addColumn<int>("elements");
+
+    const auto row = [](const char *name, const char *suffix, const Make &make, int code, const char *reason, int elements = 0) {
+        QTest::addRow("%s, %s", name, suffix) << QString::fromLatin1(suffix) << make << code << QString::fromLatin1(reason)
+                                              << elements;
+    };
+    constexpr int read = 0;
+    constexpr int malformed = 4;
+    constexpr int nothing = 6;
+    constexpr const char *tooDeep = "nested more than 256 levels deep";
+    constexpr const char *tooMany = "more than 1000 attributes";
+    constexpr const char *tooLong = "more than 5 times as long";
+
+    for (const char *suffix : {"gpx", "kml"}) {
+        const bool isGpx = qstrcmp(suffix, "gpx") == 0;
+        const auto with = [isGpx](const QByteArray &before, const QByteArray &within = {}) {
+            return isGpx ? gpx(before, within) : kml(before, within);
+        };
+        row("levels", suffix, [=](int f) { return with("", QByteArray("<a>").repeated(100000 * f)); }, malformed, tooDeep);
+        row("attributes", suffix, [=](int f) { return with("", "<a" + attributes(30000 * f) + "/>"); }, malformed, tooMany);
+        row("attributes of one name", suffix, [=](int f) { return with("", "<a" + QByteArray(" b=''").repeated(200000 * f) + "/>"); },
+            malformed, tooMany);
+        row("attribute of 10 MB", suffix, [=](int f) { return with("", "<a b='" + QByteArray(10000000 * f, 'x') + "'/>"); }, read, "");
+        row("name of 1 MB", suffix, [=](int f) { return with("", "<" + QByteArray(1000000 * f, 'x') + "/>"); }, malformed, ":1:");
+        row("text of 20 MB", suffix, [=](int f) { return with("", "<x>" + QByteArray(20000000 * f, 'x') + "</x>"); }, read, "");
+        row("comment of 20 MB", suffix, [=](int f) { return with("<!--" + QByteArray(20000000 * f, 'x') + "-->"); }, read, "");
+        row("comments", suffix, [=](int f) { return with("", QByteArray("<!---->").repeated(500000 * f)); }, read, "", 500000);
+        row("CDATA", suffix, [=](int f) { return with("", QByteArray("<![CDATA[]]>").repeated(500000 * f)); }, read, "", 500000);
+        row("processing instructions", suffix, [=](int f) { return with("", QByteArray("<?a?>").repeated(500000 * f)); }, read, "",
+            500000);
+        row("empty elements", suffix, [=](int f) { return with("", QByteArray("<a/>").repeated(1000000 * f)); }, read, "", 1000000);
+        row("entities, exponential", suffix, [=](int) { return with(laughs(9, "ha"), "<name>&e;</name>"); }, malformed, tooLong);
+        row("entities, exponential, of nothing", suffix, [=](int) { return with(laughs(12, ""), "<name>&e;</name>"); }, malformed,
+            tooLong);
+        row("entities, exponential, in an attribute", suffix, [=](int) { return with(laughs(12, ""), "<a b='&e;'/>"); }, malformed,
+            tooLong);
+        row("entities, quadratic", suffix,
+            [=](int f) { return with(entity("'" + QByteArray(4000, 'x') + "'"), "<name>" + QByteArray("&e;").repeated(20000 * f) + "</name>"); },
+            malformed, tooLong);
+        row("entities, 50,000", suffix,
+            [=](int f) { return with("<!DOCTYPE x [" + numbered(50000 * f, "<!ENTITY e", " 'x'>") + "]>"); }, read, "");
+        row("entity of a file", suffix, [=](int) { return with(entity("SYSTEM 'file:///etc/passwd'"), "<name>a&e;b</name>"); }, read,
+            "root:");
+        row("entity of a network", suffix, [=](int) { return with(entity("SYSTEM 'http://127.0.0.1:9/x'"), "<name>a&e;b</name>"); },
+            read, "127.0.0.1");
+        row("document type of a file", suffix, [=](int) { return with("<!DOCTYPE x SYSTEM 'file:///etc/passwd'>"); }, read, "root:");
+        row("parameter entities", suffix,
+            [=](int f) {
+                return with("<!DOCTYPE x [<!ENTITY % p '" + QByteArray(4000, ' ') + "'>" + QByteArray("%p;").repeated(10000 * f) + "]>");
+            },
+            malformed, "parameter entities");
+        row("defaults of attributes", suffix,
+            [=](int f) {
+                return with("<!DOCTYPE x [<!ATTLIST a b CDATA '" + QByteArray(4000, 'x') + "'>]>", QByteArray("<a/>").repeated(10000 * f));
+            },
+            malformed, tooLong);
+        row("UTF-16 without a mark", suffix, [=](int) { return utf16(with("")); }, isGpx ? read : malformed, isGpx ? "" : ":1:");
+        row("two encodings", suffix,
+            [=](int) { return "<?xml version='1.0' encoding='UTF-16'?>" + QByteArray(isGpx ? utf16(with("")) : "\xff" + with("")); }, malformed,
+            ":1:");
+        row("cut off", suffix, [=](int) { return with("").chopped(3); }, malformed, ":1:");
+        row("nothing", suffix, [=](int) { return QByteArray(); }, malformed, "");
+        row("zeros", suffix, [=](int f) { return QByteArray(1000000 * f, '\0'); }, malformed, "");
+        row("a zero", suffix, [=](int) { return with("", QByteArray("<name>a") + '\0' + "b</name>"); }, malformed, ":1:");
+        row("opening brackets", suffix, [=](int f) { return QByteArray(1000000 * f, '<'); }, malformed, ":1:");
+        row("ampersands", suffix, [=](int f) { return with("", "<name>" + QByteArray(1000000 * f, '&') + "</name>"); }, malformed, ":1:");
+    }
+
+    row("UTF-7", "gpx", [](int) { return gpx("<?xml version='1.0' encoding='UTF-7'?>"); }, read, "");
+    row("an encoding that nobody knows", "gpx", [](int) { return gpx("<?xml version='1.0' encoding='x-none'?>"); }, malformed,
+        "x-none");
+    row("half a character", "gpx", [](int) { return gpx("", "<name>\xe2\x82</name>"); }, malformed, ":1:");
+    row("a mark that lies", "gpx", [](int) { return "\xef\xbb\xbf" + utf16(gpx("")); }, malformed, ":1:");
+    row("includes itself", "gpx", [](int) { return gpx("", "<include>hostile.gpx</include>"); }, read, "2 tracks");
+    row("includes a file of the system", "gpx", [](int) { return gpx("", "<include>../../../etc/passwd</include>"); }, read, "root:");
+    row("enclaves", "gpx", [](int f) { return gpx("", QByteArray("<enclaves><trk>").repeated(50000 * f)); }, malformed, tooDeep);
+    row("enclaves as deep as may be", "gpx",
+        [](int) { return gpx("", QByteArray("<enclaves><trk>").repeated(126) + QByteArray("</trk></enclaves>").repeated(126)); }, read, "");
+    row("numbers", "gpx",
+        [](int f) {
+            return "<gpx><trk><trkseg>" + QByteArray("<trkpt lat='nan' lon='inf'><ele>1e400</ele><time>x</time></trkpt>"
+                                                     "<trkpt lat='1e308' lon='-1e308'><ele>-1e308</ele></trkpt><trkpt lat='90' lon='1e9'/>")
+                       .repeated(10000 * f)
+                + "</trkseg></trk></gpx>";
+        },
+        read, "");
+    row("compact points", "gpx",
+        [](int f) {
+            return gpx("", "<trkseg><compressedPoints>" + QByteArray("1e308,nan,99999999999,99999999999999999999 , ,, 1 2,3\n").repeated(50000 * f)
+                           + "</compressedPoints></trkseg>");
+        },
+        read, "", 200000);
+    row("tracks", "gpx", [](int f) { return gpx("", "", QByteArray("<trk><trkseg><trkpt/></trkseg></trk>").repeated(20000 * f)); }, read,
+        "", 60000);
+
+    row("truncated UTF-8", "kml", [](int) { return kml("", "<name>\xe2\x82</name>"); }, read, "malformed");
+    row("placemarks", "kml", [](int f) { return kml("", "", QByteArray("<Placemark/>").repeated(200000 * f)); }, read, "", 600000);
+    row("nothing but placemarks of nothing", "kml",
+        [](int f) { return "<kml><Document>" + QByteArray("<Placemark/>").repeated(200000 * f) + "</Document></kml>"; }, nothing,
+        "no placemark has coordinates", 600000);
+    row("folders", "kml", [](int f) { return kml("", "", QByteArray("<Folder>").repeated(100000 * f)); }, malformed, tooDeep);
+    row("folders beside each other", "kml", [](int f) { return kml("", "", QByteArray("<Folder></Folder>").repeated(200000 * f)); }, read,
+        "", 200000);
+    row("styles", "kml", [](int f) { return kml("", "<styleUrl>#a1</styleUrl>", numbered(50000 * f, "<Style id='a", "'/>")); }, read, "",
+        200000);
+    row("styles in a circle", "kml",
+        [](int) {
+            return kml("", "<styleUrl>#a</styleUrl>",
+                       "<StyleMap id='a'><Pair><key>normal</key><styleUrl>#b</styleUrl></Pair></StyleMap>"
+                       "<StyleMap id='b'><Pair><key>normal</key><styleUrl>#a</styleUrl></Pair></StyleMap>"
+                       "<Style id='a'><styleUrl>#a</styleUrl></Style>");
+        },
+        read, "");
+    row("coordinates", "kml",
+        [](int f) {
+            return "<kml><Document><Placemark><LineString><coordinates>" + QByteArray("8.5,53.25 ").repeated(500000 * f)
+                + "</coordinates></LineString></Placemark></Document></kml>";
+        },
+        read, "", 500000);
+    row("coordinates of one number", "kml",
+        [](int f) {
+            return "<kml><Document><Placemark><Point><coordinates>" + QByteArray("8 ").repeated(500000 * f)
+                + "</coordinates></Point></Placemark></Document></kml>";
+        },
+        nothing, "no placemark has coordinates");
+    row("coordinates beyond all", "kml",
+        [](int) {
+            return "<kml><Document><Placemark><LineString><coordinates>1e308,1e308 -1e308,nan inf,-inf "
+                   "1e400,90</coordinates></LineString></Placemark></Document></kml>";
+        },
+        read, "");
+    row("widths", "kml",
+        [](int) {
+            return kml("", "<styleUrl>#a</styleUrl>",
+                       "<Style id='a'><LineStyle><width>1e308</width><color>zzzzzzzz</color></LineStyle></Style>"
+                       "<Style id='b'><LineStyle><width>nan</width></LineStyle></Style>");
+        },
+        read, "");
+
+    row("an archive of zeros", "kmz",
+        [](int) { return archive({{.name = "doc.kml", .content = QByteArray(257 * 1024 * 1024, ' '), .deflated = true}}); }, malformed,
+        "unpacks to more than");
+    row("entries that share their data", "kmz",
+        [](int) { return archive({{.name = "a.kml", .content = kml("")}, {.name = "b.kml", .content = kml(""), .sharesDataOf = 0}}); },
+        malformed, "share");
+    row("an archive that is none", "kmz", [](int) { return QByteArray("PK\3\4") + QByteArray(1000, 'x'); }, malformed, "");
+    row("an archive of an archive", "kmz",
+        [](int) { return archive({{.name = "a.kmz", .content = archive({{.name = "doc.kml", .content = kml("")}})}}); }, malformed,
+        "no .kml entry");
+    row("levels in an archive", "kmz",
+        [](int f) {
+            return archive({{.name = "doc.kml", .content = kml("", QByteArray("<a>").repeated(100000 * f)), .deflated = true}});
+        },
+        malformed, tooDeep);
+}
+
+void tst_HostileFiles::judge(const QString &file, const Outcome &outcome, int code, const QString &reason, qint64 elements)
+{
+    QVERIFY2(outcome.code >= 0, "the program crashed or did not come to an end");
+    QVERIFY2(outcome.code == code, qPrintable(QStringLiteral("exit code %1: %2").arg(outcome.code).arg(QString::fromUtf8(outcome.words.left(500)))));
+    if (code != 0) {
+        // Who is told has to be able to find it.
+        QVERIFY2(outcome.words.contains(QFileInfo(file).fileName().toUtf8()), outcome.words.left(500).constData());
+        QVERIFY2(outcome.words.contains(reason.toUtf8()), outcome.words.left(500).constData());
+        QVERIFY2(outcome.words.size() < 2000, outcome.words.left(500).constData());
+    } else if (!reason.isEmpty()) {
+        QVERIFY2(!outcome.words.contains(reason.toUtf8()), outcome.words.left(500).constData());
+        QVERIFY(!outcome.output.contains(reason.toUtf8()));
+    }
+    const qint64 size = QFileInfo(file).size();
+    const qint64 grown = outcome.memory - m_usualMemory;
+    if (qEnvironmentVariableIsSet("KEL_HOSTILE_FACTOR"))
+        qInfo("%.3f MB: %.2f s, %.1f MB", double(size) / MEGABYTE, outcome.seconds, double(grown) / MEGABYTE);
+#ifndef KEL_SANITIZED
+    const qint64 allowed = TO_BEGIN_WITH + TIMES_THE_FILE * size + BYTES_PER_ELEMENT * elements * m_factor;
+    // Of what an archive holds, as much as one entry may be is unpacked before it turns out to be too much.
+    const qint64 unpacked = file.endsWith(QStringLiteral(".kmz")) ? qint64(256) * 1024 * 1024 : 0;
+    QVERIFY2(grown <= allowed + unpacked, qPrintable(QStringLiteral("%1 MB").arg(grown / MEGABYTE)));
+#else
+    Q_UNUSED(elements);
+#endif
+}
+
+void tst_HostileFiles::files()
+{
+    QFETCH(QString, suffix);
+    QFETCH(Make, make);
+    QFETCH(int, code);
+    QFETCH(QString, reason);
+    QFETCH(int, elements);
+    const QString name = m_dir.filePath(QStringLiteral("hostile.") + suffix);
+    {
+        // Freed before the child starts: a child counts its parent's memory as its own.
+        const QByteArray content = make(m_factor);
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QCOMPARE(file.write(content), content.size());
+    }
+    judge(name, run(m_dir.path(), {name, QStringLiteral("--info")}), code, reason, elements);
+    if (QTest::currentTestFailed())
+        return;
+    const QString picture = m_dir.filePath(QStringLiteral("map.png"));
+    QFile::remove(picture);
+    const Outcome drawn = run(m_dir.path(), {name, QStringLiteral("-o"), picture, QStringLiteral("--size=300x200")});
+    judge(name, drawn, code, reason, elements);
+    QCOMPARE(QFileInfo::exists(picture), code == 0);
+}
+
+void tst_HostileFiles::selections_data()
+{
+    QTest::addColumn<QByteArray>("rows");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("reason");
+
+    const auto row = [](const QByteArray &include) {
+        return "<configuredTrack><trk><include>" + include + "</include></trk></configuredTrack>";
+    };
+    QTest::newRow("names itself") << row("../hostile.xml") << 4 << QStringLiteral("hostile.xml");
+    QTest::newRow("names a file of the system") << row("../../../../../../../etc/passwd") << 4 << QStringLiteral("passwd");
+    QTest::newRow("names a device") << row("/dev/zero") << 4 << QStringLiteral("/dev/zero");
+    QTest::newRow("names a folder") << row("..") << 4 << QStringLiteral("..");
+    QTest::newRow("levels") << QByteArray("<a>").repeated(100000) << 4 << QStringLiteral("nested more than 256");
+    QTest::newRow("attributes") << "<configuredTrack" + attributes(30000) + "/>" << 4 << QStringLiteral("more than 1000 attributes");
+}
+
+void tst_HostileFiles::selections()
+{
+    QFETCH(QByteArray, rows);
+    QFETCH(int, code);
+    QFETCH(QString, reason);
+    QVERIFY(QDir(m_dir.path()).mkpath(QStringLiteral("hostile.tracks")));
+    const QString name = m_dir.filePath(QStringLiteral("hostile.xml"));
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("<kelTracks><gpxtrack>" + rows + "</gpxtrack></kelTracks>");
+    file.close();
+    const Outcome outcome = run(m_dir.path(), {QStringLiteral("--selection"), name, QStringLiteral("--info")});
+    QVERIFY2(outcome.code >= 3 && outcome.code <= 6, outcome.words.left(500).constData());
+    Q_UNUSED(code);
+    QVERIFY2(outcome.words.contains(reason.toUtf8()), outcome.words.left(500).constData());
+    QVERIFY(!outcome.words.contains("root:") && !outcome.output.contains("root:"));
+}
+
+void tst_HostileFiles::nothingIsWrittenBesideAnArchive()
+{
+    QTemporaryDir inner(m_dir.filePath(QStringLiteral("inner-XXXXXX")));
+    const QString name = inner.filePath(QStringLiteral("hostile.kmz"));
+    {
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(archive({{.name = "../../escaped.kml", .content = kml("")}, {.name = "/tmp/escaped.kml", .content = kml("")}}));
+    }
+    const Outcome outcome = run(m_dir.path(), {name, QStringLiteral("--info")});
+    QCOMPARE(outcome.code, 0);
+    QCOMPARE(QDir(inner.path()).entryList(QDir::Files), QStringList{QStringLiteral("hostile.kmz")});
+    QVERIFY(!QFileInfo::exists(m_dir.filePath(QStringLiteral("escaped.kml"))));
+}
+
+QTEST_GUILESS_MAIN(tst_HostileFiles)
+#include "tst_HostileFiles.moc"

@@ -1,0 +1,311 @@
+// SPDX-FileCopyrightText: The libKelGeoLocation authors
+// SPDX-License-Identifier: MIT
+
+#include <KelErrorHistory.h>
+#include <KelXMLGate.h>
+#include <KelXMLLoader.h>
+#include <KelXMLPlainCursor.h>
+#include <KelXMLStreamCursor.h>
+
+#include <QBuffer>
+#include <QDomDocument>
+#include <QFile>
+#include <QStringEncoder>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+/// A pipe as far as a reader can see: no size, no way back.
+class Pipe : public QBuffer
+{
+public:
+    explicit Pipe(const QByteArray &bytes)
+    {
+        setData(bytes);
+        open(QIODevice::ReadOnly);
+    }
+
+    bool isSequential() const override
+    {
+        return true;
+    }
+};
+
+QByteArray attributes(int count, const QByteArray &value)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += " a" + QByteArray::number(i) + "='" + value + "'";
+    return text;
+}
+
+/// `levels` entities, each of which holds ten of the one before; the innermost is `core`.
+QByteArray laughs(int levels, const QByteArray &core, const QByteArray &use)
+{
+    QByteArray text = "<!DOCTYPE a [<!ENTITY e0 '" + core + "'>";
+    for (int i = 1; i <= levels; ++i)
+        text += "<!ENTITY e" + QByteArray::number(i) + " '" + QByteArray("&e" + QByteArray::number(i - 1) + ";").repeated(10)
+            + "'>";
+    return text + "]>" + QByteArray(use).replace("&e;", "&e" + QByteArray::number(levels) + ";");
+}
+
+QByteArray entity(const QByteArray &value, const QByteArray &use)
+{
+    return "<!DOCTYPE a [<!ENTITY e '" + value + "'>]>" + use;
+}
+
+QByteArray encoded(const char *encoding, const QByteArray &text)
+{
+    QStringEncoder encoder(encoding);
+    return encoder(QString::fromUtf8(text));
+}
+
+} // namespace
+
+/// Every document goes to every reader, and all have to say the same.
+class tst_KelXMLGate : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void allReadersAgree_data();
+    void allReadersAgree();
+    void reasons_data();
+    void reasons();
+    void piecesOfAnySize_data();
+    void piecesOfAnySize();
+    void theEarlierErrorCountsWhereItIsKnown();
+    void nothingOutsideIsRead();
+    void aFileWithoutEndIsNotReadToItsEnd();
+
+private:
+    static bool streamReads(const QByteArray &bytes, bool isPipe, KelErrorHistory::Entry *error = nullptr);
+
+    QTemporaryDir m_dir;
+};
+
+bool tst_KelXMLGate::streamReads(const QByteArray &bytes, bool isPipe, KelErrorHistory::Entry *error)
+{
+    Pipe pipe(bytes);
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    KelXMLStreamCursor cursor(isPipe ? static_cast<QIODevice *>(&pipe) : &buffer);
+    const bool read = cursor.finish();
+    if (error != nullptr && !read)
+        *error = {QString(), cursor.errorLine(), cursor.errorColumn(), cursor.errorString()};
+    return read;
+}
+
+void tst_KelXMLGate::allReadersAgree_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<bool>("readable");
+
+    const QByteArray open = QByteArray("<a>");
+    const QByteArray close = QByteArray("</a>");
+    QTest::newRow("256 levels") << open.repeated(256) + close.repeated(256) << true;
+    QTest::newRow("256 levels, the last without a content") << open.repeated(255) + "<b/>" + close.repeated(255) << true;
+    QTest::newRow("257 levels") << open.repeated(257) + close.repeated(257) << false;
+    QTest::newRow("257 levels, the last without a content") << open.repeated(256) + "<b/>" + close.repeated(256) << false;
+    QTest::newRow("200,000 levels") << open.repeated(200000) + close.repeated(200000) << false;
+    QTest::newRow("200,000 levels without an end") << open.repeated(200000) << false;
+    QTest::newRow("200,000 children") << open + QByteArray("<b/>").repeated(200000) + close << true;
+    QTest::newRow("no levels but what a comment says") << open + "<!--" + open.repeated(300) + "-->" + close << true;
+    QTest::newRow("no levels but what CDATA says") << open + "<![CDATA[" + open.repeated(300) + "]]>" + close << true;
+    QTest::newRow("no levels but what an instruction says") << open + "<?x " + open.repeated(300) + "?>" + close << true;
+    QTest::newRow("end tags in comments end nothing")
+        << QByteArray("<a><!--</a>-->").repeated(257) + close.repeated(257) << false;
+    QTest::newRow("end tags in CDATA end nothing")
+        << QByteArray("<a><![CDATA[</a>]]>").repeated(257) + close.repeated(257) << false;
+    QTest::newRow("slashes in attributes end nothing")
+        << QByteArray("<a b='/>' c=\"/>\">").repeated(257) + close.repeated(257) << false;
+
+    QTest::newRow("1,000 attributes") << "<a" + attributes(1000, "v") + "/>" << true;
+    QTest::newRow("1,001 attributes") << "<a" + attributes(1001, "v") + "/>" << false;
+    QTest::newRow("1,001 attributes further down") << "<b><a" + attributes(1001, "v") + "/></b>" << false;
+    QTest::newRow("300,000 attributes") << "<a" + attributes(300000, "") + "/>" << false;
+    QTest::newRow("300,000 attributes without an end") << "<a" + attributes(300000, "") << false;
+    QTest::newRow("1,000 attributes of equals signs") << "<a" + attributes(1000, "==") + "/>" << true;
+    QTest::newRow("1,001 equals signs in the text") << "<a>" + QByteArray("b='c' ").repeated(1001) + "</a>" << true;
+    QTest::newRow("an attribute of 10 MB") << "<a b='" + QByteArray(10000000, 'x') + "'/>" << true;
+
+    QTest::newRow("an entity") << entity("text", "<a>&e;</a>") << true;
+    QTest::newRow("an entity in an attribute") << entity("text", "<a b='&e;'/>") << true;
+    QTest::newRow("an entity that holds elements") << entity("x<b>y</b>", "<a>&e;</a>") << true;
+    QTest::newRow("an entity that holds half an element") << entity("x<b>y", "<a>&e;</b></a>") << false;
+    QTest::newRow("an entity that starts a comment")
+        << entity("<!--", "<a>&e; <![CDATA[ --> <b" + attributes(1001, "") + "/> ]]></a>") << false;
+    QTest::newRow("an entity that starts a comment by numbers")
+        << entity("&#60;!--", "<a>&e; <![CDATA[ --> <b" + attributes(1001, "") + "/> ]]></a>") << false;
+    QTest::newRow("two entities that start a comment together")
+        << "<!DOCTYPE a [<!ENTITY f '<!-'><!ENTITY e '&f;-'>]><a>&e; --></a>" << false;
+    QTest::newRow("laughs, six levels") << laughs(6, "ha", "<a>&e;</a>") << false;
+    QTest::newRow("laughs that say nothing, 12 levels") << laughs(12, "", "<a>&e;</a>") << false;
+    QTest::newRow("laughs that say nothing, in an attribute") << laughs(12, "", "<a b='&e;'/>") << false;
+    QTest::newRow("laughs that nobody hears") << laughs(12, "ha", "<a/>") << true;
+    QTest::newRow("quadratic") << entity(QByteArray(4000, 'x'), "<a>" + QByteArray("&e;").repeated(2000) + "</a>") << false;
+    QTest::newRow("quadratic in an attribute")
+        << entity(QByteArray(4000, 'x'), "<a b='" + QByteArray("&e;").repeated(2000) + "'/>") << false;
+    QTest::newRow("quadratic, 2 MB") << entity(QByteArray(4000, 'x'), "<a>" + QByteArray("&e;").repeated(700000) + "</a>")
+                                     << false;
+    QTest::newRow("quadratic in comments only")
+        << entity(QByteArray(4000, 'x'), "<a><!--" + QByteArray("&e;").repeated(2000) + "--></a>") << true;
+    QTest::newRow("entities of elements")
+        << entity(QByteArray("<b/>").repeated(1000), "<a>" + QByteArray("&e;").repeated(2000) + "</a>") << false;
+    QTest::newRow("predefined entities and references") << entity("x", "<a>" + QByteArray("&amp;&#65;").repeated(9999) + "</a>")
+                                                        << true;
+    // 10 characters per reference of three: 44 bytes around them.
+    QTest::newRow("up to five times the size") << entity("0123456789", "<a>" + QByteArray("&e;&#9;").repeated(100) + "</a>")
+                                               << true;
+    QTest::newRow("an entity in itself") << "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a>&e;</a>" << false;
+    QTest::newRow("an entity in itself that nobody uses") << "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a/>" << true;
+    QTest::newRow("parameter entities") << "<!DOCTYPE a [<!ENTITY % p ''>" + QByteArray("%p;").repeated(100) + "]><a/>" << false;
+    QTest::newRow("a parameter entity that nobody uses") << "<!DOCTYPE a [<!ENTITY % p 'x'>]><a/>" << true;
+    QTest::newRow("a percentage") << entity("50 % and 50%", "<a>&e;</a>") << true;
+    QTest::newRow("defaults of attributes") << "<!DOCTYPE a [<!ATTLIST a b CDATA 'c'>]><a/>" << true;
+    QTest::newRow("a great many defaults of attributes")
+        << "<!DOCTYPE a [<!ATTLIST a" + QByteArray(attributes(1001, "v")).replace("='", " CDATA '") + ">]><a/>" << false;
+    QTest::newRow("defaults of attributes that make the document long")
+        << "<!DOCTYPE a [<!ATTLIST b c CDATA '" + QByteArray(4000, 'x') + "'>]><a>" + QByteArray("<b/>").repeated(1000) + "</a>"
+        << false;
+    QTest::newRow("marks in the document type")
+        << "<!DOCTYPE a [<!-- ]> %p; ' \" --><?x ]> %p; ' ?><!ELEMENT a (#PCDATA)><!ENTITY q '\"&#37;]>'>]><a>&q;</a>" << true;
+}
+
+void tst_KelXMLGate::allReadersAgree()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(bool, readable);
+    QDomDocument document;
+    QCOMPARE(KelXMLLoader::setContent(document, xml), readable);
+    QCOMPARE(KelXMLLoader::setContent(document, QString::fromUtf8(xml)), readable);
+    QCOMPARE(streamReads(xml, false), readable);
+    QCOMPARE(streamReads(xml, true), readable);
+    // Another encoding changes nothing, whether its first bytes tell it or its name.
+    const QByteArray utf16 = encoded("UTF-16LE", QByteArray("\xef\xbb\xbf") + xml);
+    QCOMPARE(KelXMLLoader::setContent(document, utf16), readable);
+    QCOMPARE(streamReads(utf16, false), readable);
+    const QByteArray utf7 = encoded("UTF-7", "<?xml version='1.0' encoding='UTF-7'?>" + xml);
+    if (!utf7.isEmpty()) {
+        QCOMPARE(KelXMLLoader::setContent(document, utf7), readable);
+        QCOMPARE(streamReads(utf7, false), readable);
+    }
+    // The plain form is never believed where another reader would refuse.
+    QBuffer buffer(&xml);
+    buffer.open(QIODevice::ReadOnly);
+    KelXMLPlainCursor plain(&buffer);
+    QVERIFY(!plain.finish() || readable);
+}
+
+void tst_KelXMLGate::reasons_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("depth") << QByteArray("<a>").repeated(257)
+                           << "1:771: elements are nested more than 256 levels deep";
+    QTest::newRow("attributes") << "<a>\n<b/>\n  <a" + QByteArray(" b=''").repeated(1001)
+                                << "3:5008: an element has more than 1000 attributes";
+    QTest::newRow("entities") << entity(QByteArray(4000, 'x'), "\n<a>\n" + QByteArray("&e;").repeated(2000) + "</a>")
+                              << "entities and attributes of the document type make the document more than 5 times as long";
+    QTest::newRow("parameter entities") << QByteArray("<!DOCTYPE a [\n<!ENTITY % p ''>\n%p;]><a/>")
+                                        << "3:2: the document type uses parameter entities";
+    QTest::newRow("half an element") << entity("<b>", "<a>&e;</b></a>")
+                                     << "the entity \"e\" is no balanced piece of markup";
+    QTest::newRow("encoding") << QByteArray("<?xml version='1.0' encoding='UTF-16'?><a/>")
+                              << "the document is not written in the encoding \"UTF-16\" that it declares";
+    QTest::newRow("declaration") << "<?xml version='1.0' " + QByteArray(100000, ' ') + "?><a/>"
+                                 << "the XML declaration has no end";
+}
+
+void tst_KelXMLGate::reasons()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(QString, reason);
+    KelErrorHistory errors;
+    QDomDocument document;
+    QVERIFY(!KelXMLLoader::setContent(document, xml, &errors));
+    QCOMPARE(errors.entries().size(), 1);
+    QVERIFY2(errors.last().toString().endsWith(reason), qPrintable(errors.last().toString()));
+    QVERIFY(errors.last().line >= 1 && errors.last().column >= 1);
+    KelErrorHistory::Entry error;
+    QVERIFY(!streamReads(xml, true, &error));
+    QVERIFY2(error.toString().endsWith(reason), qPrintable(error.toString()));
+}
+
+void tst_KelXMLGate::piecesOfAnySize_data()
+{
+    QTest::addColumn<int>("blanks");
+    for (const int blanks : {8100, 8180, 8185, 8190, 8191, 8192, 8193, 8200})
+        QTest::addRow("%d characters before", blanks) << blanks;
+}
+
+/// Whatever the reader's block tears apart.
+void tst_KelXMLGate::piecesOfAnySize()
+{
+    QFETCH(int, blanks);
+    const QByteArray before = "<a>" + QByteArray(blanks, ' ');
+    for (const QByteArray &piece : {QByteArray("<!-- <b> - -- -->"), QByteArray("<![CDATA[ ]] > ] <b> ]]]>"),
+                                    QByteArray("<?x ? <b> > ?>"), QByteArray("<b c='/>' d=\"'>\"/>"), QByteArray("\xc3\xa4\xe2\x82\xac")}) {
+        const bool isTorn = piece.contains("--") && piece.contains("-- -");
+        QDomDocument document;
+        const bool readable = document.setContent(before + piece + "</a>", false);
+        QCOMPARE(readable, !isTorn);
+        QCOMPARE(KelXMLLoader::setContent(document, before + piece + "</a>"), readable);
+        QCOMPARE(streamReads(before + piece + "</a>", false), readable);
+        const QByteArray tooMany = before + piece + "<b" + attributes(1001, "") + "/></a>";
+        KelErrorHistory::Entry error;
+        QVERIFY(!streamReads(tooMany, false, &error));
+        if (readable)
+            QVERIFY2(error.message.contains(u"attributes"), qPrintable(error.message));
+    }
+}
+
+void tst_KelXMLGate::theEarlierErrorCountsWhereItIsKnown()
+{
+    const QByteArray xml = "<a>\n<b></c>" + QByteArray(10000, ' ') + QByteArray("<d>").repeated(300);
+    KelErrorHistory errors;
+    QDomDocument document;
+    QVERIFY(!KelXMLLoader::setContent(document, xml, &errors));
+    QCOMPARE(errors.last().line, 2);
+    QVERIFY(!errors.last().message.contains(u"nested"));
+}
+
+void tst_KelXMLGate::nothingOutsideIsRead()
+{
+    QFile secret(m_dir.filePath(QStringLiteral("secret")));
+    QVERIFY(secret.open(QIODevice::WriteOnly));
+    secret.write("secret");
+    secret.close();
+    const QByteArray url = "file://" + secret.fileName().toUtf8();
+    for (const QByteArray &xml :
+         {"<!DOCTYPE a [<!ENTITY e SYSTEM '" + url + "'>]><a>&e;</a>", "<!DOCTYPE a SYSTEM '" + url + "'><a/>",
+          "<!DOCTYPE a [<!ENTITY % e SYSTEM '" + url + "'> %e;]><a/>",
+          "<!DOCTYPE a PUBLIC 'p' '" + url + "' [<!ENTITY e SYSTEM '" + url + "'>]><a b='&e;'>&e;</a>"}) {
+        QDomDocument document;
+        KelXMLLoader::setContent(document, xml);
+        QVERIFY(!document.documentElement().text().contains(u"secret"));
+        QBuffer buffer;
+        buffer.setData(xml);
+        buffer.open(QIODevice::ReadOnly);
+        KelXMLStreamCursor cursor(&buffer);
+        QVERIFY(!cursor.attribute(u"b").contains(u"secret"));
+        QVERIFY(!cursor.text().contains(u"secret"));
+    }
+}
+
+void tst_KelXMLGate::aFileWithoutEndIsNotReadToItsEnd()
+{
+    const QFileInfo zeros(QStringLiteral("/dev/zero"));
+    if (!zeros.exists())
+        QSKIP("no such device here");
+    KelErrorHistory errors;
+    QVERIFY(KelXMLLoader::loadDocumentElement(zeros, &errors).isNull());
+    QCOMPARE(errors.entries().size(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_KelXMLGate)
+#include "tst_KelXMLGate.moc"
