@@ -90,7 +90,7 @@ QString withoutDeclaration(const QString &text)
     if (!text.startsWith(QLatin1String("<?xml")))
         return text;
     QString result = text;
-    const qsizetype end = result.indexOf(QLatin1String("?>"));
+    const qsizetype end = result.indexOf(QLatin1String("?>")); // of another instruction that starts so: no loss
     for (qsizetype i = 0; i < end + 2; ++i) {
         if (!result.at(i).isSpace())
             result[i] = u' ';

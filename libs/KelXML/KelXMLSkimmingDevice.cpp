@@ -18,12 +18,16 @@ constexpr qint64 expansionInAdvance = 1 << 20;
 /// More never counts, so that sums stay far from the end of 64 bits.
 constexpr qint64 unbounded = qint64(1) << 40;
 
+/// In characters. The reader's first block has to hold it, in any encoding.
+constexpr qsizetype longestDeclaration = 1024;
+
 /// The encoding that the XML declaration names, null if there is none. `end` becomes where the declaration ends, -1
 /// if it does not end in the text.
 QString declaredEncoding(const QString &text, qsizetype &end)
 {
     end = 0;
-    if (!text.startsWith(QLatin1String("<?xml")))
+    constexpr qsizetype behindTarget = 5;
+    if (!text.startsWith(QLatin1String("<?xml")) || !text.mid(behindTarget, 1).trimmed().isEmpty())
         return QString();
     end = text.indexOf(QLatin1String("?>"));
     static const QRegularExpression encoding(QStringLiteral("\\sencoding\\s*=\\s*(?:\"([^\"]*)\"|'([^']*)')"));
@@ -126,8 +130,8 @@ QString KelXMLSkimmingDevice::decodeFirst(QByteArrayView bytes)
     const QString text = m_decoder.decode(bytes);
     qsizetype end = 0;
     const QString encoding = declaredEncoding(text, end);
-    if (end < 0) {
-        refuse(QStringLiteral("the XML declaration has no end"));
+    if (end < 0 || end > longestDeclaration) {
+        refuse(QStringLiteral("the XML declaration is too long"));
         return text;
     }
     if (encoding.isEmpty())

@@ -165,7 +165,7 @@ class tst_HostileFiles : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void initTestCase();
     void files_data();
     void files();
@@ -297,15 +297,15 @@ void tst_HostileFiles::files_data()
         "", 60000);
 
     row("truncated UTF-8", "kml", [](int) { return kml("", "<name>\xe2\x82</name>"); }, read, "malformed");
-    row("placemarks", "kml", [](int f) { return kml("", "", QByteArray("<Placemark/>").repeated(200000 * f)); }, read, "", 600000);
+    row("placemarks", "kml", [](int f) { return kml("", "", QByteArray("<Placemark/>").repeated(200000 * f)); }, read, "", 200000);
     row("nothing but placemarks of nothing", "kml",
         [](int f) { return "<kml><Document>" + QByteArray("<Placemark/>").repeated(200000 * f) + "</Document></kml>"; }, nothing,
-        "no placemark has coordinates", 600000);
+        "no placemark has coordinates", 200000);
     row("folders", "kml", [](int f) { return kml("", "", QByteArray("<Folder>").repeated(100000 * f)); }, malformed, tooDeep);
     row("folders beside each other", "kml", [](int f) { return kml("", "", QByteArray("<Folder></Folder>").repeated(200000 * f)); }, read,
         "", 200000);
     row("styles", "kml", [](int f) { return kml("", "<styleUrl>#a1</styleUrl>", numbered(50000 * f, "<Style id='a", "'/>")); }, read, "",
-        200000);
+        100000);
     row("styles in a circle", "kml",
         [](int) {
             return kml("", "<styleUrl>#a</styleUrl>",
@@ -412,24 +412,22 @@ void tst_HostileFiles::files()
 void tst_HostileFiles::selections_data()
 {
     QTest::addColumn<QByteArray>("rows");
-    QTest::addColumn<int>("code");
     QTest::addColumn<QString>("reason");
 
     const auto row = [](const QByteArray &include) {
         return "<configuredTrack><trk><include>" + include + "</include></trk></configuredTrack>";
     };
-    QTest::newRow("names itself") << row("../hostile.xml") << 4 << QStringLiteral("hostile.xml");
-    QTest::newRow("names a file of the system") << row("../../../../../../../etc/passwd") << 4 << QStringLiteral("passwd");
-    QTest::newRow("names a device") << row("/dev/zero") << 4 << QStringLiteral("/dev/zero");
-    QTest::newRow("names a folder") << row("..") << 4 << QStringLiteral("..");
-    QTest::newRow("levels") << QByteArray("<a>").repeated(100000) << 4 << QStringLiteral("nested more than 256");
-    QTest::newRow("attributes") << "<configuredTrack" + attributes(30000) + "/>" << 4 << QStringLiteral("more than 1000 attributes");
+    QTest::newRow("names itself") << row("../hostile.xml") << QStringLiteral("hostile.xml");
+    QTest::newRow("names a file of the system") << row("../../../../../../../etc/passwd") << QStringLiteral("passwd");
+    QTest::newRow("names a device") << row("/dev/zero") << QStringLiteral("/dev/zero");
+    QTest::newRow("names a folder") << row("..") << QStringLiteral("..");
+    QTest::newRow("levels") << QByteArray("<a>").repeated(100000) << QStringLiteral("nested more than 256");
+    QTest::newRow("attributes") << "<configuredTrack" + attributes(30000) + "/>" << QStringLiteral("more than 1000 attributes");
 }
 
 void tst_HostileFiles::selections()
 {
     QFETCH(QByteArray, rows);
-    QFETCH(int, code);
     QFETCH(QString, reason);
     QVERIFY(QDir(m_dir.path()).mkpath(QStringLiteral("hostile.tracks")));
     const QString name = m_dir.filePath(QStringLiteral("hostile.xml"));
@@ -439,7 +437,6 @@ void tst_HostileFiles::selections()
     file.close();
     const Outcome outcome = run(m_dir.path(), {QStringLiteral("--selection"), name, QStringLiteral("--info")});
     QVERIFY2(outcome.code >= 3 && outcome.code <= 6, outcome.words.left(500).constData());
-    Q_UNUSED(code);
     QVERIFY2(outcome.words.contains(reason.toUtf8()), outcome.words.left(500).constData());
     QVERIFY(!outcome.words.contains("root:") && !outcome.output.contains("root:"));
 }

@@ -22,7 +22,7 @@ class tst_ExtremeValues : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void intRanges_data();
     void intRanges();
     void rationals();

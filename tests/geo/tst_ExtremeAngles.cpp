@@ -27,7 +27,7 @@ class tst_ExtremeAngles : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void safeAngles_data() { KelExtremeNumbers::addRows(); }
     void safeAngles();
     void partsOfAnAngle_data() { KelExtremeNumbers::addRows(); }
@@ -118,12 +118,12 @@ void tst_ExtremeAngles::texts()
             QVERIFY(std::abs(KelLongitude::parse(longitude).decimalDegrees() - value) < 1e-7);
     }
     const QString number = QString::number(value, 'g', 17);
-    KelLatitude::parse(number);
-    KelLongitude::parse(QStringLiteral("W") + number);
-    KelGeoArc::fromString(number + u',' + number + u',' + number + QStringLiteral(" S"));
-    KelGeoArc::fromString(QStringLiteral("-2147483648,-2147483648,") + number + QStringLiteral(" N"));
-    KelGeoPosition::parse(number + u',' + number);
-    KelGeoPosition::fromString(number + u';' + number);
+    (void)KelLatitude::parse(number);
+    (void)KelLongitude::parse(QStringLiteral("W") + number);
+    (void)KelGeoArc::fromString(number + u',' + number + u',' + number + QStringLiteral(" S"));
+    (void)KelGeoArc::fromString(QStringLiteral("-2147483648,-2147483648,") + number + QStringLiteral(" N"));
+    (void)KelGeoPosition::parse(number + u',' + number);
+    (void)KelGeoPosition::fromString(number + u';' + number);
 }
 
 void tst_ExtremeAngles::positions()

@@ -29,7 +29,7 @@ KelGPXTrackSelection everything(double lineWidth, double haloWidth)
     for (const auto &pixels : {corners, corners + QList<QPointF>{corners.first()}, QList<QPointF>{{30, 20}}}) {
         for (const Qt::PenStyle style : {Qt::SolidLine, Qt::DashDotLine}) {
             KelGPXTrackConfiguration look(Qt::blue, KelDistance(lineWidth), Qt::yellow, KelDistance(haloWidth), strokeAndFill(),
-                                          KelGPXMarkerShape(MarkerArrow | MarkerStar5), KelGPXTrackShape(TrackShapeAuto),
+                                          KelGPXMarkerShape(MarkerArrow | MarkerStar9), KelGPXTrackShape(TrackShapeAuto),
                                           KelPenStyle(style), 50, 3);
             tracks.append(KelGPXConfiguredTrack(trackThrough(pixels), look));
         }
@@ -58,7 +58,7 @@ class tst_ExtremeDrawing : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void widths_data() { KelExtremeNumbers::addRows(); }
     void widths();
     void factors_data() { KelExtremeNumbers::addRows(); }
@@ -195,7 +195,7 @@ void tst_ExtremeDrawing::markers()
     QCOMPARE(image.size(), pictureSize);
     const int most = std::numeric_limits<int>::max();
     for (const QSize &size : {QSize(0, 0), QSize(-5, -5), QSize(most, most), QSize(most, 1)})
-        QVERIFY(KelGPXMarkerShape(MarkerStar5).createImage(size, 3, Qt::black, Qt::white).size().width() <= 4);
+        QVERIFY(KelGPXMarkerShape(MarkerStar9).createImage(size, 3, Qt::black, Qt::white).size().width() <= 4);
 }
 
 QTEST_MAIN(tst_ExtremeDrawing)
