@@ -18,9 +18,9 @@ class KELCORE_EXPORT KelFileHandler
 public:
     KelFileHandler() = delete;
 
-    /// In bytes: of a file that is read as a whole, and of a pipe or another device whose size is not known beforehand.
-    /// What is larger counts as a file that cannot be read.
+    /// In bytes: of a file that is read as a whole. What is larger counts as a file that cannot be read.
     static constexpr qint64 MAXIMUM_SIZE = qint64(1) << 31;
+    /// In bytes: the same for a pipe or another device whose size is not known beforehand.
     static constexpr qint64 MAXIMUM_PIPE_SIZE = qint64(1) << 28;
 
     /// The lines of a text file, without their ends ("\n", "\r\n" or "\r"). A line feed at the very end begins no

@@ -43,6 +43,7 @@ public:
     /// A stream of the tokens that the device holds from its current position on. The device has to be open for reading
     /// and to live as long as the gate.
     explicit KelXMLGate(QIODevice *device);
+    /// Lets go of the device, which stays open.
     ~KelXMLGate();
 
     KelXMLGate(const KelXMLGate &) = delete;
@@ -68,6 +69,7 @@ public:
     /// more time or memory over it than in proportion to its size. `reason`, if any, is set where it does not.
     /// A text's declaration of an encoding is of no account.
     [[nodiscard]] static bool admits(const QString &text, KelErrorHistory::Entry *reason = nullptr);
+    /// As above, in the encoding that the bytes declare.
     [[nodiscard]] static bool admits(const QByteArray &bytes, KelErrorHistory::Entry *reason = nullptr);
 
 private:

@@ -473,7 +473,7 @@ void tst_KelXMLCursor::errorPlaceIsThatOfTheTree_data()
     QTest::newRow("cut off behind a line") << QByteArray("<r>\n<a>\n") << qint64(3) << qint64(1);
     QTest::newRow("nothing at all") << QByteArray("") << qint64(1) << qint64(1);
     QTest::newRow("nested too deep")
-        << "<r>\n" + QByteArray("<a>\n").repeated(5000) + QByteArray("</a>").repeated(5000) + "</r>" << qint64(5001)
+        << "<r>\n" + QByteArray("<a>\n").repeated(256) + QByteArray("</a>").repeated(256) + "</r>" << qint64(257)
         << qint64(3);
 }
 

@@ -4,6 +4,7 @@
 // Against KelXMLLoader. KEL_RANDOM_CASES sets another number of random documents, KEL_RANDOM_SEED another beginning.
 
 #include <KelErrorHistory.h>
+#include <KelXMLGate.h>
 #include <KelXMLLoader.h>
 #include <KelXMLLongTexts.h>
 
@@ -134,8 +135,8 @@ void tst_KelXMLLongTexts::equalsTheLoader_data()
     QTest::newRow("blanks alone") << QStringLiteral("<a>%1<b/></a>").arg(QString(1000, QLatin1Char(' ')));
     QTest::newRow("byte order mark") << QChar(0xfeff) + QStringLiteral("<a>%1</a>").arg(text);
     QTest::newRow("null character") << QStringLiteral("<a>%1").arg(text) + QChar(0) + QStringLiteral("</a>");
-    QTest::newRow("too deep") << QStringLiteral("<a>").repeated(KelXMLLoader::MAXIMUM_DEPTH + 1) + text
-            + QStringLiteral("</a>").repeated(KelXMLLoader::MAXIMUM_DEPTH + 1);
+    QTest::newRow("too deep") << QStringLiteral("<a>").repeated(KelXMLGate::MAXIMUM_DEPTH + 1) + text
+            + QStringLiteral("</a>").repeated(KelXMLGate::MAXIMUM_DEPTH + 1);
     for (const int length : {KelXMLLongTexts::MINIMUM_LENGTH - 1, KelXMLLongTexts::MINIMUM_LENGTH}) {
         QTest::addRow("%d characters", length)
             << QStringLiteral("<a>%1</a>").arg(QString(length, QLatin1Char('7')));

@@ -107,6 +107,12 @@ double barbLength(const QPainterPath &path)
     return std::clamp(ARROW_PART_OF_DISTANCE * distance, SHORTEST_BARB, LONGEST_BARB);
 }
 
+// Widths come from files. Qt never finishes the dashes of an endless pen.
+double usableWidth(double width)
+{
+    return std::isnan(width) ? 0.0 : std::clamp(width, -FARTHEST_COORDINATE, FARTHEST_COORDINATE);
+}
+
 // ---- one path build -------------------------------------------------------------------------------------------
 
 // The step to a point leads across the date line: +1 eastward, -1 westward.
@@ -869,7 +875,7 @@ QPen KelGPXTrackRenderer::solidPenFromTrack(const KelGPXTrackConfiguration &conf
     KelDistance width = configuration.lineWidth();
     if (option == Foreground)
         width = width + configuration.haloWidth();
-    return QPen(QBrush(lineColor(configuration, option)), scale(width.value()), Qt::SolidLine, Qt::RoundCap,
+    return QPen(QBrush(lineColor(configuration, option)), usableWidth(scale(width.value())), Qt::SolidLine, Qt::RoundCap,
                 Qt::RoundJoin);
 }
 
