@@ -50,7 +50,7 @@ private:
     struct Entity
     {
         qint64 length = 0;
-        qint64 cost = -1; // not known yet
+        qint64 cost = -1;    // not known yet
         bool isOpen = false; // being worked out: an entity in itself
         QHash<QString, qint64> references;
     };

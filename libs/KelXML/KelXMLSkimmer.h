@@ -48,8 +48,7 @@ public:
     [[nodiscard]] QHash<QString, qint64> takeReferences();
 
 private:
-    enum class State
-    {
+    enum class State {
         Text,
         Less, // behind a "<"
         Bang, // behind a "<!"
@@ -74,15 +73,15 @@ private:
     Refusal m_refusal;
     State m_state = State::Text;
     State m_outer = State::Text; // that a comment or an instruction returns to
-    QString m_keyword; // behind "<!"
-    QString m_reference; // the name of the reference that is being read
+    QString m_keyword;           // behind "<!"
+    QString m_reference;         // the name of the reference that is being read
     QHash<QString, qint64> m_references;
     qint64 m_line = 1;
     qint64 m_column = 0;
     int m_depth = 0;
     int m_deepest = 0;
     int m_attributes = 0; // of the tag; in a document type, of all its declarations
-    int m_run = 0; // of equal marks that may end the comment
+    int m_run = 0;        // of equal marks that may end the comment
     char16_t m_quote = 0;
     char16_t m_previous = 0;
     bool m_hasDocumentType = false;

@@ -47,7 +47,7 @@ private:
     KelXMLSkimmer m_skimmer;
     QHash<QString, qint64> m_costs;
     qint64 m_expectedSize = -1; // -1: not known before the end
-    qint64 m_size = 0; // so far, in bytes
+    qint64 m_size = 0;          // so far, in bytes
     qint64 m_expansion = 0;
     bool m_isFirst = true;
     bool m_hasCosts = false;

@@ -44,8 +44,8 @@ struct Outcome
 {
     int code = -1; // -1: it did not end by itself
     QByteArray output;
-    QByteArray words; // of standard error
-    qint64 memory = 0; // at its peak, in bytes
+    QByteArray words;   // of standard error
+    qint64 memory = 0;  // at its peak, in bytes
     double seconds = 0; // of the processor
 };
 
@@ -221,94 +221,140 @@ void tst_HostileFiles::files_data()
         const auto with = [isGpx](const QByteArray &before, const QByteArray &within = {}) {
             return isGpx ? gpx(before, within) : kml(before, within);
         };
-        row("levels", suffix, [=](int f) { return with("", QByteArray("<a>").repeated(100000 * f)); }, malformed, tooDeep);
-        row("attributes", suffix, [=](int f) { return with("", "<a" + attributes(30000 * f) + "/>"); }, malformed, tooMany);
-        row("attributes of one name", suffix, [=](int f) { return with("", "<a" + QByteArray(" b=''").repeated(200000 * f) + "/>"); },
+        row(
+            "levels", suffix, [=](int f) { return with("", QByteArray("<a>").repeated(100000 * f)); }, malformed, tooDeep);
+        row(
+            "attributes", suffix, [=](int f) { return with("", "<a" + attributes(30000 * f) + "/>"); }, malformed, tooMany);
+        row(
+            "attributes of one name", suffix, [=](int f) { return with("", "<a" + QByteArray(" b=''").repeated(200000 * f) + "/>"); },
             malformed, tooMany);
-        row("attribute of 10 MB", suffix, [=](int f) { return with("", "<a b='" + QByteArray(10000000 * f, 'x') + "'/>"); }, read, "");
-        row("name of 1 MB", suffix, [=](int f) { return with("", "<" + QByteArray(1000000 * f, 'x') + "/>"); }, malformed, ":1:");
-        row("text of 20 MB", suffix, [=](int f) { return with("", "<x>" + QByteArray(20000000 * f, 'x') + "</x>"); }, read, "");
-        row("comment of 20 MB", suffix, [=](int f) { return with("<!--" + QByteArray(20000000 * f, 'x') + "-->"); }, read, "");
-        row("comments", suffix, [=](int f) { return with("", QByteArray("<!---->").repeated(500000 * f)); }, read, "", 500000);
-        row("CDATA", suffix, [=](int f) { return with("", QByteArray("<![CDATA[]]>").repeated(500000 * f)); }, read, "", 500000);
-        row("processing instructions", suffix, [=](int f) { return with("", QByteArray("<?a?>").repeated(500000 * f)); }, read, "",
+        row(
+            "attribute of 10 MB", suffix, [=](int f) { return with("", "<a b='" + QByteArray(10000000 * f, 'x') + "'/>"); }, read, "");
+        row(
+            "name of 1 MB", suffix, [=](int f) { return with("", "<" + QByteArray(1000000 * f, 'x') + "/>"); }, malformed, ":1:");
+        row(
+            "text of 20 MB", suffix, [=](int f) { return with("", "<x>" + QByteArray(20000000 * f, 'x') + "</x>"); }, read, "");
+        row(
+            "comment of 20 MB", suffix, [=](int f) { return with("<!--" + QByteArray(20000000 * f, 'x') + "-->"); }, read, "");
+        row(
+            "comments", suffix, [=](int f) { return with("", QByteArray("<!---->").repeated(500000 * f)); }, read, "", 500000);
+        row(
+            "CDATA", suffix, [=](int f) { return with("", QByteArray("<![CDATA[]]>").repeated(500000 * f)); }, read, "", 500000);
+        row(
+            "processing instructions", suffix, [=](int f) { return with("", QByteArray("<?a?>").repeated(500000 * f)); }, read, "",
             500000);
-        row("empty elements", suffix, [=](int f) { return with("", QByteArray("<a/>").repeated(1000000 * f)); }, read, "", 1000000);
-        row("entities, exponential", suffix, [=](int) { return with(laughs(9, "ha"), "<name>&e;</name>"); }, malformed, tooLong);
-        row("entities, exponential, of nothing", suffix, [=](int) { return with(laughs(12, ""), "<name>&e;</name>"); }, malformed,
+        row(
+            "empty elements", suffix, [=](int f) { return with("", QByteArray("<a/>").repeated(1000000 * f)); }, read, "", 1000000);
+        row(
+            "entities, exponential", suffix, [=](int) { return with(laughs(9, "ha"), "<name>&e;</name>"); }, malformed, tooLong);
+        row(
+            "entities, exponential, of nothing", suffix, [=](int) { return with(laughs(12, ""), "<name>&e;</name>"); }, malformed,
             tooLong);
-        row("entities, exponential, in an attribute", suffix, [=](int) { return with(laughs(12, ""), "<a b='&e;'/>"); }, malformed,
+        row(
+            "entities, exponential, in an attribute", suffix, [=](int) { return with(laughs(12, ""), "<a b='&e;'/>"); }, malformed,
             tooLong);
-        row("entities, quadratic", suffix,
+        row(
+            "entities, quadratic", suffix,
             [=](int f) { return with(entity("'" + QByteArray(4000, 'x') + "'"), "<name>" + QByteArray("&e;").repeated(20000 * f) + "</name>"); },
             malformed, tooLong);
-        row("entities, 50,000", suffix,
+        row(
+            "entities, 50,000", suffix,
             [=](int f) { return with("<!DOCTYPE x [" + numbered(50000 * f, "<!ENTITY e", " 'x'>") + "]>"); }, read, "");
-        row("entity of a file", suffix, [=](int) { return with(entity("SYSTEM 'file:///etc/passwd'"), "<name>a&e;b</name>"); }, read,
+        row(
+            "entity of a file", suffix, [=](int) { return with(entity("SYSTEM 'file:///etc/passwd'"), "<name>a&e;b</name>"); }, read,
             "root:");
-        row("entity of a network", suffix, [=](int) { return with(entity("SYSTEM 'http://127.0.0.1:9/x'"), "<name>a&e;b</name>"); },
+        row(
+            "entity of a network", suffix, [=](int) { return with(entity("SYSTEM 'http://127.0.0.1:9/x'"), "<name>a&e;b</name>"); },
             read, "127.0.0.1");
-        row("document type of a file", suffix, [=](int) { return with("<!DOCTYPE x SYSTEM 'file:///etc/passwd'>"); }, read, "root:");
-        row("parameter entities", suffix,
+        row(
+            "document type of a file", suffix, [=](int) { return with("<!DOCTYPE x SYSTEM 'file:///etc/passwd'>"); }, read, "root:");
+        row(
+            "parameter entities", suffix,
             [=](int f) {
                 return with("<!DOCTYPE x [<!ENTITY % p '" + QByteArray(4000, ' ') + "'>" + QByteArray("%p;").repeated(10000 * f) + "]>");
             },
             malformed, "parameter entities");
-        row("defaults of attributes", suffix,
+        row(
+            "defaults of attributes", suffix,
             [=](int f) {
                 return with("<!DOCTYPE x [<!ATTLIST a b CDATA '" + QByteArray(4000, 'x') + "'>]>", QByteArray("<a/>").repeated(10000 * f));
             },
             malformed, tooLong);
-        row("UTF-16 without a mark", suffix, [=](int) { return utf16(with("")); }, isGpx ? read : malformed, isGpx ? "" : ":1:");
-        row("two encodings", suffix,
+        row(
+            "UTF-16 without a mark", suffix, [=](int) { return utf16(with("")); }, isGpx ? read : malformed, isGpx ? "" : ":1:");
+        row(
+            "two encodings", suffix,
             [=](int) { return "<?xml version='1.0' encoding='UTF-16'?>" + QByteArray(isGpx ? utf16(with("")) : "\xff" + with("")); }, malformed,
             ":1:");
-        row("cut off", suffix, [=](int) { return with("").chopped(3); }, malformed, ":1:");
-        row("nothing", suffix, [=](int) { return QByteArray(); }, malformed, "");
-        row("zeros", suffix, [=](int f) { return QByteArray(1000000 * f, '\0'); }, malformed, "");
-        row("a zero", suffix, [=](int) { return with("", QByteArray("<name>a") + '\0' + "b</name>"); }, malformed, ":1:");
-        row("opening brackets", suffix, [=](int f) { return QByteArray(1000000 * f, '<'); }, malformed, ":1:");
-        row("ampersands", suffix, [=](int f) { return with("", "<name>" + QByteArray(1000000 * f, '&') + "</name>"); }, malformed, ":1:");
+        row(
+            "cut off", suffix, [=](int) { return with("").chopped(3); }, malformed, ":1:");
+        row(
+            "nothing", suffix, [=](int) { return QByteArray(); }, malformed, "");
+        row(
+            "zeros", suffix, [=](int f) { return QByteArray(1000000 * f, '\0'); }, malformed, "");
+        row(
+            "a zero", suffix, [=](int) { return with("", QByteArray("<name>a") + '\0' + "b</name>"); }, malformed, ":1:");
+        row(
+            "opening brackets", suffix, [=](int f) { return QByteArray(1000000 * f, '<'); }, malformed, ":1:");
+        row(
+            "ampersands", suffix, [=](int f) { return with("", "<name>" + QByteArray(1000000 * f, '&') + "</name>"); }, malformed, ":1:");
     }
 
-    row("UTF-7", "gpx", [](int) { return gpx("<?xml version='1.0' encoding='UTF-7'?>"); }, read, "");
-    row("an encoding that nobody knows", "gpx", [](int) { return gpx("<?xml version='1.0' encoding='x-none'?>"); }, malformed,
+    row(
+        "UTF-7", "gpx", [](int) { return gpx("<?xml version='1.0' encoding='UTF-7'?>"); }, read, "");
+    row(
+        "an encoding that nobody knows", "gpx", [](int) { return gpx("<?xml version='1.0' encoding='x-none'?>"); }, malformed,
         "x-none");
-    row("half a character", "gpx", [](int) { return gpx("", "<name>\xe2\x82</name>"); }, malformed, ":1:");
-    row("a mark that lies", "gpx", [](int) { return "\xef\xbb\xbf" + utf16(gpx("")); }, malformed, ":1:");
-    row("includes itself", "gpx", [](int) { return gpx("", "<include>hostile.gpx</include>"); }, read, "2 tracks");
-    row("includes a file of the system", "gpx", [](int) { return gpx("", "<include>../../../etc/passwd</include>"); }, read, "root:");
-    row("enclaves", "gpx", [](int f) { return gpx("", QByteArray("<enclaves><trk>").repeated(50000 * f)); }, malformed, tooDeep);
-    row("enclaves as deep as may be", "gpx",
+    row(
+        "half a character", "gpx", [](int) { return gpx("", "<name>\xe2\x82</name>"); }, malformed, ":1:");
+    row(
+        "a mark that lies", "gpx", [](int) { return "\xef\xbb\xbf" + utf16(gpx("")); }, malformed, ":1:");
+    row(
+        "includes itself", "gpx", [](int) { return gpx("", "<include>hostile.gpx</include>"); }, read, "2 tracks");
+    row(
+        "includes a file of the system", "gpx", [](int) { return gpx("", "<include>../../../etc/passwd</include>"); }, read, "root:");
+    row(
+        "enclaves", "gpx", [](int f) { return gpx("", QByteArray("<enclaves><trk>").repeated(50000 * f)); }, malformed, tooDeep);
+    row(
+        "enclaves as deep as may be", "gpx",
         [](int) { return gpx("", QByteArray("<enclaves><trk>").repeated(126) + QByteArray("</trk></enclaves>").repeated(126)); }, read, "");
-    row("numbers", "gpx",
+    row(
+        "numbers", "gpx",
         [](int f) {
             return "<gpx><trk><trkseg>" + QByteArray("<trkpt lat='nan' lon='inf'><ele>1e400</ele><time>x</time></trkpt>"
                                                      "<trkpt lat='1e308' lon='-1e308'><ele>-1e308</ele></trkpt><trkpt lat='90' lon='1e9'/>")
-                       .repeated(10000 * f)
+                                              .repeated(10000 * f)
                 + "</trkseg></trk></gpx>";
         },
         read, "", 0, nothing); // there is no such place on a map
-    row("compact points", "gpx",
+    row(
+        "compact points", "gpx",
         [](int f) {
-            return gpx("", "<trkseg><compressedPoints>" + QByteArray("1e308,nan,99999999999,99999999999999999999 , ,, 1 2,3\n").repeated(50000 * f)
-                           + "</compressedPoints></trkseg>");
+            return gpx("", "<trkseg><compressedPoints>" + QByteArray("1e308,nan,99999999999,99999999999999999999 , ,, 1 2,3\n").repeated(50000 * f) + "</compressedPoints></trkseg>");
         },
         read, "", 200000);
-    row("tracks", "gpx", [](int f) { return gpx("", "", QByteArray("<trk><trkseg><trkpt/></trkseg></trk>").repeated(20000 * f)); }, read,
+    row(
+        "tracks", "gpx", [](int f) { return gpx("", "", QByteArray("<trk><trkseg><trkpt/></trkseg></trk>").repeated(20000 * f)); }, read,
         "", 60000);
 
-    row("truncated UTF-8", "kml", [](int) { return kml("", "<name>\xe2\x82</name>"); }, read, "malformed");
-    row("placemarks", "kml", [](int f) { return kml("", "", QByteArray("<Placemark/>").repeated(200000 * f)); }, read, "", 200000);
-    row("nothing but placemarks of nothing", "kml",
+    row(
+        "truncated UTF-8", "kml", [](int) { return kml("", "<name>\xe2\x82</name>"); }, read, "malformed");
+    row(
+        "placemarks", "kml", [](int f) { return kml("", "", QByteArray("<Placemark/>").repeated(200000 * f)); }, read, "", 200000);
+    row(
+        "nothing but placemarks of nothing", "kml",
         [](int f) { return "<kml><Document>" + QByteArray("<Placemark/>").repeated(200000 * f) + "</Document></kml>"; }, nothing,
         "no placemark has coordinates", 200000);
-    row("folders", "kml", [](int f) { return kml("", "", QByteArray("<Folder>").repeated(100000 * f)); }, malformed, tooDeep);
-    row("folders beside each other", "kml", [](int f) { return kml("", "", QByteArray("<Folder></Folder>").repeated(200000 * f)); }, read,
+    row(
+        "folders", "kml", [](int f) { return kml("", "", QByteArray("<Folder>").repeated(100000 * f)); }, malformed, tooDeep);
+    row(
+        "folders beside each other", "kml", [](int f) { return kml("", "", QByteArray("<Folder></Folder>").repeated(200000 * f)); }, read,
         "", 200000);
-    row("styles", "kml", [](int f) { return kml("", "<styleUrl>#a1</styleUrl>", numbered(50000 * f, "<Style id='a", "'/>")); }, read, "",
+    row(
+        "styles", "kml", [](int f) { return kml("", "<styleUrl>#a1</styleUrl>", numbered(50000 * f, "<Style id='a", "'/>")); }, read, "",
         100000);
-    row("styles in a circle", "kml",
+    row(
+        "styles in a circle", "kml",
         [](int) {
             return kml("", "<styleUrl>#a</styleUrl>",
                        "<StyleMap id='a'><Pair><key>normal</key><styleUrl>#b</styleUrl></Pair></StyleMap>"
@@ -316,25 +362,29 @@ void tst_HostileFiles::files_data()
                        "<Style id='a'><styleUrl>#a</styleUrl></Style>");
         },
         read, "");
-    row("coordinates", "kml",
+    row(
+        "coordinates", "kml",
         [](int f) {
             return "<kml><Document><Placemark><LineString><coordinates>" + QByteArray("8.5,53.25 ").repeated(500000 * f)
                 + "</coordinates></LineString></Placemark></Document></kml>";
         },
         read, "", 500000);
-    row("coordinates of one number", "kml",
+    row(
+        "coordinates of one number", "kml",
         [](int f) {
             return "<kml><Document><Placemark><Point><coordinates>" + QByteArray("8 ").repeated(500000 * f)
                 + "</coordinates></Point></Placemark></Document></kml>";
         },
         read, "", 500000);
-    row("coordinates beyond all", "kml",
+    row(
+        "coordinates beyond all", "kml",
         [](int) {
             return "<kml><Document><Placemark><LineString><coordinates>1e308,1e308 -1e308,nan inf,-inf "
                    "1e400,90</coordinates></LineString></Placemark></Document></kml>";
         },
         read, "", 0, nothing);
-    row("widths", "kml",
+    row(
+        "widths", "kml",
         [](int) {
             return kml("", "<styleUrl>#a</styleUrl>",
                        "<Style id='a'><LineStyle><width>1e308</width><color>zzzzzzzz</color></LineStyle></Style>"
@@ -342,17 +392,22 @@ void tst_HostileFiles::files_data()
         },
         read, "");
 
-    row("an archive of zeros", "kmz",
+    row(
+        "an archive of zeros", "kmz",
         [](int) { return archive({{.name = "doc.kml", .content = QByteArray(257 * 1024 * 1024, ' '), .deflated = true}}); }, malformed,
         "unpacks to more than");
-    row("entries that share their data", "kmz",
+    row(
+        "entries that share their data", "kmz",
         [](int) { return archive({{.name = "a.kml", .content = kml("")}, {.name = "b.kml", .content = kml(""), .sharesDataOf = 0}}); },
         malformed, "overlap");
-    row("an archive that is none", "kmz", [](int) { return QByteArray("PK\3\4") + QByteArray(1000, 'x'); }, malformed, "");
-    row("an archive of an archive", "kmz",
+    row(
+        "an archive that is none", "kmz", [](int) { return QByteArray("PK\3\4") + QByteArray(1000, 'x'); }, malformed, "");
+    row(
+        "an archive of an archive", "kmz",
         [](int) { return archive({{.name = "a.kmz", .content = archive({{.name = "doc.kml", .content = kml("")}})}}); }, malformed,
         "no .kml entry");
-    row("levels in an archive", "kmz",
+    row(
+        "levels in an archive", "kmz",
         [](int f) {
             return archive({{.name = "doc.kml", .content = kml("", QByteArray("<a>").repeated(100000 * f)), .deflated = true}});
         },
