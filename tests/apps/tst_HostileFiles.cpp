@@ -255,7 +255,10 @@ void tst_HostileFiles::files_data()
             tooLong);
         row(
             "entities, quadratic", suffix,
-            [=](int f) { return with(entity("'" + QByteArray(4000, 'x') + "'"), "<name>" + QByteArray("&e;").repeated(20000 * f) + "</name>"); },
+            [=](int f) {
+                const QByteArray references = QByteArray("&e;").repeated(20000 * f);
+                return with(entity("'" + QByteArray(4000, 'x') + "'"), "<name>" + references + "</name>");
+            },
             malformed, tooLong);
         row(
             "entities, 50,000", suffix,
@@ -284,8 +287,11 @@ void tst_HostileFiles::files_data()
             "UTF-16 without a mark", suffix, [=](int) { return utf16(with("")); }, isGpx ? read : malformed, isGpx ? "" : ":1:");
         row(
             "two encodings", suffix,
-            [=](int) { return "<?xml version='1.0' encoding='UTF-16'?>" + QByteArray(isGpx ? utf16(with("")) : "\xff" + with("")); }, malformed,
-            ":1:");
+            [=](int) {
+                const QByteArray rest = isGpx ? utf16(with("")) : "\xff" + with("");
+                return "<?xml version='1.0' encoding='UTF-16'?>" + rest;
+            },
+            malformed, ":1:");
         row(
             "cut off", suffix, [=](int) { return with("").chopped(3); }, malformed, ":1:");
         row(
@@ -330,7 +336,8 @@ void tst_HostileFiles::files_data()
     row(
         "compact points", "gpx",
         [](int f) {
-            return gpx("", "<trkseg><compressedPoints>" + QByteArray("1e308,nan,99999999999,99999999999999999999 , ,, 1 2,3\n").repeated(50000 * f) + "</compressedPoints></trkseg>");
+            const QByteArray tuples = "1e308,nan,99999999999,99999999999999999999 , ,, 1 2,3\n";
+            return gpx("", "<trkseg><compressedPoints>" + tuples.repeated(50000 * f) + "</compressedPoints></trkseg>");
         },
         read, "", 200000);
     row(
@@ -417,7 +424,8 @@ void tst_HostileFiles::files_data()
 void tst_HostileFiles::judge(const QString &file, const Outcome &outcome, int code, const QString &reason, qint64 elements)
 {
     QVERIFY2(outcome.code >= 0, "the program crashed or did not come to an end");
-    QVERIFY2(outcome.code == code, qPrintable(QStringLiteral("exit code %1: %2").arg(outcome.code).arg(QString::fromUtf8(outcome.words.left(500)))));
+    QVERIFY2(outcome.code == code,
+             qPrintable(QStringLiteral("exit code %1: %2").arg(outcome.code).arg(QString::fromUtf8(outcome.words.left(500)))));
     if (code != 0) {
         // Who is told has to be able to find it.
         QVERIFY2(outcome.words.contains(QFileInfo(file).fileName().toUtf8()), outcome.words.left(500).constData());
