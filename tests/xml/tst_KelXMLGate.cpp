@@ -152,7 +152,7 @@ void tst_KelXMLGate::allReadersAgree_data()
     QTest::newRow("300,000 attributes without an end") << "<a" + attributes(300000, "") << false;
     QTest::newRow("1,000 attributes of equals signs") << "<a" + attributes(1000, "==") + "/>" << true;
     QTest::newRow("1,001 equals signs in the text") << "<a>" + QByteArray("b='c' ").repeated(1001) + "</a>" << true;
-    QTest::newRow("an attribute of 10 MB") << "<a b='" + QByteArray(10000000, 'x') + "'/>" << true;
+    QTest::newRow("an attribute of 2 MB") << "<a b='" + QByteArray(2000000, 'x') + "'/>" << true;
 
     QTest::newRow("an entity") << entity("text", "<a>&e;</a>") << true;
     QTest::newRow("an entity in an attribute") << entity("text", "<a b='&e;'/>") << true;
@@ -183,7 +183,9 @@ void tst_KelXMLGate::allReadersAgree_data()
     QTest::newRow("an entity in itself that nobody uses") << QByteArray("<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a/>") << true;
     QTest::newRow("parameter entities") << "<!DOCTYPE a [<!ENTITY % p ''>" + QByteArray("%p;").repeated(100) + "]><a/>" << false;
     QTest::newRow("a parameter entity that nobody uses") << QByteArray("<!DOCTYPE a [<!ENTITY % p 'x'>]><a/>") << true;
-    QTest::newRow("a percentage") << entity("50 % and 50%", "<a>&e;</a>") << true;
+    QTest::newRow("a percentage, which no entity may hold") << entity("50%", "<a>&e;</a>") << false;
+    QTest::newRow("percentages elsewhere")
+        << QByteArray("<!DOCTYPE a [<!ATTLIST a b CDATA '50 % 5%x'>]><a c='%p;'>50 % 5%x %p;</a>") << true;
     QTest::newRow("defaults of attributes") << QByteArray("<!DOCTYPE a [<!ATTLIST a b CDATA 'c'>]><a/>") << true;
     QTest::newRow("a great many defaults of attributes")
         << "<!DOCTYPE a [<!ATTLIST a" + QByteArray(attributes(1001, "v")).replace("='", " CDATA '") + ">]><a/>" << false;
