@@ -411,7 +411,11 @@ void tst_HostileFiles::files_data()
         "an archive that is none", "kmz", [](int) { return QByteArray("PK\3\4") + QByteArray(1000, 'x'); }, malformed, "");
     row(
         "an archive of an archive", "kmz",
-        [](int) { return archive({{.name = "a.kmz", .content = archive({{.name = "doc.kml", .content = kml("")}})}}); }, nothing, "no .kml entry");
+        [](int) {
+            const QByteArray inner = archive({{.name = "doc.kml", .content = kml("")}});
+            return archive({{.name = "a.kmz", .content = inner}});
+        },
+        nothing, "no .kml entry");
     row(
         "levels in an archive", "kmz",
         [](int f) {
