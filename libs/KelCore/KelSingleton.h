@@ -61,11 +61,18 @@ private:
         T *unfinished = nullptr;
     };
 
+    // A state that no destructor ends: the lock must outlive every static object that may still use the instance.
+    union LastingState
+    {
+        LastingState() : state() {}
+        ~LastingState() {}
+        State state;
+    };
+
     static State &state()
     {
-        // On the heap and never freed: the lock must outlive every static object that may still use the instance.
-        static State *const theState = new State;
-        return *theState;
+        static LastingState theState;
+        return theState.state;
     }
 
     static T &create(State &state);
