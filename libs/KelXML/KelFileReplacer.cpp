@@ -125,8 +125,8 @@ bool KelFileReplacer::takeOverAttributes(const QFile &file)
         return true; // a new file
     // Only the superuser can give files away; for anybody else the file is theirs now, as after any editor. The owner
     // comes first, because changing it clears some of the access rights.
-    if (::fchown(file.handle(), old.st_uid, old.st_gid) != 0)
-        (void)::fchown(file.handle(), static_cast<uid_t>(-1), old.st_gid);
+    [[maybe_unused]] const bool kept = ::fchown(file.handle(), old.st_uid, old.st_gid) == 0
+        || ::fchown(file.handle(), static_cast<uid_t>(-1), old.st_gid) == 0;
     return ::fchmod(file.handle(), old.st_mode & 07777) == 0 || failWithErrno();
 }
 
