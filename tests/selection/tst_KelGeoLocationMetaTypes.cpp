@@ -263,6 +263,9 @@ void tst_KelGeoLocationMetaTypes::debugText_data()
                              << "KelGPXTrackSegment(2 points)";
     QTest::newRow("track") << debugged(walk())
                            << "KelGPXTrack(\"Walk\", linestring, 1 segments, 2 points, 0 enclaves)";
+    QTest::newRow("track whose name holds percent signs")
+        << debugged(KelGPXTrack(QStringLiteral("50%3 of %1"), QString(), {}, TrackShapePoint))
+        << "KelGPXTrack(\"50%3 of %1\", point, 0 segments, 0 points, 0 enclaves)";
     QTest::newRow("selection") << debugged(selection()) << "KelGPXTrackSelection(1 tracks, cropping opacity 255)";
     QTest::newRow("list") << debugged(selection().tracks()) << "KelGPXConfiguredTrackList(1 tracks)";
     QTest::newRow("configured track") << debugged(KelGPXConfiguredTrack(walk(), style()))

@@ -63,6 +63,7 @@ private Q_SLOTS:
     void enclavesAreReadWhateverTheirName();
     void enclavesDeeperThanTheLimitAreSkipped();
     void anyNumberOfEnclavesInEachOtherIsBorne();
+    void sharedEnclavesAreNotCopiedWhenTheyEnd();
 
     void include();
     void includeIsMergedWhereItStands();
@@ -698,6 +699,32 @@ void tst_KelGPXTrack::enclavesDeeperThanTheLimitAreSkipped()
     for (KelGPXTrack t = read(xml); !t.enclaves().isEmpty(); t = t.enclaves().first())
         ++depth;
     QCOMPARE(depth, 120);
+}
+
+void tst_KelGPXTrack::sharedEnclavesAreNotCopiedWhenTheyEnd()
+{
+    // Twice the same in each: forty levels would be 2^40 tracks if they were copied to be ended.
+    KelGPXTrack innermost;
+    innermost.setName(QStringLiteral("innermost"));
+    {
+        KelGPXTrack t = innermost;
+        for (int i = 0; i < 40; ++i) {
+            KelGPXTrack around;
+            around.addEnclave(t);
+            around.addEnclave(t);
+            t = around;
+        }
+    }
+    KelGPXTrack moved;
+    {
+        KelGPXTrack around;
+        around.addEnclave(innermost);
+        KelGPXTrack other = around;
+        other.setName(QStringLiteral("other"));
+        moved = std::move(other);
+        QCOMPARE(around.enclaves().size(), 1);
+    }
+    QCOMPARE(moved.enclaves().first().name(), QStringLiteral("innermost"));
 }
 
 void tst_KelGPXTrack::anyNumberOfEnclavesInEachOtherIsBorne()

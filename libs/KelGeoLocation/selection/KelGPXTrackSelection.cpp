@@ -212,6 +212,7 @@ QDebug operator<<(QDebug debug, const KelGPXTrackSelection &selection)
 
 size_t qHash(const KelGPXTrackSelection &selection, size_t seed) noexcept
 {
-    const QList<KelGPXConfiguredTrack> &tracks = selection.tracks().tracks();
+    const KelGPXConfiguredTrackList list = selection.tracks(); // a copy, which the reference below needs alive
+    const QList<KelGPXConfiguredTrack> &tracks = list.tracks();
     return qHashRange(tracks.cbegin(), tracks.cend(), ::qHash(selection.nominalCroppingOpacity(), seed));
 }

@@ -278,10 +278,8 @@ QDebug operator<<(QDebug debug, const KelGPXTrack &track)
 {
     return KelDebugText::write(debug,
                                QStringLiteral("KelGPXTrack(\"%1\", %2, %3 segments, %4 points, %5 enclaves)")
-                                   .arg(track.name(), track.shape().encode())
-                                   .arg(track.segments().size())
-                                   .arg(track.countPoints())
-                                   .arg(track.enclaves().size()));
+                                   .arg(track.name(), track.shape().encode(), QString::number(track.segments().size()),
+                                        QString::number(track.countPoints()), QString::number(track.enclaves().size())));
 }
 
 size_t qHash(const KelGPXTrack &track, size_t seed) noexcept

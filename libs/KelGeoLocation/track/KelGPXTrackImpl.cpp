@@ -18,7 +18,8 @@ KelGPXTrackImpl::~KelGPXTrackImpl()
     QList<KelGPXTrack> pending = std::move(m_enclaves);
     while (!pending.isEmpty()) {
         KelGPXTrack track = pending.takeLast();
-        if (track.d->ref.loadAcquire() == 1)
+        const KelGPXTrackImpl *const data = track.d.constData(); // d-> would copy what is shared
+        if (data && data->ref.loadAcquire() == 1)
             pending.append(std::exchange(track.d->m_enclaves, {}));
     }
 }
