@@ -30,7 +30,7 @@ class KelGeoLocationRecipe(ConanFile):
 
     def export_sources(self):
         root = os.path.join(self.recipe_folder, "..", "..")
-        for pattern in ("CMakeLists.txt", "CHANGELOG.md", "LICENSE", "cmake/*", "libs/*", "packaging/*"):
+        for pattern in ("CMakeLists.txt", "CHANGELOG.md", "LICENSE", "cmake/*", "libs/*", "plugins/*", "packaging/*"):
             copy(self, pattern, root, self.export_sources_folder)
 
     def requirements(self):

@@ -13,6 +13,8 @@
 
 #include <csignal>
 
+#include <sys/stat.h>
+
 using namespace KelFaultTestSupport;
 
 /// Stores that several processes write to, that are large, or that somebody else has changed meanwhile.
@@ -28,6 +30,9 @@ private Q_SLOTS:
     void processesAreKilledWhileOthersSave();
     void aNameThatAnotherTrackHasTaken();
     void aFailedSaveLeavesTheTracksOfOthers();
+    void documentsThatNameFilesOfOthersAreRefused_data();
+    void documentsThatNameFilesOfOthersAreRefused();
+    void aPipeInTheStoreIsNoTrack();
     void thousandsOfTracks();
 
 private:
@@ -200,6 +205,55 @@ void tst_SharedStores::aFailedSaveLeavesTheTracksOfOthers()
     QVERIFY(QDir().mkdir(name));
     QVERIFY(!isSaved(selection("AB"), name));
     QCOMPARE(filesIn(path("trip.tracks")), (QStringList{"others.gps", "track.gps"}));
+}
+
+void tst_SharedStores::documentsThatNameFilesOfOthersAreRefused_data()
+{
+    QTest::addColumn<QString>("includes");
+    QTest::addColumn<bool>("refused");
+
+    QTest::newRow("of its own") << "<include>track.gps</include>" << false;
+    QTest::newRow("dots in a name") << "<include>..track.gps</include>" << false;
+    QTest::newRow("beside the store") << "<include>../precious.gpx</include>" << true;
+    QTest::newRow("far away") << "<include>/nowhere/precious.gpx</include>" << true;
+    QTest::newRow("below the store") << "<include>below/precious.gpx</include>" << true;
+    QTest::newRow("the store itself") << "<include>.</include>" << true;
+    QTest::newRow("the folder above") << "<include>..</include>" << true;
+    QTest::newRow("a second one beside its own") << "<include>track.gps</include><include>../planted.gpx</include>" << true;
+    QTest::newRow("an empty second one") << "<include>track.gps</include><include/>" << true;
+}
+
+/// Such a document comes from a stranger; saved again, it would have the named files written or removed.
+void tst_SharedStores::documentsThatNameFilesOfOthersAreRefused()
+{
+    QFETCH(QString, includes);
+    QFETCH(bool, refused);
+    const QString name = path("trip.xml");
+    QVERIFY(isSaved(selection("A"), name));
+    QVERIFY(QFile::copy(path("trip.tracks/track.gps"), path("precious.gpx")));
+    QVERIFY(QFile::copy(path("trip.tracks/track.gps"), path("trip.tracks/..track.gps")));
+    write(name, "<kelTracks><gpxtrack><configuredTrack><trk>" + includes.toUtf8()
+              + "</trk></configuredTrack></gpxtrack></kelTracks>");
+
+    auto result = KelSelectionFile::Result::Done;
+    const KelGPXTrackSelection read = load(name, &result);
+    QCOMPARE(result == KelSelectionFile::Result::Malformed, refused);
+    QCOMPARE(read.count(), refused ? 0 : 1);
+    QVERIFY(isSaved(selection("AB"), name));
+    QVERIFY(load(name, &result) == selection("AB"));
+    QVERIFY(QFile::exists(path("precious.gpx")));
+    QVERIFY(!QFile::exists(path("planted.gpx")));
+}
+
+void tst_SharedStores::aPipeInTheStoreIsNoTrack()
+{
+    const QString name = path("trip.xml");
+    QVERIFY(isSaved(selection("A"), name));
+    QVERIFY(QFile::remove(path("trip.tracks/track.gps")));
+    QCOMPARE(::mkfifo(QFile::encodeName(path("trip.tracks/track.gps")).constData(), 0600), 0);
+    auto result = KelSelectionFile::Result::Done;
+    QCOMPARE(load(name, &result).count(), 0); // and does not wait for somebody to write into it
+    QVERIFY(result == KelSelectionFile::Result::Incomplete);
 }
 
 void tst_SharedStores::thousandsOfTracks()

@@ -69,6 +69,28 @@ QString includedFile(const QDomElement &row)
     return includeOf(row).text();
 }
 
+/// Whether it names a file of the store itself: documents from strangers may name any file of the user's.
+bool isOwnName(const QString &name)
+{
+    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") && !name.contains(QLatin1Char('/'));
+}
+
+/// The first file that a document names outside of its store, or besides the one that a track may have; null if all
+/// is well. What such a document names is neither read nor written nor removed.
+QString foreignName(const QDomElement &root)
+{
+    const QDomElement selection = root.firstChildElement(SELECTION);
+    for (QDomElement row = selection.firstChildElement(); !row.isNull(); row = row.nextSiblingElement()) {
+        const QDomElement include = includeOf(row);
+        const QDomElement further = include.nextSiblingElement(INCLUDE);
+        if (!further.isNull())
+            return further.text().isNull() ? QStringLiteral("") : further.text();
+        if (!include.text().isEmpty() && !isOwnName(include.text()))
+            return include.text();
+    }
+    return QString();
+}
+
 QSet<QString> filesIn(const QDir &dir)
 {
     const QStringList names = dir.entryList(QDir::Files);
@@ -186,6 +208,13 @@ KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection,
         errors.add(entry);
         return Result::Malformed;
     }
+    const QString foreign = foreignName(root);
+    if (!foreign.isNull()) {
+        return fail(Result::Malformed,
+                    QStringLiteral("it names a file that is none of its own: \"%1\"; its tracks have to lie in the folder %2")
+                        .arg(foreign, m_store.dirName()),
+                    errors);
+    }
     const QStringList names = trackFiles(root);
     for (const QString &name : names)
         KnownFiles::remember(m_store.filePath(name));
@@ -223,7 +252,7 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
     // Tracks that the former document has stored keep their files: reading it tells the library which they are.
     if (file.exists()) {
         const QDomElement former = KelXMLLoader::loadDocumentElement(file);
-        if (!former.isNull())
+        if (!former.isNull() && foreignName(former).isNull())
             static_cast<void>(KelGPXTrackSelection(former, m_store, QString()));
     }
 
@@ -282,8 +311,9 @@ QStringList KelSelectionFile::unreadable(const QStringList &names) const
 {
     QStringList result;
     for (const QString &name : names) {
-        const QDomElement stored = KelXMLLoader::loadDocumentElement(QFileInfo(m_store, name));
-        if (stored.firstChildElement(TRACK).isNull())
+        const QFileInfo file(m_store, name);
+        // A pipe in the store would keep the program waiting for its writer.
+        if (!file.isFile() || KelXMLLoader::loadDocumentElement(file).firstChildElement(TRACK).isNull())
             result.append(name);
     }
     return result;
