@@ -1,6 +1,9 @@
 # SPDX-FileCopyrightText: The libKelGeoLocation authors
 # SPDX-License-Identifier: MIT
 
+# Where the catalogues of translations are installed, below the prefix.
+set(KEL_TRANSLATIONS_DIR "${CMAKE_INSTALL_DATADIR}/KelGeoLocation/translations")
+
 # kel_add_library(<name> ALIAS <name in the Kel:: namespace> BASE_DIRS <dirs> HEADERS <files> SOURCES <files>
 #                 [PUBLIC_LINK <targets>] [PRIVATE_LINK <targets>])
 #
@@ -17,6 +20,7 @@ function(kel_add_library name)
     set_target_properties(${name} PROPERTIES
         EXPORT_NAME ${arg_ALIAS}
         VERSION ${PROJECT_VERSION}
+        # One major version, 0 included, is one binary interface: scripts/check-abi.sh compares it.
         SOVERSION ${PROJECT_VERSION_MAJOR}
         DEFINE_SYMBOL ${upper}_LIBRARY
         # An installed library finds its sisters beside it, wherever the prefix lies.
@@ -68,6 +72,7 @@ function(kel_install_pkg_config name)
 "prefix=\${pcfiledir}/${up}
 libdir=\${prefix}/${CMAKE_INSTALL_LIBDIR}
 includedir=\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}
+translationsdir=\${prefix}/${KEL_TRANSLATIONS_DIR}
 
 Name: ${name}
 Description: ${arg_DESCRIPTION}
@@ -84,9 +89,10 @@ function(kel_install_package)
     configure_package_config_file(
         "${PROJECT_SOURCE_DIR}/cmake/KelGeoLocationConfig.cmake.in"
         "${PROJECT_BINARY_DIR}/KelGeoLocationConfig.cmake"
-        INSTALL_DESTINATION "${dir}")
+        INSTALL_DESTINATION "${dir}"
+        PATH_VARS KEL_TRANSLATIONS_DIR)
     write_basic_package_version_file("${PROJECT_BINARY_DIR}/KelGeoLocationConfigVersion.cmake"
-        COMPATIBILITY SameMinorVersion)
+        COMPATIBILITY SameMajorVersion)
     install(FILES
         "${PROJECT_BINARY_DIR}/KelGeoLocationConfig.cmake"
         "${PROJECT_BINARY_DIR}/KelGeoLocationConfigVersion.cmake"

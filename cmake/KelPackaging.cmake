@@ -120,13 +120,14 @@ the world that is built in, an editor for lines, areas and markers, and export
 as PNG, PDF or SVG.")
 
     set(CPACK_DEBIAN_QML_PACKAGE_NAME qml6-module-kelgeolocation)
-    set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS "${kel_runtime} (= ${kel_this_version})")
+    set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS "${kel_runtime} (= ${kel_this_version}), qml6-module-qtqml")
     set(CPACK_COMPONENT_QML_DESCRIPTION "places and GPS tracks on maps - QML module
 Positions, tracks and lists of tracks for programs that are written in QML.")
 
     set(CPACK_DEBIAN_DESIGNER_PACKAGE_NAME kelgeolocation-designer-plugins)
     set(CPACK_DEBIAN_DESIGNER_PACKAGE_SECTION devel)
     set(CPACK_DEBIAN_DESIGNER_PACKAGE_DEPENDS "${kel_runtime} (= ${kel_this_version})")
+    set(CPACK_DEBIAN_DESIGNER_PACKAGE_RECOMMENDS "designer-qt6")
     set(CPACK_COMPONENT_DESIGNER_DESCRIPTION "places and GPS tracks on maps - widgets for Qt Designer
 The angle editor and the label that shortens its text, in the widget box of Qt
 Designer.")

@@ -2,7 +2,8 @@
 # SPDX-FileCopyrightText: The libKelGeoLocation authors
 # SPDX-License-Identifier: MIT
 #
-# Makes the reference and the guides as HTML. Any warning, an undocumented public symbol for one, is an error.
+# Makes the reference and the guides as HTML. Any warning, an undocumented public symbol for one, is an error, and so is a
+# class that no page names.
 #
 # Usage: scripts/build-docs.sh [DIRECTORY]     (default build/docs; the start page is DIRECTORY/html/index.html)
 set -euo pipefail
@@ -18,6 +19,18 @@ KEL_DOCS_HEADERS=$(for list in libs/*/CMakeLists.txt; do
     sed -nE '/^set\(headers$/,/^\)$/s,^ +([^# ]+\.h)$,'"${list%/*}"'/\1,p' "$list"
 done | tr '\n' ' ')
 export KEL_VERSION KEL_DOCS_HEADERS
+
+# Every class has its place in the page of a floor.
+nowhere=$(for header in $KEL_DOCS_HEADERS; do
+    class=$(basename "$header" .h)
+    case $class in *Global) continue ;; esac
+    grep -qw "$class" docs/subsystem-*.md || echo "$header: no page docs/subsystem-*.md names it"
+done)
+if [ -n "$nowhere" ]; then
+    echo "$nowhere" >&2
+    exit 1
+fi
+
 # Warnings are collected rather than left to Doxygen's own error mode, which stops at the first one.
 if ! doxygen docs/Doxyfile 2>"$output/warnings.log" || [ -s "$output/warnings.log" ]; then
     cat "$output/warnings.log" >&2

@@ -3,8 +3,9 @@
 # SPDX-License-Identifier: MIT
 #
 # Installs what the build needs from Debian 12, and nothing when everything is there already.
-# Usage: scripts/install-dependencies.sh [build|test|compare]
+# Usage: scripts/install-dependencies.sh [build|test|release|compare]
 #            test       adds what only the test suite needs
+#            release    adds what the checks before a release need: packages, licences, binary interface, QML, Qt Designer
 #            compare    adds what benchmarks/compare.sh needs: the benchmark library and the programs to compare with
 set -euo pipefail
 
@@ -16,6 +17,10 @@ packages=(
 )
 if [ "${1:-build}" = test ]; then
     packages+=(libasan8 libubsan1 libtsan2 valgrind doxygen)
+fi
+if [ "${1:-build}" = release ]; then
+    packages+=(dpkg-dev fakeroot file gzip lintian reuse abigail-tools xz-utils desktop-file-utils appstream
+        qt6-declarative-dev qt6-declarative-dev-tools qml6-module-qtqml)
 fi
 if [ "${1:-build}" = compare ]; then
     packages+=(libbenchmark-dev libexpat1-dev gpsbabel gdal-bin libgdal-dev libmapnik-dev python3)

@@ -3,12 +3,24 @@
 # SPDX-License-Identifier: MIT
 #
 # Builds the Debian packages as Debian builds its own (compiler flags, strip) and looks at them with lintian.
-# Needs dpkg-dev, file, fakeroot and lintian beside what the build needs.
+# Needs dpkg-dev, fakeroot, file, gzip and lintian beside what the build needs: scripts/install-dependencies.sh release.
 #
 # Usage: scripts/make-packages.sh [cmake option...]      the packages lie in build/package afterwards
+#        -DKEL_BUILD_QML=ON and -DKEL_BUILD_DESIGNER_PLUGINS=ON add theirs
 set -euo pipefail
 cd "$(dirname "$0")/.."
 exceptions=packaging/debian/lintian-exceptions
+
+# Before minutes of building rather than behind them.
+missing=()
+for tool in cmake:cmake cpack:cmake dpkg-buildflags:dpkg-dev dpkg-parsechangelog:dpkg-dev dpkg-shlibdeps:dpkg-dev fakeroot:fakeroot \
+    file:file gzip:gzip lintian:lintian; do
+    command -v "${tool%:*}" >/dev/null || missing+=("${tool%:*} (Debian package ${tool#*:})")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+    printf 'Please install %s.\n' "${missing[@]}" >&2
+    exit 2
+fi
 
 export DEB_BUILD_MAINT_OPTIONS="hardening=+all"
 flags() { dpkg-buildflags --get "$1"; }

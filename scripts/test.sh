@@ -6,6 +6,7 @@
 #
 # Usage: scripts/test.sh              all stages, as CI runs them
 #        scripts/test.sh STAGE...     some of them: build headers docs sanitizers threads guard tests
+#                                     and two that only take part when they are named: threads_all release_checks
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -58,6 +59,17 @@ stage_threads_all() {
 # Instructions of four small pieces of work in an optimised build, against stored figures.
 stage_guard() {
     benchmarks/guard.sh
+}
+
+# Before a release: licences, the modules for QML and Qt Designer with their tests, the binary interface, the packages.
+stage_release_checks() {
+    scripts/install-dependencies.sh release
+    reuse lint
+    cmake --preset release -B build/plugins -DKEL_BUILD_QML=ON -DKEL_BUILD_DESIGNER_PLUGINS=ON -DKEL_WARNINGS_AS_ERRORS=ON
+    cmake --build build/plugins --target tst_KelQmlModule tst_KelDesignerWidgets
+    ctest --test-dir build/plugins --output-on-failure --no-tests=error -R '^(tst_KelQmlModule|tst_KelDesignerWidgets|packaging_files_agree)$'
+    scripts/check-abi.sh
+    scripts/make-packages.sh -DKEL_BUILD_QML=ON -DKEL_BUILD_DESIGNER_PLUGINS=ON
 }
 
 # Last, so that the runner's summary ends the output.

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
-// Chooses shape, marker, colours and width of a track and shows at once what it looks like.
+// Chooses shape, marker, width and painted parts of a track and shows at once what it looks like.
 //   style-chooser [--screenshot chooser.png]
 
 #include <KelGPXFullShapeListModel.h>
@@ -15,6 +15,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QSpinBox>
+#include <QTranslator>
 
 struct Renderer : KelGPXTrackRenderer
 {
@@ -91,6 +92,11 @@ private:
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    //! [texts]
+    QTranslator english;
+    if (english.load("kelgeolocation_en", KEL_TRANSLATIONS))
+        QApplication::installTranslator(&english);
+    //! [texts]
     StyleChooser chooser;
     chooser.show();
     const QStringList arguments = QApplication::arguments();

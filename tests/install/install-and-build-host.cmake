@@ -41,6 +41,11 @@ separate_arguments(flags UNIX_COMMAND "${flags}")
 run(${LAUNCHER} "${COMPILER}" -std=c++20 "${HOST_SOURCE}/main.cpp" -o "${WORK_DIR}/by-hand" ${flags}
     "-Wl,-rpath,${prefix}/${LIB_DIR}")
 run("${WORK_DIR}/by-hand" "${WORK_DIR}/by-hand.png")
+execute_process(COMMAND pkg-config --variable=translationsdir KelGeoLocation OUTPUT_VARIABLE translations
+    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+if(NOT EXISTS "${translations}/kelgeolocation_en.qm")
+    message(FATAL_ERROR "pkg-config says that the English texts are in \"${translations}\", where they are not")
+endif()
 # Each library has a file of its own, and all know their version.
 foreach(library KelCore KelXML KelGUIWidgets KelGeoLocation)
     run(pkg-config --print-errors "--exact-version=${VERSION}" ${library})
