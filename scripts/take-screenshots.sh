@@ -2,7 +2,8 @@
 # SPDX-FileCopyrightText: The libKelGeoLocation authors
 # SPDX-License-Identifier: MIT
 #
-# Takes the pictures of kel-viewer that the documentation shows, on an X server of its own (Xvfb, ImageMagick).
+# Takes the pictures of kel-viewer that the documentation shows, on an X server of its own (Xvfb, ImageMagick). Look at
+# them before you commit them.
 # Usage: scripts/take-screenshots.sh [kel-viewer] [folder]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -11,14 +12,22 @@ folder="${2:-docs/pictures}"
 command -v Xvfb >/dev/null && command -v import >/dev/null || { echo "Please install xvfb and imagemagick." >&2; exit 1; }
 
 place="$(mktemp -d)"
-# Its name stands in a picture.
-broken="${TMPDIR:-/tmp}/cut-off.gpx"
-trap 'kill "${server:-}" 2>/dev/null || true; rm -rf "$place" "$broken"' EXIT
+trap 'kill "${server:-}" 2>/dev/null || true; rm -rf "$place"' EXIT
 mkfifo "$place/display"
 Xvfb -displayfd 3 -screen 0 2600x1700x24 3>"$place/display" >/dev/null 2>&1 &
 server=$!
 DISPLAY=":$(head -n 1 "$place/display")"
 export DISPLAY QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="$place" XDG_CONFIG_HOME="$place/config" XDG_DATA_HOME="$place/data"
+
+# The name of a broken file stands in a picture: it lies on a device that only the viewer sees, with the same name everywhere.
+broken="$place/cut-off.gpx"
+printf '<gpx version="1.1">\n<trk><trkseg>\n<trkpt lat="53.1" lon="8.2"/>\n</trk>\n</gpx>\n' >"$broken"
+cat >"$place/viewer-with-device" <<END
+#!/usr/bin/env bash
+exec unshare --mount --map-root-user bash -c \
+    'mount -t tmpfs none /media && mkdir /media/gps && cp "\$0" /media/gps/ && exec "\$@"' "$broken" "$viewer" "\$@"
+END
+chmod +x "$place/viewer-with-device"
 
 # take <picture> <options and files of kel-viewer...>: the window alone, seven seconds after the start.
 take() {
@@ -37,11 +46,9 @@ take() {
     echo "$picture"
 }
 
-printf '<gpx version="1.1">\n<trk><trkseg>\n<trkpt lat="53.1" lon="8.2"/>\n</trk>\n</gpx>\n' >"$broken"
-
 take first-start
 take tracks examples/tracks/*.gpx examples/tracks/tour.kml
 take style examples/tracks/polygon-with-enclave.gpx
-take error "$broken" examples/tracks/long-ride.gpx
+viewer="$place/viewer-with-device" take error /media/gps/cut-off.gpx examples/tracks/long-ride.gpx
 take dark --dark examples/tracks/*.gpx examples/tracks/tour.kml
 QT_SCALE_FACTOR=2 take twice-as-dense examples/tracks/*.gpx examples/tracks/tour.kml

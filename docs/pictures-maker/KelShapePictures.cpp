@@ -86,7 +86,8 @@ bool KelShapePictures::drawMarkers() const
         sheet.add(marker.encode(), marker.createImage(QSize(64, 64), 24, PEN, FILL));
     KelGPXTrackConfiguration arrow = style();
     arrow.setMarkerShape(MarkerArrow);
-    sheet.add(arrow.markerShape().encode(), draw(wave(), arrow));
+    arrow.setLineWidth(4);
+    sheet.add(arrow.markerShape().encode(), draw(track(QStringLiteral("0.75,-0.25 1.2,0.1 1.6,-0.05 2.1,0.12"), TrackShapeLineString), arrow));
     return sheet.save(m_folder.filePath(QStringLiteral("marker-shapes.png")));
 }
 
@@ -143,7 +144,8 @@ bool KelShapePictures::drawSmoothing() const
             configuration.setLineWidth(2);
             configuration.setSmoothingStrength(strength);
             configuration.setSmoothingSteps(steps);
-            sheet.add(QStringLiteral("%1 %, %2 steps").arg(strength).arg(steps), draw(noisyWay(), configuration, {200, 110}));
+            const QString unit = steps == 1 ? QStringLiteral("step") : QStringLiteral("steps");
+            sheet.add(QStringLiteral("%1 %, %2 %3").arg(strength).arg(steps).arg(unit), draw(noisyWay(), configuration, {200, 110}));
         }
     }
     return sheet.save(m_folder.filePath(QStringLiteral("smoothing.png")));

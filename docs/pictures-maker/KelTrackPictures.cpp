@@ -47,7 +47,7 @@ KelGPXTrackSelection northernTour()
         QStringLiteral("8.2,53.1 10.0,53.55 9.5,54.8 9.7,55.5 10.4,55.4 12.5,55.7 12.7,56.05 12.0,57.7 10.7,59.9"),
         TrackShapeLineString);
     KelGPXTrackConfiguration configuration = style(5);
-    configuration.setHaloWidth(45);
+    configuration.setHaloWidth(30);
     return selectionOf(tour, configuration);
 }
 
@@ -78,7 +78,7 @@ bool KelTrackPictures::drawHaloAndCrop() const
     KelPictureSheet sheet(3);
     const QSize size(230, 260);
     KelGPXTrackSelection tracks = northernTour();
-    const KelGeoPositionRect north = area(52.5, 5.0, 60.5, 16.0);
+    const KelGeoPositionRect north = area(52.0, 5.0, 61.0, 16.0);
     const KelMapSketch sketch(tracks, north, size, KelMapSketch::World);
     sheet.add(QStringLiteral("render(Normal)"), KelMapSketch::chequered(sketch.render(KelMapSketch::Normal)));
     sheet.add(QStringLiteral("render(Foreground)"), KelMapSketch::chequered(sketch.render(KelMapSketch::Foreground)));
