@@ -5,7 +5,7 @@
 # Installs what the build needs from Debian 12, and nothing when everything is there already.
 # Usage: scripts/install-dependencies.sh [build|test|release|compare]
 #            test       adds what only the test suite needs
-#            release    adds what the checks before a release need: packages, licences, binary interface, QML, Qt Designer
+#            release    adds what the checks before a release need: packages, binary interface, QML, Qt Designer
 #            compare    adds what benchmarks/compare.sh needs: the benchmark library and the programs to compare with
 set -euo pipefail
 
@@ -16,10 +16,10 @@ packages=(
     libgl-dev libvulkan-dev fonts-dejavu-core
 )
 if [ "${1:-build}" = test ]; then
-    packages+=(libasan8 libubsan1 libtsan2 valgrind doxygen)
+    packages+=(libasan8 libubsan1 libtsan2 valgrind doxygen reuse)
 fi
 if [ "${1:-build}" = release ]; then
-    packages+=(dpkg-dev fakeroot file gzip lintian reuse abigail-tools xz-utils desktop-file-utils appstream
+    packages+=(dpkg-dev fakeroot file gzip lintian abigail-tools xz-utils desktop-file-utils appstream
         qt6-declarative-dev qt6-declarative-dev-tools qml6-module-qtqml)
 fi
 if [ "${1:-build}" = compare ]; then

@@ -5,7 +5,7 @@
 # Installs what is missing, builds everything and runs every test.
 #
 # Usage: scripts/test.sh              all stages, as CI runs them
-#        scripts/test.sh STAGE...     some of them: build headers docs sanitizers threads guard tests
+#        scripts/test.sh STAGE...     some of them: build headers docs licences sanitizers threads guard tests
 #                                     and two that only take part when they are named: threads_all release_checks
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -31,6 +31,11 @@ stage_headers() {
 # The reference and the guides: every public symbol has its comment, every snippet and link its target.
 stage_docs() {
     scripts/build-docs.sh build/dev/docs
+}
+
+# Every file says whose it is and under which licence.
+stage_licences() {
+    reuse lint --quiet || reuse lint
 }
 
 # The whole suite again under AddressSanitizer and UndefinedBehaviorSanitizer.
@@ -61,10 +66,9 @@ stage_guard() {
     benchmarks/guard.sh
 }
 
-# Before a release: licences, the modules for QML and Qt Designer with their tests, the binary interface, the packages.
+# Before a release: the modules for QML and Qt Designer with their tests, the binary interface, the packages.
 stage_release_checks() {
     scripts/install-dependencies.sh release
-    reuse lint
     cmake --preset release -B build/plugins -DKEL_BUILD_QML=ON -DKEL_BUILD_DESIGNER_PLUGINS=ON -DKEL_WARNINGS_AS_ERRORS=ON
     cmake --build build/plugins --target tst_KelQmlModule tst_KelDesignerWidgets
     ctest --test-dir build/plugins --output-on-failure --no-tests=error -R '^(tst_KelQmlModule|tst_KelDesignerWidgets|packaging_files_agree)$'
@@ -79,7 +83,7 @@ stage_tests() {
 
 stage_install
 if [ $# -eq 0 ]; then
-    set -- build headers docs sanitizers threads guard tests
+    set -- build headers docs licences sanitizers threads guard tests
 fi
 for stage in "$@"; do
     echo "=== $stage ($(date +%T)) ==="
