@@ -29,13 +29,21 @@ exec unshare --mount --map-root-user bash -c \
 END
 chmod +x "$place/viewer-with-device"
 
-# take <picture> <options and files of kel-viewer...>: the window alone, seven seconds after the start.
+# take <picture> <options and files of kel-viewer...>: the window alone, once nothing has changed in it for a while.
 take() {
     local picture="$folder/viewer-$1.png"
     shift
     "$viewer" --lang en --new "$@" &
     local program=$!
-    sleep 7
+    local now before="" unchanged=0 seconds=0
+    # A busy machine paints late, and not all at once.
+    until [ $unchanged -ge 8 ] || [ $seconds -ge 60 ]; do
+        sleep 1
+        seconds=$((seconds + 1))
+        now=$(import -window root -trim rgb:- | md5sum)
+        [ "$now" = "$before" ] && unchanged=$((unchanged + 1)) || unchanged=0
+        before=$now
+    done
     import -window root -trim +repage "$picture"
     kill "$program"
     wait "$program" 2>/dev/null || true

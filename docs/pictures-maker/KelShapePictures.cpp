@@ -87,7 +87,9 @@ bool KelShapePictures::drawMarkers() const
     KelGPXTrackConfiguration arrow = style();
     arrow.setMarkerShape(MarkerArrow);
     arrow.setLineWidth(4);
-    sheet.add(arrow.markerShape().encode(), draw(track(QStringLiteral("0.75,-0.25 1.2,0.1 1.6,-0.05 2.1,0.12"), TrackShapeLineString), arrow));
+    // Its head needs room beside the line's end.
+    const KelGPXTrack way = track(QStringLiteral("0.75,-0.25 1.2,0.1 1.6,-0.05 2.1,0.12"), TrackShapeLineString);
+    sheet.add(arrow.markerShape().encode(), draw(way, arrow));
     return sheet.save(m_folder.filePath(QStringLiteral("marker-shapes.png")));
 }
 

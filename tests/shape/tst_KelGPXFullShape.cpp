@@ -25,6 +25,7 @@ private Q_SLOTS:
     void icon();
     void normalize_data();
     void normalize();
+    void offeredMarkersAreKept();
 };
 
 void tst_KelGPXFullShape::defaultIsUnknownWithoutMarker()
@@ -152,6 +153,15 @@ void tst_KelGPXFullShape::normalize()
     KelGPXFullShape changed = shape;
     changed.normalize();
     QVERIFY(changed == copy);
+}
+
+/// What a user may choose must survive being chosen.
+void tst_KelGPXFullShape::offeredMarkersAreKept()
+{
+    for (const KelGPXTrackShapeEnum form : {TrackShapePoint, TrackShapeHop, TrackShapeLineString, TrackShapePolygon}) {
+        for (const KelGPXMarkerShape &marker : KelGPXTrackShape(form).createMarkerShapes())
+            QCOMPARE(KelGPXFullShape(form, marker).normalized().markerShape().toInt(), marker.toInt());
+    }
 }
 
 QTEST_MAIN(tst_KelGPXFullShape)
