@@ -21,15 +21,15 @@ class QString;
 /// memory in proportion to the document's size. Without them 300 bytes can keep Qt's reader busy for ever (entities that
 /// hold entities), and one element of 30,000 attributes for seconds.
 ///
-/// External entities and external document types are never read, whatever the limits.
+/// External entities and document types are never read; parameter entities, and entities of half a tag, are refused.
 class KELXML_EXPORT KelXMLGate
 {
 public:
-    /// The limits for one document. None of them is in reach of a file that a person or a device made.
-    ///
-    /// Of elements in each other, the document element being the first level.
+    /// So many elements may be open in each other, the document element included; with one level more the document
+    /// counts as malformed. Neither this limit nor any of those below is in reach of a file that a person or a device
+    /// made.
     static constexpr int MAXIMUM_DEPTH = 256;
-    /// Of one element, and of all declarations of attributes in a document type.
+    /// So many attributes may one element have, and so many may a document type declare in all.
     static constexpr int MAXIMUM_ATTRIBUTES = 1000;
     /// What all references to a document's own entities stand for, with whatever entities these hold, and the attributes
     /// that it gives by default, may have together this many times as many characters as the document has bytes.

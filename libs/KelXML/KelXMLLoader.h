@@ -20,7 +20,7 @@ class QString;
 /// Names are taken as written, prefix included ("gpxx:rpt"), and need no declaration of their prefix. Texts of nothing but
 /// blanks are dropped unless they stand in a CDATA section. A byte order mark is no error.
 ///
-/// Whatever is over the limits of KelXMLGate counts as malformed, and so does a larger file than a tree is made of.
+/// Whatever is over the limits of KelXMLGate, those of a file's size included, counts as malformed.
 ///
 /// Whoever passes a history finds one entry in it after a failure, with file, line, column and message as far as they are
 /// known.

@@ -152,7 +152,7 @@ private:
 /// Writes "KelGPXTrackConfiguration -- line colour; line width; fill colour; halo width; options; marker; shape".
 KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrackConfiguration &configuration);
 
-/// Equal configurations have equal hashes.
+/// Equal configurations have equal hashes: made of all ten values, which are compared exactly.
 [[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrackConfiguration &configuration, size_t seed = 0) noexcept;
 
 #endif

@@ -113,7 +113,7 @@ public:
     /// As the longitude is.
     [[nodiscard]] bool isInWesternHemisphere() const noexcept { return longitude().isInWesternHemisphere(); }
 
-    /// A hash of latitude + longitude; mirror-image positions such as (8, 53) and (53, 8) share it.
+    /// Of latitude + longitude as they are: equal within the tolerance is not enough. (8, 53) and (53, 8) share it.
     [[nodiscard]] size_t hashValue() const noexcept;
     [[nodiscard]] friend size_t qHash(const KelGeoPosition &position, size_t seed = 0) noexcept
     {

@@ -37,7 +37,7 @@ public:
     /// safeLongitude() of the stored number.
     [[nodiscard]] KelLongitude normalized() const noexcept { return safeLongitude(decimalDegrees()); }
 
-    /// Whether the way from @p other eastwards to this longitude is shorter than half a turn. Equal longitudes and
+    /// Whether the way from @p other eastwards to this longitude is shorter than half a turn. The same number and
     /// those exactly half a turn apart are neither east nor west of each other. A difference below 0 is raised by
     /// one turn only: longitudes are expected to be in their legal range.
     [[nodiscard]] bool isEastOf(const KelLongitude &other) const noexcept
@@ -49,7 +49,7 @@ public:
     }
     /// The mirror image of isEastOf().
     [[nodiscard]] bool isWestOf(const KelLongitude &other) const noexcept { return other.isEastOf(*this); }
-    /// 0 and both +180 and -180 count as eastern.
+    /// 0, +180 and -180 count as eastern.
     [[nodiscard]] bool isInEasternHemisphere() const noexcept { return !isInWesternHemisphere(); }
     /// Deliberate: -180 is no western longitude, since half a turn from 0 is neither east nor west of it.
     [[nodiscard]] bool isInWesternHemisphere() const noexcept { return isWestOf(0.0); }

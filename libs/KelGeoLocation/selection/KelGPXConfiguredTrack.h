@@ -146,7 +146,7 @@ private:
 /// Writes the track and its configuration.
 KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXConfiguredTrack &track);
 
-/// Equal configured tracks have equal hashes.
+/// Equal configured tracks have equal hashes: made of those of the track and of its configuration.
 [[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXConfiguredTrack &track, size_t seed = 0) noexcept;
 
 #endif

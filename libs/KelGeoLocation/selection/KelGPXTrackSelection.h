@@ -134,7 +134,7 @@ private:
 /// Writes the number of tracks and the cropping opacity.
 KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrackSelection &selection);
 
-/// Equal selections have equal hashes.
+/// Equal selections have equal hashes: made of the cropping opacity and of those of the configured tracks.
 [[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrackSelection &selection, size_t seed = 0) noexcept;
 
 #endif

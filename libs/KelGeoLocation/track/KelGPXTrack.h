@@ -150,7 +150,7 @@ Q_DECLARE_TYPEINFO(KelGPXTrack, Q_RELOCATABLE_TYPE);
 /// Writes name, shape, and the numbers of segments, points and enclaves.
 KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrack &track);
 
-/// Equal tracks have equal hashes: made of name, description, shape, and the numbers of points and enclaves.
+/// Equal tracks have equal hashes: made of name, description, shape, and the numbers of points and enclaves, not of positions.
 [[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrack &track, size_t seed = 0) noexcept;
 
 #endif

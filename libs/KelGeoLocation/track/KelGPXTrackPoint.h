@@ -20,8 +20,8 @@ class QDomElement;
 
 /// One recorded position: where, how high (whole metres), when, and a description.
 ///
-/// An elevation of 0 stands for none, as do an invalid time stamp and an empty description; they are not written.
-/// A point never changes after construction and shares its data with its copies, so that it may be read from any
+/// An elevation of 0 stands for none, as do an invalid time stamp and an empty description; toXml() leaves them out.
+/// A point never changes but by assignment, and shares its data with its copies, so that it may be read from any
 /// thread. A moved-from point has no data: it may only be destroyed or assigned to.
 class KELGEOLOCATION_EXPORT KelGPXTrackPoint : public KelGPXTrackElement
 {
@@ -108,8 +108,8 @@ Q_DECLARE_TYPEINFO(KelGPXTrackPoint, Q_RELOCATABLE_TYPE);
 /// Writes position, elevation, time and description, what there is of them.
 KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrackPoint &point);
 
-/// Equal points have equal hashes. The position, whose equality has a tolerance, has no part in it: points that differ
-/// in nothing else share one.
+/// Equal points have equal hashes: made of elevation, time and description. The position, whose equality has a tolerance,
+/// has no part in it: points that differ in nothing else share one.
 [[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrackPoint &point, size_t seed = 0) noexcept;
 
 #endif

@@ -85,7 +85,7 @@ Q_DECLARE_TYPEINFO(KelGPXTrackSegment, Q_RELOCATABLE_TYPE);
 /// Writes the number of points.
 KELGEOLOCATION_EXPORT QDebug operator<<(QDebug debug, const KelGPXTrackSegment &segment);
 
-/// Equal segments have equal hashes: made of the number of points, and of the first and the last one.
+/// Equal segments have equal hashes: made of the number of points, and of the first and the last one but their positions.
 [[nodiscard]] KELGEOLOCATION_EXPORT size_t qHash(const KelGPXTrackSegment &segment, size_t seed = 0) noexcept;
 
 #endif
