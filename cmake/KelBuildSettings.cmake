@@ -49,6 +49,11 @@ target_compile_definitions(kel_build_settings INTERFACE
 # every machine computes the same last bit.
 target_compile_options(kel_build_settings INTERFACE -ffp-contract=off)
 
+if(CMAKE_UNITY_BUILD)
+    # Every source is included by another one then, and the private types of its classes count as those of a header.
+    add_compile_options(-Wno-subobject-linkage)
+endif()
+
 if(KEL_SANITIZE)
     list(JOIN KEL_SANITIZE "," kel_sanitizers)
     add_compile_options(-fsanitize=${kel_sanitizers} -fno-omit-frame-pointer)

@@ -10,7 +10,7 @@
 set -euo pipefail
 
 packages=(
-    g++ cmake ninja-build pkg-config ccache mold
+    g++ cmake ninja-build pkg-config mold
     qt6-base-dev qt6-svg-dev qt6-image-formats-plugins libzip-dev
     qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
     libgl-dev libvulkan-dev fonts-dejavu-core

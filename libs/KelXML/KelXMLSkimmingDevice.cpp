@@ -16,7 +16,7 @@ namespace
 /// As long as the size of a document is unknown, so much may come of it that its rest has to make up for.
 constexpr qint64 expansionInAdvance = 1 << 20;
 /// More never counts, so that sums stay far from the end of 64 bits.
-constexpr qint64 unbounded = qint64(1) << 40;
+constexpr qint64 unboundedExpansion = qint64(1) << 40;
 
 /// In characters. The reader's first block has to hold it, in any encoding.
 constexpr qsizetype longestDeclaration = 1024;
@@ -48,7 +48,7 @@ KelXMLSkimmingDevice::KelXMLSkimmingDevice(QIODevice *source)
 
 void KelXMLSkimmingDevice::addExpansion(qint64 characters)
 {
-    m_expansion = std::min(m_expansion + std::min(characters, unbounded), unbounded);
+    m_expansion = std::min(m_expansion + std::min(characters, unboundedExpansion), unboundedExpansion);
     if (m_expectedSize >= 0)
         check(std::max(m_expectedSize, m_size) * KelXMLGate::MAXIMUM_EXPANSION);
     else
@@ -87,7 +87,7 @@ void KelXMLSkimmingDevice::countReferences()
     const QHash<QString, qint64> references = m_skimmer.takeReferences();
     for (auto it = references.cbegin(); it != references.cend(); ++it) {
         const qint64 cost = m_costs.value(it.key());
-        addExpansion(cost > unbounded / it.value() ? unbounded : cost * it.value());
+        addExpansion(cost > unboundedExpansion / it.value() ? unboundedExpansion : cost * it.value());
     }
 }
 

@@ -21,7 +21,8 @@ QDomDocument document(const QString &xml);
 /// Path of a file in tests/data.
 QString dataFile(const QString &name);
 
-/// How many random cases a test goes through: KEL_RANDOM_CASES, or the number when that is not set.
+/// How many random cases a test goes through: KEL_RANDOM_CASES, or the number when that is not set; a fifth
+/// of it under a sanitizer.
 int randomCases(int otherwise);
 /// Where they begin: KEL_RANDOM_SEED, or the number when that is not set.
 unsigned randomSeed(unsigned otherwise);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
+#include <KelTestSupport.h>
 #include <KelXMLGate.h>
 #include <KelXMLLoader.h>
 #include <KelXMLPlainCursor.h>
@@ -18,7 +19,7 @@
 /// in doubt for the one is up to the other. All is done with blocks of many sizes, since each tag, character and
 /// reference may lie across the end of one.
 ///
-/// KEL_TEST_ROUNDS=100 makes the tests over generated documents a hundred times as long.
+/// KEL_RANDOM_CASES sets another number of generated documents, KEL_RANDOM_SEED another beginning.
 class tst_KelXMLPlainCursor : public QObject
 {
     Q_OBJECT
@@ -53,11 +54,6 @@ namespace
 {
 
 constexpr qsizetype blockSizes[] = {64, 65, 71, 100, KelXMLPlainCursor::BLOCK_SIZE};
-
-int rounds(int count)
-{
-    return count * qMax(1, qEnvironmentVariableIntValue("KEL_TEST_ROUNDS"));
-}
 
 /// A cursor together with what it reads from.
 struct Source
@@ -800,8 +796,8 @@ void damage(QByteArray &xml, std::mt19937 &random)
 
 void tst_KelXMLPlainCursor::sameAsStreamOverGeneratedDocuments()
 {
-    std::mt19937 random(20231114u + uint(qEnvironmentVariableIntValue("KEL_TEST_SEED")));
-    const int count = rounds(10000);
+    std::mt19937 random(KelTestSupport::randomSeed(20231114));
+    const int count = KelTestSupport::randomCases(10000);
     int plain = 0;
     for (int i = 0; i < count; ++i) {
         plain += compare(generate(random), random) ? 1 : 0;
@@ -815,8 +811,8 @@ void tst_KelXMLPlainCursor::sameAsStreamOverGeneratedDocuments()
 
 void tst_KelXMLPlainCursor::sameAsStreamOverDamagedDocuments()
 {
-    std::mt19937 random(20231115u + uint(qEnvironmentVariableIntValue("KEL_TEST_SEED")));
-    const int count = rounds(20000);
+    std::mt19937 random(KelTestSupport::randomSeed(20231115));
+    const int count = KelTestSupport::randomCases(20000);
     int plain = 0;
     for (int i = 0; i < count; ++i) {
         QByteArray xml = generate(random);
