@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
-// Reading KML files, against GDAL's LIBKML driver, which is asked for the coordinates of every geometry.
+// Reading KML files, against GDAL's LIBKML driver (peer_gdal), each in a process of its own from its start to its end.
 //
 //     bench_kml              the ratios for a file of 1M points, with peak memory
 //     bench_kml --ratios=N   the same for N points
-//     bench_kml --read=kel FILE, --read=gdal FILE
-//                            reads the file once (.kml or .kmz), for those who measure from outside
+//     bench_kml --read=kel FILE [POINTS]
+//                            reads the file once (.kml or .kmz), for those who measure from outside; it fails if there are
+//                            no points, or not so many
 
 #include "KelBenchCost.h"
 #include "KelBenchTracks.h"
@@ -14,18 +15,21 @@
 #include <KelGPXConfiguredTrackList.h>
 #include <KelTrackSelectionFactoryKmlFile.h>
 
+#include <QByteArray>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringList>
 #include <QTemporaryDir>
 
-#include <gdal.h>
-#include <ogr_api.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 namespace
 {
@@ -41,49 +45,31 @@ std::size_t readByFactory(const QString &path)
     return count;
 }
 
-/// The points of a geometry and of all that it consists of.
-std::size_t countPoints(OGRGeometryH geometry)
+/// Another program, or this one once more, in the place of this process.
+bool become(const QStringList &command)
 {
-    if (geometry == nullptr)
-        return 0;
-    const int parts = OGR_G_GetGeometryCount(geometry);
-    std::size_t count = 0;
-    for (int i = 0; i < parts; ++i)
-        count += countPoints(OGR_G_GetGeometryRef(geometry, i));
-    return parts > 0 ? count : std::size_t(OGR_G_GetPointCount(geometry));
+    std::vector<QByteArray> arguments;
+    for (const QString &argument : command)
+        arguments.push_back(argument.toLocal8Bit());
+    std::vector<char *> pointers;
+    for (QByteArray &argument : arguments)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    execv(pointers.front(), pointers.data());
+    return false;
 }
 
-std::size_t readByGdal(const QString &path)
-{
-    GDALAllRegister();
-    const char *const drivers[] = {"LIBKML", nullptr};
-    const GDALDatasetH source = GDALOpenEx(path.toLocal8Bit().constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers,
-                                           nullptr, nullptr);
-    if (source == nullptr)
-        return 0;
-    std::size_t count = 0;
-    for (int i = 0; i < GDALDatasetGetLayerCount(source); ++i) {
-        const OGRLayerH layer = GDALDatasetGetLayer(source, i);
-        OGR_L_ResetReading(layer);
-        while (const OGRFeatureH feature = OGR_L_GetNextFeature(layer)) {
-            count += countPoints(OGR_F_GetGeometryRef(feature));
-            OGR_F_Destroy(feature);
-        }
-    }
-    GDALClose(source);
-    return count;
-}
-
-void printRatios(int count)
+void printRatios(int count, const QString &self)
 {
     const QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("track.kml"));
     KelBenchTracks::writeFile(path, KelBenchTracks::Form::Kml, KelBenchTracks::Kind::Plain, count);
-    const auto reading = [&path, count](std::size_t (*read)(const QString &)) {
-        return KelBenchCost::of([&path, count, read] { return read(path) == std::size_t(count); }, 3);
+    const auto reading = [](const QStringList &command) {
+        return KelBenchCost::of([&command] { return become(command); }, 3);
     };
-    const KelBenchCost gdal = reading(&readByGdal);
-    const KelBenchCost factory = reading(&readByFactory);
+    const QString points = QString::number(count);
+    const KelBenchCost gdal = reading({QFileInfo(self).dir().filePath(QStringLiteral("peer_gdal")), path, points});
+    const KelBenchCost factory = reading({self, QStringLiteral("--read=kel"), path, points});
     std::printf("%d points, %.1f MB; the best of three processes each\n", count,
                 double(QFileInfo(path).size()) * 1e-6);
     std::printf("%-32s %10s %10s %12s\n", "", "CPU s", "of GDAL", "peak MiB");
@@ -101,14 +87,14 @@ int main(int argc, char **argv)
     int count = 1000000;
     for (int i = 1; i < argc; ++i) {
         const std::string_view argument = argv[i];
-        if (argument.starts_with("--read=") && i + 1 < argc) {
-            const QString path = QString::fromLocal8Bit(argv[i + 1]);
-            return (argument == "--read=gdal" ? readByGdal(path) : readByFactory(path)) > 0 ? EXIT_SUCCESS
-                                                                                            : EXIT_FAILURE;
+        if (argument == "--read=kel" && i + 1 < argc) {
+            const std::size_t points = readByFactory(QString::fromLocal8Bit(argv[i + 1]));
+            const bool isRight = i + 2 < argc ? points == std::strtoull(argv[i + 2], nullptr, 10) : points > 0;
+            return isRight ? EXIT_SUCCESS : EXIT_FAILURE;
         }
         if (argument.starts_with("--ratios="))
             count = std::max(1, std::atoi(argv[i] + std::strlen("--ratios=")));
     }
-    printRatios(count);
+    printRatios(count, QString::fromLocal8Bit(argv[0]));
     return EXIT_SUCCESS;
 }

@@ -164,12 +164,12 @@ class Comparison:
             name = f'{form.upper()} reading, of GDAL\'s LIBKML driver'
             if not self.wanted(name):
                 continue
-            if not self.program('bench_kml').exists():
+            if not self.program('peer_gdal').exists():
                 self.table.note(name, 'not measured: GDAL is not installed')
                 continue
             path = self.tracks(form, self.million)
             kel, gdal = run_in_turn([[self.program('bench_kml'), '--read=kel', path],
-                                     [self.program('bench_kml'), '--read=gdal', path]], self.repetitions)
+                                     [self.program('peer_gdal'), path]], self.repetitions)
             self.table.row(name, 0.55, kel.cpu / gdal.cpu,
                            f'{kel.cpu:.2f} s, GDAL {gdal.cpu:.2f} s ({gdal.memory:.0f} MiB)', kel.memory)
 

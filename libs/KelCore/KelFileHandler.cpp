@@ -4,10 +4,13 @@
 #include "KelFileHandler.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QFile>
 #include <QFileInfo>
 #include <QString>
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace
@@ -15,49 +18,105 @@ namespace
 
 constexpr QChar ByteOrderMark(0xfeff);
 
-constexpr qint64 block = 1024 * 1024;
+constexpr qsizetype BLOCK = 128 * 1024; // stays in the processor's cache until it is text
 
-/// All bytes of the file; nothing of one that is too large. A device need not have an end; one of zeros is left early,
-/// since no text of any encoding starts with four of them.
-QByteArray readBounded(QFile &file)
+struct FileText
+{
+    QString text;
+    bool hasReturns = false;
+};
+
+bool isAscii(const char *at, const char *end)
+{
+    unsigned char bits = 0;
+    for (; at != end; ++at)
+        bits |= static_cast<unsigned char>(*at);
+    return bits < 0x80;
+}
+
+void append(const char *begin, const char *end, FileText *result)
+{
+    if (isAscii(begin, end))
+        result->text += QLatin1String(begin, end - begin);
+    else
+        result->text += QString::fromUtf8(begin, end - begin);
+    result->hasReturns = result->hasReturns || std::find(begin, end, '\r') != end;
+}
+
+/// Where a piece of text may end: nothing that is cut before an ASCII character is read in another way, and no piece but the
+/// first begins like a byte order mark.
+qsizetype cutOf(const QByteArray &bytes, qsizetype size)
+{
+    do {
+        --size;
+    } while (size > 0 && static_cast<unsigned char>(bytes.at(size)) >= 0x80);
+    return size;
+}
+
+/// As much as there is, up to the end of the bytes.
+qsizetype fill(QFile &file, QByteArray &bytes, qsizetype size)
+{
+    while (size < bytes.size()) {
+        const qint64 count = file.read(bytes.data() + size, bytes.size() - size);
+        if (count <= 0)
+            break;
+        size += count;
+    }
+    return size;
+}
+
+/// The text of the file; none of one that is too large. A device need not have an end; one of zeros is left early, since no
+/// text of any encoding starts with four of them.
+FileText readBounded(QFile &file)
 {
     const bool isPipe = file.isSequential() || file.size() == 0;
     const qint64 limit = isPipe ? KelFileHandler::MAXIMUM_PIPE_SIZE : KelFileHandler::MAXIMUM_SIZE;
     if (file.size() > limit)
-        return QByteArray();
-    QByteArray bytes;
-    bytes.reserve(qsizetype(file.size()));
-    QByteArray piece = file.read(block);
-    while (!piece.isEmpty() && bytes.size() <= limit) {
-        bytes.append(piece);
-        if (isPipe && bytes.startsWith(QByteArray(4, '\0')))
-            return QByteArray();
-        piece = file.read(block);
+        return {};
+    FileText result;
+    result.text.reserve(file.size());
+    QByteArray bytes(BLOCK, Qt::Uninitialized);
+    qsizetype size = fill(file, bytes, 0);
+    if (isPipe && QByteArrayView(bytes).first(size).startsWith(QByteArray(4, '\0')))
+        return {};
+    qint64 total = size;
+    while (size == bytes.size()) {
+        const qsizetype cut = cutOf(bytes, size);
+        append(bytes.constData(), bytes.constData() + cut, &result);
+        const qsizetype rest = size - cut;
+        std::memmove(bytes.data(), bytes.constData() + cut, std::size_t(rest));
+        if (cut == 0)
+            bytes.resize(2 * size);
+        size = fill(file, bytes, rest);
+        total += size - rest;
+        if (total > limit)
+            return {};
     }
-    return bytes.size() <= limit ? bytes : QByteArray();
+    append(bytes.constData(), bytes.constData() + size, &result);
+    return result;
 }
 
 /// The text of a file; null if it has none, or cannot be read to its end.
-QString readWhole(const QFileInfo &fileInfo)
+FileText readWhole(const QFileInfo &fileInfo)
 {
     QFile file(fileInfo.filePath());
     // Qt warns about a file without a name; here it is one that cannot be read, like any other.
-    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly))
-        return QString();
-    const QByteArray bytes = readBounded(file);
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return {};
+    FileText result = readBounded(file);
     if (file.error() != QFileDevice::NoError)
-        return QString();
+        return {};
 
-    QString text = QString::fromUtf8(bytes);
-    if (text.startsWith(ByteOrderMark))
-        text.remove(0, 1);
-    return text.isEmpty() ? QString() : text;
+    if (result.text.startsWith(ByteOrderMark))
+        result.text.remove(0, 1);
+    return result.text.isEmpty() ? FileText() : result;
 }
 
 /// The text with line feeds between its lines only.
-QString withPlainLineEnds(QString text)
+QString withPlainLineEnds(FileText file)
 {
-    if (text.contains(QLatin1Char('\r'))) {
+    QString text = std::move(file.text);
+    if (file.hasReturns) {
         text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
         text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     }
@@ -70,15 +129,15 @@ QString withPlainLineEnds(QString text)
 
 QStringList KelFileHandler::readTextFile(const QFileInfo &fileInfo)
 {
-    QString text = readWhole(fileInfo);
-    return text.isEmpty() ? QStringList() : withPlainLineEnds(std::move(text)).split(QLatin1Char('\n'));
+    FileText file = readWhole(fileInfo);
+    return file.text.isEmpty() ? QStringList() : withPlainLineEnds(std::move(file)).split(QLatin1Char('\n'));
 }
 
 QString KelFileHandler::readText(const QFileInfo &fileInfo)
 {
-    QString text = readWhole(fileInfo);
-    if (text.isEmpty())
+    FileText file = readWhole(fileInfo);
+    if (file.text.isEmpty())
         return QString();
-    text = withPlainLineEnds(std::move(text));
+    const QString text = withPlainLineEnds(std::move(file));
     return text.isEmpty() ? QStringLiteral("") : text; // one empty line
 }

@@ -35,6 +35,21 @@ constexpr bool isPlain(char16_t character)
     return character < plainCharacters.size() && plainCharacters[character];
 }
 
+constexpr qsizetype BLOCK = 32;
+
+/// Whether nothing but what most coordinates are made of comes next: plain characters all, and told without a table so that
+/// the compiler can look at many at once.
+bool areUsual(const char16_t *at)
+{
+    char16_t others = 0;
+    for (qsizetype i = 0; i < BLOCK; ++i) {
+        const char16_t c = at[i];
+        const bool isUsual = char16_t(c - u'+') <= u';' - u'+' || c == u' ' || c == u'\n' || c == u'\t';
+        others |= isUsual ? char16_t(0) : char16_t(1);
+    }
+    return others == 0;
+}
+
 /// Goes through a document from one piece of markup to the next. It trusts the document to be well-formed: of another
 /// one it may see anything, but the parser comes to the error all the same.
 class MarkupScanner
@@ -108,12 +123,29 @@ private:
     void takeText(Texts &texts)
     {
         const char16_t *const begin = m_at;
-        bool blank = true;
-        for (; m_at != m_end && isPlain(*m_at); ++m_at)
-            blank = blank && *m_at <= u' ';
+        while (m_at != m_end && isPlain(*m_at) && *m_at <= u' ')
+            ++m_at;
+        const bool blank = m_at == m_end || !isPlain(*m_at);
+        skipPlain();
         // The parser drops blank texts, which it would not do with what stands for them.
         if (m_at != m_end && *m_at == u'<' && !blank && m_at - begin >= KelXMLLongTexts::MINIMUM_LENGTH)
             texts.append(QStringView(begin, m_at));
+    }
+
+    void skipPlain()
+    {
+        while (m_end - m_at >= BLOCK) {
+            if (areUsual(m_at)) {
+                m_at += BLOCK;
+                continue;
+            }
+            for (qsizetype i = 0; i < BLOCK; ++i, ++m_at) {
+                if (!isPlain(*m_at))
+                    return;
+            }
+        }
+        while (m_at != m_end && isPlain(*m_at))
+            ++m_at;
     }
 
     [[nodiscard]] QStringView rest() const { return {m_at, m_end}; }
@@ -151,9 +183,18 @@ QDomNode nextNode(QDomNode node)
     return node.nextSibling();
 }
 
+/// The text as it lies in the document's text, if it is all that stands in an element of the name that may have it so.
+QString textFor(const QDomNode &node, QStringView text, const QString &inPlace)
+{
+    const bool isAlone = node.previousSibling().isNull() && node.nextSibling().isNull();
+    return isAlone && !inPlace.isNull() && node.parentNode().nodeName() == inPlace
+        ? QString::fromRawData(text.data(), text.size())
+        : text.toString();
+}
+
 /// Whether each found its place again, and only that. To the very end: a reference to the mark's character looks like the
 /// mark in the tree, though not in the text.
-bool putBack(QDomDocument &document, const Texts &texts)
+bool putBack(QDomDocument &document, const Texts &texts, const QString &inPlace)
 {
     qsizetype index = 0;
     for (QDomNode node = document.documentElement(); !node.isNull(); node = nextNode(node)) {
@@ -161,17 +202,31 @@ bool putBack(QDomDocument &document, const Texts &texts)
             continue;
         if (index == texts.size() || node.nodeValue() != markOf(index))
             return false;
-        node.setNodeValue(texts.at(index++).toString());
+        node.setNodeValue(textFor(node, texts.at(index++), inPlace));
     }
     return index == texts.size();
+}
+
+bool setMarkedContent(QDomDocument &document, const QString &text, const QString &inPlace)
+{
+    const Texts texts = MarkupScanner(text).longTexts();
+    if (texts.isEmpty())
+        return false;
+    const QString marked = withMarks(text, texts);
+    // The mark is no plain character, so it stood in none of the texts that were taken out.
+    return marked.count(MARK) == texts.size() && KelXMLLoader::setContent(document, marked)
+        && putBack(document, texts, inPlace);
 }
 
 } // namespace
 
 bool KelXMLLongTexts::setContent(QDomDocument &document, const QString &text, KelErrorHistory *errorHistory)
 {
-    const Texts texts = text.contains(MARK) ? Texts() : MarkupScanner(text).longTexts();
-    if (!texts.isEmpty() && KelXMLLoader::setContent(document, withMarks(text, texts)) && putBack(document, texts))
-        return true;
-    return KelXMLLoader::setContent(document, text, errorHistory);
+    return setMarkedContent(document, text, QString()) || KelXMLLoader::setContent(document, text, errorHistory);
+}
+
+bool KelXMLLongTexts::setContentInPlace(QDomDocument &document, const QString &text, const QString &tagName,
+                                        KelErrorHistory *errorHistory)
+{
+    return setMarkedContent(document, text, tagName) || KelXMLLoader::setContent(document, text, errorHistory);
 }

@@ -26,6 +26,11 @@ public:
     /// KelXMLLoader::setContent(): the same tree, the same result, the same report of an error. Only the lines and columns
     /// that the nodes remember may differ.
     static bool setContent(QDomDocument &document, const QString &text, KelErrorHistory *errorHistory = nullptr);
+
+    /// The same without a copy of the long texts that are all there is in an element of that name: the tree, and each copy of
+    /// such a text's value, refers to the characters of `text`, which have to stay where they are until both are gone.
+    static bool setContentInPlace(QDomDocument &document, const QString &text, const QString &tagName,
+                                  KelErrorHistory *errorHistory = nullptr);
 };
 
 #endif

@@ -3,12 +3,16 @@
 
 #include <KelFileHandler.h>
 
+#include <KelTestSupport.h>
+
 #include <QFile>
 #include <QFileInfo>
 #include <QObject>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <random>
 
 class tst_KelFileHandler : public QObject
 {
@@ -17,9 +21,14 @@ class tst_KelFileHandler : public QObject
 private Q_SLOTS:
     void readTextFile_data();
     void readTextFile();
+    void longTextsAreReadAsOne_data();
+    void longTextsAreReadAsOne();
+    void randomBytesEqualTheWhole();
     void unreadableFileGivesNoLines();
 
 private:
+    QString readText(const QByteArray &bytes);
+
     QTemporaryDir m_dir;
 };
 
@@ -57,6 +66,78 @@ void tst_KelFileHandler::readTextFile()
     const QString text = KelFileHandler::readText(QFileInfo(file.fileName()));
     QCOMPARE(text, lines.join(QLatin1Char('\n')));
     QCOMPARE(text.isNull(), lines.isEmpty());
+}
+
+QString tst_KelFileHandler::readText(const QByteArray &bytes)
+{
+    QFile file(m_dir.filePath("long.txt"));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("the test's file cannot be written");
+    file.close();
+    return KelFileHandler::readText(QFileInfo(file.fileName()));
+}
+
+namespace
+{
+
+/// What files are read in, and a little more than that.
+constexpr qsizetype BLOCK = 128 * 1024;
+
+/// The bytes at once, without a device.
+QString plainText(const QByteArray &bytes)
+{
+    QString text = QString::fromUtf8(bytes);
+    if (text.startsWith(QChar(0xfeff)))
+        text.remove(0, 1);
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    if (text.endsWith(QLatin1Char('\n')))
+        text.chop(1);
+    return text;
+}
+
+} // namespace
+
+void tst_KelFileHandler::longTextsAreReadAsOne_data()
+{
+    QTest::addColumn<QByteArray>("pattern");
+    QTest::newRow("ASCII") << QByteArray("8.2146,53.14375\n");
+    QTest::newRow("Windows line ends") << QByteArray("abcde\r\n");
+    QTest::newRow("two bytes") << QByteArray("\xc3\xa4");
+    QTest::newRow("two bytes, now and then") << QByteArray("a long way, \xc3\xa4 and more");
+    QTest::newRow("three bytes") << QByteArray("\xe2\x82\xac");
+    QTest::newRow("four bytes") << QByteArray("\xf0\x9f\x9a\xb2");
+    QTest::newRow("byte order marks") << QByteArray("\xef\xbb\xbf");
+    QTest::newRow("byte order marks behind characters") << QByteArray("a\xef\xbb\xbf");
+    QTest::newRow("no UTF-8") << QByteArray("\xff\xf0\x9f");
+    QTest::newRow("cut characters") << QByteArray("\xe2\x82"
+                                                  "ab\xf0\x9f\x9a");
+    QTest::newRow("null characters") << QByteArray("\0a", 2);
+}
+
+void tst_KelFileHandler::longTextsAreReadAsOne()
+{
+    QFETCH(QByteArray, pattern);
+    for (qsizetype size = BLOCK - 9; size <= BLOCK + 9; ++size) {
+        const QByteArray bytes = pattern.repeated(size / pattern.size() + 1).first(size);
+        QVERIFY2(readText(bytes) == plainText(bytes), qPrintable(QString::number(size)));
+    }
+    const QByteArray many = pattern.repeated(5 * BLOCK / pattern.size());
+    QVERIFY(readText(many) == plainText(many));
+}
+
+void tst_KelFileHandler::randomBytesEqualTheWhole()
+{
+    const QList<QByteArray> pieces{"a",    "\r",       "\n",           "\r\n",         "\xc3\xa4",       "\xe2\x82\xac",
+                                   "\xff", "\xe2\x82", "\xf0\x9f\x9a", "\xef\xbb\xbf", "\xf0\x9f\x9a\xb2", "\xa4"};
+    std::mt19937 random(KelTestSupport::randomSeed(3));
+    for (int i = KelTestSupport::randomCases(300); i > 0; --i) {
+        // What counts is where the first block ends.
+        QByteArray bytes = QByteArray("7").repeated(BLOCK - qsizetype(random() % 40));
+        for (int count = int(random() % 60); count > 0; --count)
+            bytes += pieces.at(int(random() % uint(pieces.size())));
+        QVERIFY2(readText(bytes) == plainText(bytes), bytes.sliced(BLOCK - 40).toPercentEncoding().constData());
+    }
 }
 
 void tst_KelFileHandler::unreadableFileGivesNoLines()

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void refusedArchiveGivesItsReason();
     void deepFoldersDoNoHarm();
     void largeDocument();
+    void nothingReliesOnTheText();
 
 private:
     QFileInfo write(const QString &name, const QByteArray &content);
@@ -661,6 +662,23 @@ void tst_KelTrackSelectionFactoryKmlFile::largeDocument()
     QCOMPARE(list.count(), 5001);
     QCOMPARE(list.at(4999).name(), QStringLiteral("4999"));
     QCOMPARE(list.at(5000).track().countPoints(), 200000);
+}
+
+void tst_KelTrackSelectionFactoryKmlFile::nothingReliesOnTheText()
+{
+    const QString longText = QStringLiteral("8,50 9,51 ").repeated(100) + QStringLiteral("7,49");
+    const QString element = QStringLiteral("<coordinates>%1</coordinates>").arg(longText);
+    QString text = inDocument(QStringLiteral("<Placemark><name>%1</name><description>%1</description>%1</Placemark>"
+                                             "<Placemark><name>%2</name><Point/>%1</Placemark>")
+                                  .arg(element, longText));
+    const KelGPXConfiguredTrackList list = m_factory.decode(text, FILE_NAME);
+    text.fill(QLatin1Char('?')); // in its place
+    QCOMPARE(list.count(), 2);
+    QCOMPARE(list.at(0).name(), longText);
+    QCOMPARE(list.at(0).track().description(), longText);
+    QCOMPARE(list.at(0).track().countPoints(), 201);
+    QCOMPARE(list.at(1).name(), longText);
+    QCOMPARE(positions(list.at(1)).last(), KelGeoPosition(49, 7));
 }
 
 QTEST_GUILESS_MAIN(tst_KelTrackSelectionFactoryKmlFile)

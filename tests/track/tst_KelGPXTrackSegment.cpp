@@ -406,7 +406,8 @@ void tst_KelGPXTrackSegment::decodeTrackPointsEqualsThePlainForm_data()
         QStringLiteral("9223372036854775808"), QStringLiteral("-9223372036854775808"),
         QStringLiteral("123456789012345678"), QStringLiteral("1234567890123456789"), QStringLiteral("12.0"),
         QStringLiteral("\u00a05\u00a0"), QStringLiteral("\u0661"), QStringLiteral("\u22125"), QStringLiteral("5;6"),
-        QStringLiteral("\U0001F6B2")};
+        QStringLiteral("\U0001F6B2"), QStringLiteral("8.123\u0135567"), QStringLiteral("8.12345\u80357"),
+        QStringLiteral("123\u8031567890"), QStringLiteral("8.1234/67"), QStringLiteral("8.12:4567")};
     int row = 0;
     for (const QString &field : fields) {
         const QString other = QStringLiteral("8.25");
@@ -443,7 +444,7 @@ void tst_KelGPXTrackSegment::decodeTrackPointsOfRandomTexts()
     const int cases = KelTestSupport::randomCases(50000);
     std::mt19937 random(KelTestSupport::randomSeed(5));
     const QString usual = QStringLiteral("0123456789012345678901234567890123456789....,,,,,,  \n-");
-    const QString unusual = usual + QStringLiteral("+eEx;\u00a0\u0085\u2003\u000b\u000c\r\u0661");
+    const QString unusual = usual + QStringLiteral("+eEx;\u00a0\u0085\u2003\u000b\u000c\r\u0661\u0135\u8035\uff15");
     for (int i = 0; i < cases; ++i) {
         const QString &alphabet = i % 2 ? usual : unusual;
         QString text;

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void equalsTheLoader_data();
     void equalsTheLoader();
     void textIsTakenOutAndPutBack();
+    void textsInPlace();
     void randomDocumentsEqualTheLoaders();
 };
 
@@ -78,6 +79,13 @@ QString outcome(const QString &xml)
 {
     return outcome(xml, [](QDomDocument &document, const QString &text, KelErrorHistory *errors) {
         return KelXMLLongTexts::setContent(document, text, errors);
+    });
+}
+
+QString outcomeInPlace(const QString &xml)
+{
+    return outcome(xml, [](QDomDocument &document, const QString &text, KelErrorHistory *errors) {
+        return KelXMLLongTexts::setContentInPlace(document, text, QStringLiteral("b"), errors);
     });
 }
 
@@ -147,6 +155,7 @@ void tst_KelXMLLongTexts::equalsTheLoader()
 {
     QFETCH(QString, xml);
     QCOMPARE(outcome(xml), outcomeOfLoader(xml));
+    QCOMPARE(outcomeInPlace(xml), outcomeOfLoader(xml));
 }
 
 void tst_KelXMLLongTexts::textIsTakenOutAndPutBack()
@@ -157,6 +166,28 @@ void tst_KelXMLLongTexts::textIsTakenOutAndPutBack()
     QVERIFY(KelXMLLongTexts::setContent(document, QStringLiteral("<a><b>%1</b><c/></a>").arg(text)));
     QCOMPARE(document.documentElement().firstChildElement(QStringLiteral("b")).text(), text);
     QCOMPARE(document.documentElement().firstChildElement(QStringLiteral("c")).lineNumber(), 1);
+}
+
+void tst_KelXMLLongTexts::textsInPlace()
+{
+    const QString text = tuples(50);
+    const QString xml = QStringLiteral("<a><b>%1</b><c>%1</c><b>%1<d/>%1</b>%1</a>").arg(text);
+    QDomDocument document;
+    QVERIFY(KelXMLLongTexts::setContentInPlace(document, xml, QStringLiteral("b")));
+    const auto isInPlace = [&xml](const QDomNode &node) {
+        const QString value = node.nodeValue();
+        return value.constData() >= xml.constData() && value.constData() < xml.constData() + xml.size();
+    };
+    const QDomElement first = document.documentElement().firstChildElement();
+    const QDomElement second = first.nextSiblingElement();
+    const QDomElement third = second.nextSiblingElement();
+    QCOMPARE(first.firstChild().nodeValue(), text);
+    QVERIFY(isInPlace(first.firstChild()));
+    // Of another name, beside something else, outside.
+    for (const QDomNode &node : {second.firstChild(), third.firstChild(), third.lastChild(), third.nextSibling()}) {
+        QCOMPARE(node.nodeValue(), text);
+        QVERIFY(!isInPlace(node));
+    }
 }
 
 void tst_KelXMLLongTexts::randomDocumentsEqualTheLoaders()
@@ -190,6 +221,7 @@ void tst_KelXMLLongTexts::randomDocumentsEqualTheLoaders()
         const QString xml = QStringLiteral("<r>") + inner + QStringLiteral("</r>");
         const QString expected = outcomeOfLoader(xml);
         QVERIFY2(outcome(xml) == expected, qPrintable(xml));
+        QVERIFY2(outcomeInPlace(xml) == expected, qPrintable(xml));
     }
 }
 

@@ -111,9 +111,12 @@ QString orFileName(const QString &text, const QString &fileName)
     return text.isEmpty() ? fileName : text;
 }
 
+/// Never one that refers to the text of the file, which does not stay.
 QString childText(const QDomElement &element, const QString &name)
 {
-    return element.firstChildElement(name).text();
+    QString text = element.firstChildElement(name).text();
+    text.detach();
+    return text;
 }
 
 } // namespace
@@ -169,7 +172,8 @@ KelGPXConfiguredTrackList KelTrackSelectionFactoryKmlFile::decode(const QString 
 {
     QDomDocument xml;
     KelErrorHistory parseErrors;
-    KelXMLLongTexts::setContent(xml, kmlText, &parseErrors);
+    // Coordinates are read and forgotten below.
+    KelXMLLongTexts::setContentInPlace(xml, kmlText, KelKMLNames::Coordinates, &parseErrors);
 
     const QDomElement document = xml.documentElement().firstChildElement(KelKMLNames::Document);
     const KelGPXTrackStyleList styles = KelGPXTrackStyleList::fromKml(document);

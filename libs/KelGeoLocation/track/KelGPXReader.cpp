@@ -32,17 +32,13 @@ struct Tuple
     double latitude = 0.0;
     int elevation = 0;
     bool hasTime = false;
-    qint64 seconds = 0;
-
-    [[nodiscard]] QDateTime timeStamp() const
-    {
-        return hasTime ? QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC) : QDateTime();
-    }
+    qint64 seconds = 0; // since 1970
 };
 
 constexpr int keptDecimals = 7; // as KelGPXTrackElement::safeDouble()
 constexpr int keptWithoutPoint = 7;
 constexpr std::array<double, keptDecimals + 1> powersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+constexpr std::array<quint64, 5> wholePowersOfTen = {1, 10, 100, 1000, 10000};
 constexpr int maximumWholeDigits = 8; // with the decimals below 2^53: exact
 constexpr int maximumElevationDigits = 9; // fit into 32 bits
 constexpr int maximumTimeDigits = 18; // fit into 64 bits
@@ -65,34 +61,67 @@ constexpr quint64 fourOf(quint64 character)
     return character << 48 | character << 32 | character << 16 | character;
 }
 
-constexpr quint64 whereThreeAre = 0xffffffffffff; // of four characters
+/// Four characters at a time: digits become their values, anything else more than nine.
+constexpr int atOnce = 4;
 
-/// Whether the characters in that part of the four are digits: '0' and what the lower four bits add, up to nine.
-constexpr bool areDigits(quint64 four, quint64 part)
+constexpr bool canLoad(const char16_t *at, const char16_t *end, int count)
 {
-    const quint64 highBits = fourOf(0xfff0) & part;
-    return (four & highBits) == (fourOf(u'0') & part) && ((four + (fourOf(6) & part)) & highBits) == (fourOf(u'0') & part);
+    return std::endian::native == std::endian::little && end - at >= count;
 }
 
-/// All the decimals that are kept, when as many are there; false, and nothing done, otherwise.
-/// Each product has the wanted sum of digits times powers of ten in its highest sixteen bits, and no carry below.
-bool scanKeptDecimals(const char16_t *&at, const char16_t *end, quint64 &mantissa)
+quint64 loadFour(const char16_t *at)
 {
-    if (std::endian::native != std::endian::little || end - at <= keptDecimals)
-        return false;
-    quint64 first = 0;
-    quint64 second = 0;
-    std::memcpy(&first, at, sizeof first);
-    std::memcpy(&second, at + 4, sizeof second); // one more than is looked at
-    if (!areDigits(first, ~quint64(0)) || !areDigits(second, whereThreeAre))
-        return false;
-    const quint64 four = ((first - fourOf(u'0')) * (quint64(1000) << 48 | quint64(100) << 32 | 10 << 16 | 1)) >> 48;
-    const quint64 three = (((second & whereThreeAre) - (fourOf(u'0') & whereThreeAre))
-                           * (quint64(100) << 48 | quint64(10) << 32 | 1 << 16))
-        >> 48;
-    mantissa = mantissa * 10000000 + four * 1000 + three;
-    at += keptDecimals;
-    return true;
+    quint64 four = 0;
+    std::memcpy(&four, at, sizeof four);
+    return four ^ fourOf(u'0');
+}
+
+/// The highest bit of each that is no digit.
+constexpr quint64 othersIn(quint64 four)
+{
+    return (((four & fourOf(0x7fff)) + fourOf(0x8000 - 10)) | four) & fourOf(0x8000);
+}
+
+constexpr int countBefore(quint64 others)
+{
+    return std::countr_zero(others) / 16;
+}
+
+/// The number that the first `count` of the four write. The product has the sum of digits times powers of ten in its
+/// highest sixteen bits, with no carry from below.
+constexpr quint64 numberOf(quint64 four, int count)
+{
+    const int half = 8 * (atOnce - count); // a shift by all bits at once would be undefined
+    return ((four << half << half) * (quint64(1000) << 48 | quint64(100) << 32 | 10 << 16 | 1)) >> 48;
+}
+
+/// Appends the decimals that are kept to the number; gives how many.
+int scanDecimals(const char16_t *&at, const char16_t *end, quint64 &number)
+{
+    int count = 0;
+    if (!canLoad(at, end, 2 * atOnce)) {
+        for (; at != end && count < keptDecimals && isDigit(*at); ++at, ++count)
+            number = number * 10 + (*at - u'0');
+        return count;
+    }
+    constexpr quint64 whereThreeAre = 0xffffffffffff;
+    const quint64 first = loadFour(at);
+    const quint64 second = loadFour(at + atOnce);
+    const quint64 othersInFirst = othersIn(first);
+    const quint64 othersInSecond = othersIn(second) | ~whereThreeAre;
+    if (othersInFirst == 0 && (othersInSecond & whereThreeAre) == 0) {
+        // Nearly always: what follows need not wait until they are counted.
+        number = number * 10000000 + numberOf(first, 4) * 1000 + numberOf(second, 3);
+        count = keptDecimals;
+    } else {
+        const int inFirst = countBefore(othersInFirst);
+        const int inSecond = inFirst == atOnce ? countBefore(othersInSecond) : 0;
+        number = number * wholePowersOfTen[std::size_t(inFirst)] + numberOf(first, inFirst);
+        number = number * wholePowersOfTen[std::size_t(inSecond)] + numberOf(second, inSecond);
+        count = inFirst + inSecond;
+    }
+    at += count;
+    return count;
 }
 
 bool atTupleEnd(const char16_t *at, const char16_t *end)
@@ -129,11 +158,8 @@ bool scanCoordinate(const char16_t *&at, const char16_t *end, double &value)
             return false;
         value = double(mantissa);
     } else {
-        const char16_t *const fractionBegin = ++p;
-        scanKeptDecimals(p, end, mantissa);
-        for (; p != end && p - fractionBegin < keptDecimals && isDigit(*p); ++p)
-            mantissa = mantissa * 10 + (*p - u'0');
-        value = double(mantissa) / powersOfTen[std::size_t(p - fractionBegin)];
+        const int decimals = scanDecimals(++p, end, mantissa);
+        value = double(mantissa) / powersOfTen[std::size_t(decimals)];
         while (p != end && isDigit(*p)) // cut off
             ++p;
     }
@@ -152,6 +178,12 @@ bool scanInteger(const char16_t *&at, const char16_t *end, int maximumDigits, qi
         ++p;
     const char16_t *const begin = p;
     value = 0;
+    for (quint64 four = 0; canLoad(p, end, atOnce) && p - begin <= maximumDigits - atOnce; p += atOnce) {
+        four = loadFour(p);
+        if (othersIn(four) != 0)
+            break;
+        value = value * 10000 + qint64(numberOf(four, atOnce));
+    }
     for (; p != end && isDigit(*p); ++p) {
         if (p - begin == maximumDigits)
             return false;
@@ -217,6 +249,13 @@ Tuple readTuple(QStringView text)
 bool isNull(const Tuple &tuple)
 {
     return tuple.latitude == 0.0 && tuple.longitude == 0.0;
+}
+
+KelGPXTrackPointImpl *makeData(const Tuple &tuple)
+{
+    if (tuple.hasTime)
+        return new KelGPXTrackPointImpl(tuple.latitude, tuple.longitude, tuple.elevation, tuple.seconds);
+    return new KelGPXTrackPointImpl(tuple.latitude, tuple.longitude, tuple.elevation);
 }
 
 /// Cut toward zero; 0, no elevation, for what does not fit.
@@ -397,21 +436,13 @@ KelGPXTrackPoint KelGPXReader::readPoint(KelXMLCursor &element)
             hasDescription = true;
         }
     }
-    return makePoint(latitude, longitude, toWholeMetres(elevation), std::move(timeStamp), std::move(description));
-}
-
-/// The point without a copy, and with that a reference count, of any of its parts.
-KelGPXTrackPoint KelGPXReader::makePoint(double latitude, double longitude, int elevation, QDateTime timeStamp,
-                                         QString description)
-{
-    return KelGPXTrackPoint(new KelGPXTrackPointImpl(KelGeoPosition(latitude, longitude), elevation,
-                                                     std::move(timeStamp), std::move(description)));
+    return KelGPXTrackPoint(new KelGPXTrackPointImpl(latitude, longitude, toWholeMetres(elevation), std::move(timeStamp),
+                                                     std::move(description)));
 }
 
 KelGPXTrackPoint KelGPXReader::decodeTuple(QStringView text)
 {
-    const Tuple tuple = readTuple(text);
-    return makePoint(tuple.latitude, tuple.longitude, tuple.elevation, tuple.timeStamp(), QString());
+    return KelGPXTrackPoint(makeData(readTuple(text)));
 }
 
 QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
@@ -419,7 +450,7 @@ QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
     QList<KelGPXTrackPoint> points;
     const auto append = [&points](const Tuple &tuple) {
         if (!isNull(tuple))
-            points.append(makePoint(tuple.latitude, tuple.longitude, tuple.elevation, tuple.timeStamp(), QString()));
+            points.append(KelGPXTrackPoint(makeData(tuple)));
     };
     bool checked = false;
     const char16_t *at = text.utf16();

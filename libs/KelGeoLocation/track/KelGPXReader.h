@@ -39,8 +39,6 @@ public:
     static QList<KelGPXTrackPoint> decodeTuples(QStringView text);
 
 private:
-    static KelGPXTrackPoint makePoint(double latitude, double longitude, int elevation, QDateTime timeStamp,
-                                      QString description);
     static void mergeTrack(KelXMLCursor &element, const QDir *directory, int depth, KelGPXTrack &track);
     static void mergeIncludedFile(const QFileInfo &file, int depth, KelGPXTrack &track);
     static void mergeFirstTrack(KelXMLCursor &root, int depth, KelGPXTrack &track);

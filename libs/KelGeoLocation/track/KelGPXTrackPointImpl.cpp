@@ -27,6 +27,28 @@ KelGPXTrackPointImpl::KelGPXTrackPointImpl(KelGeoPosition position, int elevatio
 {
 }
 
+KelGPXTrackPointImpl::KelGPXTrackPointImpl(double latitude, double longitude, int elevation, QDateTime timeStamp,
+                                           QString description)
+    : m_position(latitude, longitude)
+    , m_elevation(elevation)
+    , m_timeStamp(std::move(timeStamp))
+    , m_description(std::move(description))
+{
+}
+
+KelGPXTrackPointImpl::KelGPXTrackPointImpl(double latitude, double longitude, int elevation, qint64 seconds)
+    : m_position(latitude, longitude)
+    , m_elevation(elevation)
+    , m_timeStamp(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC))
+{
+}
+
+KelGPXTrackPointImpl::KelGPXTrackPointImpl(double latitude, double longitude, int elevation)
+    : m_position(latitude, longitude)
+    , m_elevation(elevation)
+{
+}
+
 KelGPXTrackPointImpl::~KelGPXTrackPointImpl() = default;
 
 void *KelGPXTrackPointImpl::operator new(std::size_t size)

@@ -22,6 +22,12 @@ public:
     KelGPXTrackPointImpl();
     /// All four values as they are.
     KelGPXTrackPointImpl(KelGeoPosition position, int elevation, QDateTime timeStamp, QString description);
+    /// The same at a position in decimal degrees, which is made in its place.
+    KelGPXTrackPointImpl(double latitude, double longitude, int elevation, QDateTime timeStamp, QString description);
+    /// The same without description, at so many seconds since 1970 in UTC.
+    KelGPXTrackPointImpl(double latitude, double longitude, int elevation, qint64 seconds);
+    /// The same without time and description.
+    KelGPXTrackPointImpl(double latitude, double longitude, int elevation);
     KelGPXTrackPointImpl(const KelGPXTrackPointImpl &) = default;
     KelGPXTrackPointImpl &operator=(const KelGPXTrackPointImpl &) = delete;
     ~KelGPXTrackPointImpl() override;
