@@ -91,8 +91,8 @@ class PointData : public Element, public QSharedData
 {
 public:
     [[gnu::noinline]] PointData(Position thePosition, int theElevation, QDateTime theTime, QString theDescription)
-        : m_position(std::move(thePosition))
-        , m_elevation(theElevation)
+        : m_elevation(theElevation)
+        , m_position(std::move(thePosition))
         , m_time(std::move(theTime))
         , m_description(std::move(theDescription))
     {
@@ -103,8 +103,8 @@ public:
     int elevation() const override { return m_elevation; }
 
 private:
-    Position m_position;
     int m_elevation;
+    Position m_position;
     QDateTime m_time;
     QString m_description;
 };

@@ -186,8 +186,8 @@ void tst_KelSlabPool::memoryComesBack()
 {
     QFETCH(QString, order);
     inThread([&] {
-        std::vector<Block> all = blocks(50000);
-        QVERIFY(smallPool.slabCount() >= slabsOf(50000, SMALL));
+        std::vector<Block> all = blocks(500000);
+        QVERIFY(smallPool.slabCount() >= slabsOf(500000, SMALL));
         if (order == QLatin1String("backward"))
             std::reverse(all.begin(), all.end());
         if (order == QLatin1String("shuffled"))
@@ -205,7 +205,7 @@ void tst_KelSlabPool::memoryComesBackWhenAnotherThreadReleases()
     std::vector<Block> all;
     // The thread that took the objects lives on and does nothing.
     std::thread taker([&] {
-        all = blocks(50000);
+        all = blocks(500000);
         state = 1;
         state.notify_all();
         state.wait(1);
@@ -221,10 +221,10 @@ void tst_KelSlabPool::memoryComesBackWhenAnotherThreadReleases()
 void tst_KelSlabPool::partOfTheObjectsKeepsOnlyTheirSlabs()
 {
     inThread([] {
-        std::vector<Block> all = blocks(50000);
-        const std::vector<Block> kept(all.begin(), all.begin() + 5000);
-        QVERIFY(release(std::vector<Block>(all.begin() + 5000, all.end())));
-        QVERIFY(smallPool.slabCount() <= slabsOf(5000, SMALL) + KelSlabPool::KEPT_SLABS + 3);
+        std::vector<Block> all = blocks(500000);
+        const std::vector<Block> kept(all.begin(), all.begin() + 50000);
+        QVERIFY(release(std::vector<Block>(all.begin() + 50000, all.end())));
+        QVERIFY(smallPool.slabCount() <= slabsOf(50000, SMALL) + KelSlabPool::KEPT_SLABS + 3);
         QVERIFY(release(kept));
     });
 }
@@ -232,7 +232,7 @@ void tst_KelSlabPool::partOfTheObjectsKeepsOnlyTheirSlabs()
 void tst_KelSlabPool::releasedObjectsAreTakenAgain()
 {
     inThread([] {
-        std::vector<Block> all = blocks(50000);
+        std::vector<Block> all = blocks(500000);
         const int slabs = smallPool.slabCount();
         // Every second one of all slabs, so that no slab comes back.
         std::vector<Block> others;

@@ -5,6 +5,8 @@
 
 #include <sys/mman.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <new>
 #include <utility>
@@ -120,9 +122,19 @@ void KelSlabPool::returnUncut() noexcept
 
 void KelSlabPool::unmapSlabs(Slab *slabs) noexcept
 {
+    // Neighbours in one call, and with luck as a whole huge page, which then need not be split.
+    std::array<char *, KEPT_SLABS> some;
     while (slabs) {
-        Slab *const slab = std::exchange(slabs, slabs->next);
-        unmapPages(slab, SLAB_SIZE);
+        std::size_t count = 0;
+        while (slabs && count < some.size())
+            some[count++] = reinterpret_cast<char *>(std::exchange(slabs, slabs->next));
+        std::sort(some.begin(), some.begin() + count);
+        for (std::size_t first = 0, behind = 0; first < count; first = behind) {
+            do {
+                ++behind;
+            } while (behind < count && some[behind] == some[behind - 1] + SLAB_SIZE);
+            unmapPages(some[first], (behind - first) * SLAB_SIZE);
+        }
     }
 }
 
@@ -251,14 +263,26 @@ void KelSlabPool::returnObject(Object *object, Slab **toUnmap) noexcept
     if (slab->freeCount != m_capacity)
         return;
     unlist(slab);
-    if (m_keptCount < KEPT_SLABS) {
-        slab->next = std::exchange(m_keptSlabs, slab);
-        ++m_keptCount;
-    } else {
-        slab->next = std::exchange(*toUnmap, slab);
-        --m_slabCount;
-        returnUncut();
+    if (m_keptCount == KEPT_SLABS)
+        dropKeptSlabs(slab, toUnmap);
+    slab->next = std::exchange(m_keptSlabs, slab);
+    ++m_keptCount;
+}
+
+// All but those in the block of that slab: they go when the block does.
+void KelSlabPool::dropKeptSlabs(const Slab *latest, Slab **toUnmap) noexcept
+{
+    static_assert(KEPT_SLABS >= BLOCK_SIZE / SLAB_SIZE);
+    const auto blockOf = [](const Slab *slab) { return reinterpret_cast<std::uintptr_t>(slab) / BLOCK_SIZE; };
+    Slab *slabs = std::exchange(m_keptSlabs, nullptr);
+    while (slabs) {
+        Slab *const slab = std::exchange(slabs, slabs->next);
+        const bool stays = blockOf(slab) == blockOf(latest);
+        slab->next = std::exchange(stays ? m_keptSlabs : *toUnmap, slab);
+        m_keptCount -= stays ? 0 : 1;
+        m_slabCount -= stays ? 0 : 1;
     }
+    returnUncut();
 }
 
 // ---- the threads' caches --------------------------------------------------------------------------------------

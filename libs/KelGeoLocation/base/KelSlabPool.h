@@ -13,10 +13,11 @@
 /// operator new and operator delete.
 ///
 /// The memory comes from the system in slabs of 64 KiB, each aligned to its size, so that the slab of an object is
-/// known from its address. A slab knows how many of its objects are free; with the last one it goes back to the
-/// system, except for KEPT_SLABS, which wait for the next objects. Small pools grow slab by slab, large ones (from
-/// SINGLE_SLABS on) cut their slabs from blocks of 2 MiB, for which the system has huge pages: most of what memory
-/// costs is its pages. The uncut rest of a block goes back as soon as the pool shrinks.
+/// known from its address. A slab knows how many of its objects are free; with the last one it may go back to the
+/// system. Up to KEPT_SLABS (2 MiB) wait for the next objects; when one more comes, all but its neighbours go at once.
+/// Small pools grow slab by slab, large ones (from SINGLE_SLABS on) cut their slabs from blocks of 2 MiB, for which the
+/// system has huge pages: most of what memory costs is its pages. The uncut rest of a block goes back as soon as the pool
+/// shrinks.
 ///
 /// Each thread takes from a cache of its own, without locks: a list of free objects and the unused rest of a slab. An
 /// object may be released in any thread, whose cache it enters. Caches and slabs exchange BATCH objects at a time, and
@@ -54,7 +55,7 @@ class KelSlabPool
 public:
     static constexpr std::size_t SLAB_SIZE = 64 * 1024;
     static constexpr int BATCH = 32;
-    static constexpr int KEPT_SLABS = 4;
+    static constexpr int KEPT_SLABS = 32;
     static constexpr int SINGLE_SLABS = 32;
     static constexpr std::size_t BLOCK_SIZE = 2 * 1024 * 1024;
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -164,6 +165,7 @@ private:
     void takeNewSlab(ThreadCache &cache);
     void returnObjects(Object *objects) noexcept;
     void returnObject(Object *object, Slab **toUnmap) noexcept;
+    void dropKeptSlabs(const Slab *latest, Slab **toUnmap) noexcept;
     void enlist(Slab *slab) noexcept;
     void unlist(Slab *slab) noexcept;
 

@@ -96,10 +96,10 @@ constexpr quint64 numberOf(quint64 four, int count)
 }
 
 /// Appends the decimals that are kept to the number; gives how many.
-int scanDecimals(const char16_t *&at, const char16_t *end, quint64 &number)
+int scanDecimals(const char16_t *at, const char16_t *end, quint64 &number)
 {
-    int count = 0;
     if (!canLoad(at, end, 2 * atOnce)) {
+        int count = 0;
         for (; at != end && count < keptDecimals && isDigit(*at); ++at, ++count)
             number = number * 10 + (*at - u'0');
         return count;
@@ -112,34 +112,20 @@ int scanDecimals(const char16_t *&at, const char16_t *end, quint64 &number)
     if (othersInFirst == 0 && (othersInSecond & whereThreeAre) == 0) {
         // Nearly always: what follows need not wait until they are counted.
         number = number * 10000000 + numberOf(first, 4) * 1000 + numberOf(second, 3);
-        count = keptDecimals;
-    } else {
-        const int inFirst = countBefore(othersInFirst);
-        const int inSecond = inFirst == atOnce ? countBefore(othersInSecond) : 0;
-        number = number * wholePowersOfTen[std::size_t(inFirst)] + numberOf(first, inFirst);
-        number = number * wholePowersOfTen[std::size_t(inSecond)] + numberOf(second, inSecond);
-        count = inFirst + inSecond;
+        return keptDecimals;
     }
-    at += count;
-    return count;
+    const int inFirst = countBefore(othersInFirst);
+    const int inSecond = inFirst == atOnce ? countBefore(othersInSecond) : 0;
+    number = number * wholePowersOfTen[std::size_t(inFirst)] + numberOf(first, inFirst);
+    number = number * wholePowersOfTen[std::size_t(inSecond)] + numberOf(second, inSecond);
+    return inFirst + inSecond;
 }
 
-bool atTupleEnd(const char16_t *at, const char16_t *end)
-{
-    return at == end || isSpace(*at);
-}
+// What follows gives the place behind what it read, null for any other form than its own.
 
-bool skipComma(const char16_t *&at, const char16_t *end)
-{
-    if (at == end || *at != u',')
-        return false;
-    ++at;
-    return true;
-}
-
-/// Digits with a minus before and a point among them, as KelGPXTrackElement::safeDouble() reads them; false for any
-/// other form. Both operands of the division are exact, so it rounds once, as the conversion of the text would.
-bool scanCoordinate(const char16_t *&at, const char16_t *end, double &value)
+/// Digits with a minus before and a point among them, as KelGPXTrackElement::safeDouble() reads them. Both operands of the
+/// division are exact, so it rounds once, as the conversion of the text would.
+const char16_t *scanCoordinate(const char16_t *at, const char16_t *end, double &value)
 {
     const char16_t *p = at;
     const bool negative = p != end && *p == u'-';
@@ -151,73 +137,87 @@ bool scanCoordinate(const char16_t *&at, const char16_t *end, double &value)
     for (; p != end && isDigit(*p); ++p)
         mantissa = mantissa * 10 + (*p - u'0');
     if (p == wholeBegin || p - wholeBegin > maximumWholeDigits)
-        return false;
+        return nullptr;
 
-    if (p == end || *p != u'.') {
-        if (p - at > keptWithoutPoint)
-            return false;
-        value = double(mantissa);
-    } else {
-        const int decimals = scanDecimals(++p, end, mantissa);
-        value = double(mantissa) / powersOfTen[std::size_t(decimals)];
+    double size = 0.0;
+    if (p != end && *p == u'.') {
+        ++p;
+        const int decimals = scanDecimals(p, end, mantissa);
+        size = double(qint64(mantissa)) / powersOfTen[std::size_t(decimals)];
+        p += decimals;
         while (p != end && isDigit(*p)) // cut off
             ++p;
+    } else {
+        if (p - at > keptWithoutPoint)
+            return nullptr;
+        size = double(qint64(mantissa));
     }
-    if (negative)
-        value = -value;
-    at = p;
-    return true;
+    value = negative ? -size : size;
+    return p;
 }
 
-/// Digits with a minus before; false for any other form.
-bool scanInteger(const char16_t *&at, const char16_t *end, int maximumDigits, qint64 &value)
+/// Digits with a minus before.
+const char16_t *scanInteger(const char16_t *at, const char16_t *end, int maximumDigits, qint64 &value)
 {
     const char16_t *p = at;
     const bool negative = p != end && *p == u'-';
     if (negative)
         ++p;
     const char16_t *const begin = p;
-    value = 0;
-    for (quint64 four = 0; canLoad(p, end, atOnce) && p - begin <= maximumDigits - atOnce; p += atOnce) {
-        four = loadFour(p);
+    qint64 size = 0;
+    for (; canLoad(p, end, atOnce) && p - begin <= maximumDigits - atOnce; p += atOnce) {
+        const quint64 four = loadFour(p);
         if (othersIn(four) != 0)
             break;
-        value = value * 10000 + qint64(numberOf(four, atOnce));
+        size = size * 10000 + qint64(numberOf(four, atOnce));
     }
     for (; p != end && isDigit(*p); ++p) {
         if (p - begin == maximumDigits)
-            return false;
-        value = value * 10 + (*p - u'0');
+            return nullptr;
+        size = size * 10 + (*p - u'0');
     }
-    if (p == begin)
-        return false;
-    if (negative)
-        value = -value;
-    at = p;
-    return true;
+    value = negative ? -size : size;
+    return p == begin ? nullptr : p;
 }
 
-/// A tuple of two to four plain fields; false, and `at` where it was, for anything else.
-bool scanTuple(const char16_t *&at, const char16_t *end, Tuple &tuple)
+const char16_t *scanComma(const char16_t *at, const char16_t *end)
 {
-    const char16_t *p = at;
-    if (!scanCoordinate(p, end, tuple.longitude) || !skipComma(p, end) || !scanCoordinate(p, end, tuple.latitude))
-        return false;
-    if (!atTupleEnd(p, end)) {
-        qint64 elevation = 0;
-        if (!skipComma(p, end) || !scanInteger(p, end, maximumElevationDigits, elevation))
-            return false;
-        tuple.elevation = int(elevation);
-    }
-    if (!atTupleEnd(p, end)) {
-        qint64 seconds = 0;
-        if (!skipComma(p, end) || !scanInteger(p, end, maximumTimeDigits, seconds) || !atTupleEnd(p, end))
-            return false;
-        tuple.hasTime = true;
-        tuple.seconds = seconds;
-    }
-    at = p;
-    return true;
+    return at != nullptr && at != end && *at == u',' ? at + 1 : nullptr;
+}
+
+bool isTupleEnd(const char16_t *at, const char16_t *end)
+{
+    return at == end || isSpace(*at);
+}
+
+/// Elevation and perhaps a time.
+const char16_t *scanFurtherFields(const char16_t *at, const char16_t *end, Tuple &tuple)
+{
+    qint64 elevation = 0;
+    at = scanInteger(at, end, maximumElevationDigits, elevation);
+    if (at == nullptr)
+        return nullptr;
+    tuple.elevation = int(elevation);
+    if (isTupleEnd(at, end))
+        return at;
+    at = scanComma(at, end);
+    if (at != nullptr)
+        at = scanInteger(at, end, maximumTimeDigits, tuple.seconds);
+    tuple.hasTime = true;
+    return at != nullptr && isTupleEnd(at, end) ? at : nullptr;
+}
+
+/// A tuple of two to four plain fields.
+const char16_t *scanTuple(const char16_t *at, const char16_t *end, Tuple &tuple)
+{
+    at = scanComma(scanCoordinate(at, end, tuple.longitude), end);
+    if (at == nullptr)
+        return nullptr;
+    at = scanCoordinate(at, end, tuple.latitude);
+    if (at == nullptr || isTupleEnd(at, end))
+        return at;
+    at = scanComma(at, end);
+    return at != nullptr ? scanFurtherFields(at, end, tuple) : nullptr;
 }
 
 /// A tuple of any text.
@@ -461,17 +461,18 @@ QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
             continue;
         }
         Tuple tuple;
-        if (!scanTuple(at, end, tuple)) {
+        if (const char16_t *const behind = scanTuple(at, end, tuple)) {
+            at = behind;
+        } else {
             // Half a surrogate pair anywhere: no regular expression matches in such a text, so it is one tuple.
             if (!checked && !text.isValidUtf16()) {
                 points.clear();
-                tuple = readTuple(text);
-                append(tuple);
+                append(readTuple(text));
                 return points;
             }
             checked = true;
             const char16_t *const begin = at;
-            while (!atTupleEnd(at, end))
+            while (!isTupleEnd(at, end))
                 ++at;
             tuple = readTuple(QStringView(begin, at));
         }

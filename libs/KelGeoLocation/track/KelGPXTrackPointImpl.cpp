@@ -20,8 +20,8 @@ KelGPXTrackPointImpl::KelGPXTrackPointImpl() = default;
 
 KelGPXTrackPointImpl::KelGPXTrackPointImpl(KelGeoPosition position, int elevation, QDateTime timeStamp,
                                            QString description)
-    : m_position(std::move(position))
-    , m_elevation(elevation)
+    : m_elevation(elevation)
+    , m_position(std::move(position))
     , m_timeStamp(std::move(timeStamp))
     , m_description(std::move(description))
 {
@@ -29,23 +29,23 @@ KelGPXTrackPointImpl::KelGPXTrackPointImpl(KelGeoPosition position, int elevatio
 
 KelGPXTrackPointImpl::KelGPXTrackPointImpl(double latitude, double longitude, int elevation, QDateTime timeStamp,
                                            QString description)
-    : m_position(latitude, longitude)
-    , m_elevation(elevation)
+    : m_elevation(elevation)
+    , m_position(latitude, longitude)
     , m_timeStamp(std::move(timeStamp))
     , m_description(std::move(description))
 {
 }
 
 KelGPXTrackPointImpl::KelGPXTrackPointImpl(double latitude, double longitude, int elevation, qint64 seconds)
-    : m_position(latitude, longitude)
-    , m_elevation(elevation)
+    : m_elevation(elevation)
+    , m_position(latitude, longitude)
     , m_timeStamp(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC))
 {
 }
 
 KelGPXTrackPointImpl::KelGPXTrackPointImpl(double latitude, double longitude, int elevation)
-    : m_position(latitude, longitude)
-    , m_elevation(elevation)
+    : m_elevation(elevation)
+    , m_position(latitude, longitude)
 {
 }
 

@@ -63,8 +63,9 @@ public:
     [[nodiscard]] QList<QDateTime> allTimeStamps() const override;
 
 private:
-    KelGeoPosition m_position;
+    // In the gap behind the reference count: with that the data are as large as a line of the processor's cache.
     int m_elevation = 0;
+    KelGeoPosition m_position;
     QDateTime m_timeStamp;
     QString m_description;
 };
