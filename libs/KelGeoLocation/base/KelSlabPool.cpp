@@ -249,24 +249,32 @@ void KelSlabPool::returnObjects(Object *objects) noexcept
     {
         const std::lock_guard lock(m_mutex);
         while (objects)
-            returnObject(std::exchange(objects, objects->next), &toUnmap);
+            objects = returnNeighbours(objects, &toUnmap);
     }
     unmapSlabs(toUnmap);
 }
 
-void KelSlabPool::returnObject(Object *object, Slab **toUnmap) noexcept
+// The first ones that share a slab; gives those behind.
+KelSlabPool::Object *KelSlabPool::returnNeighbours(Object *first, Slab **toUnmap) noexcept
 {
-    Slab *const slab = slabOf(object);
-    object->next = std::exchange(slab->free, object);
-    if (++slab->freeCount == 1)
+    Slab *const slab = slabOf(first);
+    Object *last = first;
+    int count = 1;
+    for (; last->next && slabOf(last->next) == slab; last = last->next)
+        ++count;
+    Object *const behind = std::exchange(last->next, slab->free);
+    slab->free = first;
+    slab->freeCount += count;
+    if (slab->freeCount == count)
         enlist(slab);
-    if (slab->freeCount != m_capacity)
-        return;
-    unlist(slab);
-    if (m_keptCount == KEPT_SLABS)
-        dropKeptSlabs(slab, toUnmap);
-    slab->next = std::exchange(m_keptSlabs, slab);
-    ++m_keptCount;
+    if (slab->freeCount == m_capacity) {
+        unlist(slab);
+        if (m_keptCount == KEPT_SLABS)
+            dropKeptSlabs(slab, toUnmap);
+        slab->next = std::exchange(m_keptSlabs, slab);
+        ++m_keptCount;
+    }
+    return behind;
 }
 
 // All but those in the block of that slab: they go when the block does.

@@ -164,7 +164,7 @@ private:
     bool fillFromPartSlabs(ThreadCache &cache, int wanted);
     void takeNewSlab(ThreadCache &cache);
     void returnObjects(Object *objects) noexcept;
-    void returnObject(Object *object, Slab **toUnmap) noexcept;
+    Object *returnNeighbours(Object *first, Slab **toUnmap) noexcept;
     void dropKeptSlabs(const Slab *latest, Slab **toUnmap) noexcept;
     void enlist(Slab *slab) noexcept;
     void unlist(Slab *slab) noexcept;

@@ -14,12 +14,6 @@ constinit KelSlabPool positionPool(sizeof(KelGeoPositionImpl));
 
 } // namespace
 
-KelGeoPositionImpl::KelGeoPositionImpl(const KelLatitude &theLatitude, const KelLongitude &theLongitude) noexcept
-    : longitude(theLongitude)
-    , latitude(theLatitude)
-{
-}
-
 KelGeoPositionImpl::~KelGeoPositionImpl() = default;
 
 void *KelGeoPositionImpl::operator new(std::size_t size)

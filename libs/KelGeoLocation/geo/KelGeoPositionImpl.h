@@ -29,7 +29,11 @@ public:
     /// Both coordinates are the invalid 720.
     KelGeoPositionImpl() noexcept = default;
     /// Both angles as they are.
-    KelGeoPositionImpl(const KelLatitude &theLatitude, const KelLongitude &theLongitude) noexcept;
+    KelGeoPositionImpl(const KelLatitude &theLatitude, const KelLongitude &theLongitude) noexcept
+        : longitude(theLongitude)
+        , latitude(theLatitude)
+    {
+    }
     KelGeoPositionImpl(const KelGeoPositionImpl &other) noexcept = default;
     KelGeoPositionImpl(KelGeoPositionImpl &&other) noexcept = default;
     KelGeoPositionImpl &operator=(const KelGeoPositionImpl &other) = delete;

@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
@@ -40,8 +41,13 @@ constexpr int keptWithoutPoint = 7;
 constexpr std::array<double, keptDecimals + 1> powersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
 constexpr std::array<quint64, 5> wholePowersOfTen = {1, 10, 100, 1000, 10000};
 constexpr int maximumWholeDigits = 8; // with the decimals below 2^53: exact
+constexpr int maximumCutDigits = 9; // usual: what a double prints
 constexpr int maximumElevationDigits = 9; // fit into 32 bits
 constexpr int maximumTimeDigits = 18; // fit into 64 bits
+
+/// No tuple of the plain form, with what is looked at behind it, is longer.
+constexpr qsizetype longestPlainTuple = 2 * (1 + maximumWholeDigits + 1 + keptDecimals + maximumCutDigits + 1)
+    + 1 + maximumElevationDigits + 1 + 1 + maximumTimeDigits + 1 + 8;
 
 constexpr bool isDigit(char16_t character)
 {
@@ -55,123 +61,102 @@ constexpr bool isSpace(char16_t character)
     return character == u' ' || (character >= u'\t' && character <= u'\r');
 }
 
-/// Four characters as they lie in memory, the first one lowest.
+/// Four characters in one number, the first one lowest.
 constexpr quint64 fourOf(quint64 character)
 {
     return character << 48 | character << 32 | character << 16 | character;
 }
 
-/// Four characters at a time: digits become their values, anything else more than nine.
-constexpr int atOnce = 4;
-
-constexpr bool canLoad(const char16_t *at, const char16_t *end, int count)
-{
-    return std::endian::native == std::endian::little && end - at >= count;
-}
-
+/// Four characters: digits become their values, anything else more than nine.
 quint64 loadFour(const char16_t *at)
 {
     quint64 four = 0;
-    std::memcpy(&four, at, sizeof four);
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&four, at, sizeof four);
+    } else {
+        for (int i = 3; i >= 0; --i)
+            four = four << 16 | at[i];
+    }
     return four ^ fourOf(u'0');
 }
 
-/// The highest bit of each that is no digit.
+/// Zero if all four are digits.
 constexpr quint64 othersIn(quint64 four)
 {
-    return (((four & fourOf(0x7fff)) + fourOf(0x8000 - 10)) | four) & fourOf(0x8000);
+    return (four | (four + fourOf(6))) & fourOf(0xfff0);
 }
 
-constexpr int countBefore(quint64 others)
+/// The number that four digits write. The product has the sum of digits times powers of ten in its highest sixteen bits, with
+/// no carry from below.
+constexpr quint64 numberOf(quint64 four)
 {
-    return std::countr_zero(others) / 16;
+    return (four * (quint64(1000) << 48 | quint64(100) << 32 | 10 << 16 | 1)) >> 48;
 }
 
-/// The number that the first `count` of the four write. The product has the sum of digits times powers of ten in its
-/// highest sixteen bits, with no carry from below.
-constexpr quint64 numberOf(quint64 four, int count)
+/// The fraction behind a point, when it has fewer digits than are kept.
+double readShortFraction(quint64 whole, const char16_t *&at)
 {
-    const int half = 8 * (atOnce - count); // a shift by all bits at once would be undefined
-    return ((four << half << half) * (quint64(1000) << 48 | quint64(100) << 32 | 10 << 16 | 1)) >> 48;
+    const char16_t *const begin = at;
+    for (; isDigit(*at); ++at)
+        whole = whole * 10 + (*at - u'0');
+    return double(qint64(whole)) / powersOfTen[std::size_t(at - begin)];
 }
 
-/// Appends the decimals that are kept to the number; gives how many.
-int scanDecimals(const char16_t *at, const char16_t *end, quint64 &number)
-{
-    if (!canLoad(at, end, 2 * atOnce)) {
-        int count = 0;
-        for (; at != end && count < keptDecimals && isDigit(*at); ++at, ++count)
-            number = number * 10 + (*at - u'0');
-        return count;
-    }
-    constexpr quint64 whereThreeAre = 0xffffffffffff;
-    const quint64 first = loadFour(at);
-    const quint64 second = loadFour(at + atOnce);
-    const quint64 othersInFirst = othersIn(first);
-    const quint64 othersInSecond = othersIn(second) | ~whereThreeAre;
-    if (othersInFirst == 0 && (othersInSecond & whereThreeAre) == 0) {
-        // Nearly always: what follows need not wait until they are counted.
-        number = number * 10000000 + numberOf(first, 4) * 1000 + numberOf(second, 3);
-        return keptDecimals;
-    }
-    const int inFirst = countBefore(othersInFirst);
-    const int inSecond = inFirst == atOnce ? countBefore(othersInSecond) : 0;
-    number = number * wholePowersOfTen[std::size_t(inFirst)] + numberOf(first, inFirst);
-    number = number * wholePowersOfTen[std::size_t(inSecond)] + numberOf(second, inSecond);
-    return inFirst + inSecond;
-}
-
-// What follows gives the place behind what it read, null for any other form than its own.
+// The following read the plain form, and need not look for the end of the text, since that is at least longestPlainTuple
+// away. They give the place behind what they read, null for any other form.
 
 /// Digits with a minus before and a point among them, as KelGPXTrackElement::safeDouble() reads them. Both operands of the
 /// division are exact, so it rounds once, as the conversion of the text would.
-const char16_t *scanCoordinate(const char16_t *at, const char16_t *end, double &value)
+[[gnu::always_inline]] inline const char16_t *scanCoordinate(const char16_t *at, double &value)
 {
-    const char16_t *p = at;
-    const bool negative = p != end && *p == u'-';
-    if (negative)
-        ++p;
-
-    quint64 mantissa = 0;
-    const char16_t *const wholeBegin = p;
-    for (; p != end && isDigit(*p); ++p)
-        mantissa = mantissa * 10 + (*p - u'0');
-    if (p == wholeBegin || p - wholeBegin > maximumWholeDigits)
+    const bool negative = *at == u'-';
+    const char16_t *const begin = at + int(negative);
+    const char16_t *p = begin;
+    quint64 whole = 0;
+    for (unsigned digit = 0; (digit = unsigned(*p) - u'0') <= 9; ++p) {
+        if (p - begin == maximumWholeDigits)
+            return nullptr;
+        whole = whole * 10 + digit;
+    }
+    if (p == begin)
         return nullptr;
 
     double size = 0.0;
-    if (p != end && *p == u'.') {
+    if (*p == u'.') {
         ++p;
-        const int decimals = scanDecimals(p, end, mantissa);
-        size = double(qint64(mantissa)) / powersOfTen[std::size_t(decimals)];
-        p += decimals;
-        while (p != end && isDigit(*p)) // cut off
-            ++p;
+        const quint64 first = loadFour(p);
+        const quint64 second = loadFour(p + 4) << 16; // three of them, behind a zero
+        if ((othersIn(first) | othersIn(second)) == 0) {
+            p += keptDecimals;
+            size = double(qint64(whole * 10000000 + numberOf(first) * 1000 + numberOf(second))) / 1e7;
+            for (int cut = 0; isDigit(*p); ++p, ++cut) {
+                if (cut == maximumCutDigits)
+                    return nullptr;
+            }
+        } else {
+            size = readShortFraction(whole, p);
+        }
     } else {
         if (p - at > keptWithoutPoint)
             return nullptr;
-        size = double(qint64(mantissa));
+        size = double(qint64(whole));
     }
     value = negative ? -size : size;
     return p;
 }
 
 /// Digits with a minus before.
-const char16_t *scanInteger(const char16_t *at, const char16_t *end, int maximumDigits, qint64 &value)
+[[gnu::always_inline]] inline const char16_t *scanInteger(const char16_t *at, int maximumDigits, qint64 &value)
 {
-    const char16_t *p = at;
-    const bool negative = p != end && *p == u'-';
-    if (negative)
-        ++p;
-    const char16_t *const begin = p;
+    const bool negative = *at == u'-';
+    const char16_t *const begin = at + int(negative);
+    const char16_t *p = begin;
     qint64 size = 0;
-    for (; canLoad(p, end, atOnce) && p - begin <= maximumDigits - atOnce; p += atOnce) {
-        const quint64 four = loadFour(p);
-        if (othersIn(four) != 0)
-            break;
-        size = size * 10000 + qint64(numberOf(four, atOnce));
+    while (p - begin <= maximumDigits - 4 && othersIn(loadFour(p)) == 0) {
+        size = size * 10000 + qint64(numberOf(loadFour(p)));
+        p += 4;
     }
-    for (; p != end && isDigit(*p); ++p) {
+    for (; isDigit(*p); ++p) {
         if (p - begin == maximumDigits)
             return nullptr;
         size = size * 10 + (*p - u'0');
@@ -180,44 +165,33 @@ const char16_t *scanInteger(const char16_t *at, const char16_t *end, int maximum
     return p == begin ? nullptr : p;
 }
 
-const char16_t *scanComma(const char16_t *at, const char16_t *end)
-{
-    return at != nullptr && at != end && *at == u',' ? at + 1 : nullptr;
-}
-
-bool isTupleEnd(const char16_t *at, const char16_t *end)
-{
-    return at == end || isSpace(*at);
-}
-
 /// Elevation and perhaps a time.
-const char16_t *scanFurtherFields(const char16_t *at, const char16_t *end, Tuple &tuple)
+const char16_t *scanFurtherFields(const char16_t *at, Tuple &tuple)
 {
     qint64 elevation = 0;
-    at = scanInteger(at, end, maximumElevationDigits, elevation);
+    at = scanInteger(at, maximumElevationDigits, elevation);
     if (at == nullptr)
         return nullptr;
     tuple.elevation = int(elevation);
-    if (isTupleEnd(at, end))
+    if (isSpace(*at))
         return at;
-    at = scanComma(at, end);
-    if (at != nullptr)
-        at = scanInteger(at, end, maximumTimeDigits, tuple.seconds);
+    if (*at != u',')
+        return nullptr;
+    at = scanInteger(at + 1, maximumTimeDigits, tuple.seconds);
     tuple.hasTime = true;
-    return at != nullptr && isTupleEnd(at, end) ? at : nullptr;
+    return at != nullptr && isSpace(*at) ? at : nullptr;
 }
 
-/// A tuple of two to four plain fields.
-const char16_t *scanTuple(const char16_t *at, const char16_t *end, Tuple &tuple)
+/// A tuple of two to four plain fields and the blank behind it.
+[[gnu::always_inline]] inline const char16_t *scanTuple(const char16_t *at, Tuple &tuple)
 {
-    at = scanComma(scanCoordinate(at, end, tuple.longitude), end);
-    if (at == nullptr)
+    at = scanCoordinate(at, tuple.longitude);
+    if (at == nullptr || *at != u',')
         return nullptr;
-    at = scanCoordinate(at, end, tuple.latitude);
-    if (at == nullptr || isTupleEnd(at, end))
+    at = scanCoordinate(at + 1, tuple.latitude);
+    if (at == nullptr || isSpace(*at))
         return at;
-    at = scanComma(at, end);
-    return at != nullptr ? scanFurtherFields(at, end, tuple) : nullptr;
+    return *at == u',' ? scanFurtherFields(at + 1, tuple) : nullptr;
 }
 
 /// A tuple of any text.
@@ -249,6 +223,34 @@ Tuple readTuple(QStringView text)
 bool isNull(const Tuple &tuple)
 {
     return tuple.latitude == 0.0 && tuple.longitude == 0.0;
+}
+
+/// Hands the tuples that begin before `stop` to `append`, the last one to its end. False for a text that is
+/// one tuple, as a whole.
+template<typename Append>
+bool readTuples(QStringView text, const char16_t *&at, const char16_t *stop, const char16_t *end, Append append)
+{
+    bool checked = false;
+    while (at < stop) {
+        if (isSpace(*at)) {
+            ++at;
+            continue;
+        }
+        Tuple tuple;
+        if (const char16_t *const behind = scanTuple(at, tuple)) {
+            at = behind;
+        } else {
+            // Half a surrogate pair anywhere: no regular expression matches in such a text, so it is one tuple.
+            if (!checked && !text.isValidUtf16())
+                return false;
+            checked = true;
+            const char16_t *const begin = at;
+            at = std::find_if(begin, end, isSpace);
+            tuple = readTuple(QStringView(begin, at));
+        }
+        append(tuple);
+    }
+    return true;
 }
 
 KelGPXTrackPointImpl *makeData(const Tuple &tuple)
@@ -447,36 +449,31 @@ KelGPXTrackPoint KelGPXReader::decodeTuple(QStringView text)
 
 QList<KelGPXTrackPoint> KelGPXReader::decodeTuples(QStringView text)
 {
+    /// Becomes a point where the list wants it, not before: nothing is moved, nor has an end.
+    struct NewPoint
+    {
+        operator KelGPXTrackPoint() const { return KelGPXTrackPoint(makeData(tuple)); }
+        const Tuple &tuple;
+    };
     QList<KelGPXTrackPoint> points;
     const auto append = [&points](const Tuple &tuple) {
         if (!isNull(tuple))
-            points.append(KelGPXTrackPoint(makeData(tuple)));
+            points.emplaceBack(NewPoint{tuple});
     };
-    bool checked = false;
     const char16_t *at = text.utf16();
     const char16_t *const end = at + text.size();
-    while (at != end) {
-        if (isSpace(*at)) {
-            ++at;
-            continue;
-        }
-        Tuple tuple;
-        if (const char16_t *const behind = scanTuple(at, end, tuple)) {
-            at = behind;
-        } else {
-            // Half a surrogate pair anywhere: no regular expression matches in such a text, so it is one tuple.
-            if (!checked && !text.isValidUtf16()) {
-                points.clear();
-                append(readTuple(text));
-                return points;
-            }
-            checked = true;
-            const char16_t *const begin = at;
-            while (!isTupleEnd(at, end))
-                ++at;
-            tuple = readTuple(QStringView(begin, at));
-        }
-        append(tuple);
+    bool isList = text.size() <= longestPlainTuple || readTuples(text, at, end - longestPlainTuple, end, append);
+    if (isList) {
+        // Where the text ends: once more, with room behind it. A blank more changes nothing.
+        std::array<char16_t, 2 * longestPlainTuple> rest;
+        const char16_t *const endOfRest = std::copy(at, end, rest.begin());
+        std::fill(rest.begin() + (end - at), rest.end(), u' ');
+        at = rest.data();
+        isList = readTuples(text, at, endOfRest, endOfRest, append);
+    }
+    if (!isList) {
+        points.clear();
+        append(readTuple(text));
     }
     return points;
 }
