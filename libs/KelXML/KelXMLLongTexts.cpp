@@ -36,7 +36,7 @@ constexpr bool isPlain(char16_t character)
     return character < plainCharacters.size() && plainCharacters[character];
 }
 
-constexpr qsizetype BLOCK = 32;
+constexpr qsizetype CHARACTERS_AT_ONCE = 32;
 
 /// Zero up to the limit.
 constexpr char16_t beyond(char16_t value, char16_t limit)
@@ -49,7 +49,7 @@ constexpr char16_t beyond(char16_t value, char16_t limit)
 bool areUsual(const char16_t *at)
 {
     char16_t others = 0;
-    for (qsizetype i = 0; i < BLOCK; ++i) {
+    for (qsizetype i = 0; i < CHARACTERS_AT_ONCE; ++i) {
         const char16_t inNoNumber = beyond(char16_t(at[i] - u'+'), u';' - u'+');
         const char16_t noLineFeed = beyond(char16_t(at[i] - u'\t'), u'\n' - u'\t');
         const char16_t noBlank = at[i] ^ u' ';
@@ -142,12 +142,12 @@ private:
 
     void skipPlain()
     {
-        while (m_end - m_at >= BLOCK) {
+        while (m_end - m_at >= CHARACTERS_AT_ONCE) {
             if (areUsual(m_at)) {
-                m_at += BLOCK;
+                m_at += CHARACTERS_AT_ONCE;
                 continue;
             }
-            for (qsizetype i = 0; i < BLOCK; ++i, ++m_at) {
+            for (qsizetype i = 0; i < CHARACTERS_AT_ONCE; ++i, ++m_at) {
                 if (!isPlain(*m_at))
                     return;
             }
