@@ -6,6 +6,7 @@
 #include "KelDiagnostics.h"
 
 #include <KelErrorHistory.h>
+#include <KelFileHandler.h>
 #include <KelGPXConfiguredTrack.h>
 #include <KelTrackSelectionFactory.h>
 #include <KelZIP.h>
@@ -31,6 +32,12 @@ QString countOf(int count, const QString &one, const QString &many)
 bool isArchive(const QFileInfo &file)
 {
     return file.suffix().compare(QLatin1String("kmz"), Qt::CaseInsensitive) == 0;
+}
+
+/// KML is read as a whole.
+bool isTooLarge(const QFileInfo &file)
+{
+    return file.suffix().compare(QLatin1String("kml"), Qt::CaseInsensitive) == 0 && file.size() > KelFileHandler::MAXIMUM_SIZE;
 }
 
 /// Whether it is no archive, or its first KML entry is refused, damaged or empty. An archive without one is none of
@@ -161,7 +168,7 @@ void KelTrackLoader::explainNothing(const QFileInfo &file, const KelErrorHistory
     } else if (entry.line > 0) {
         entry.message += QStringLiteral("; check that the file was copied completely");
         m_diagnostics.error(KelExitCode::InputMalformed, entry);
-    } else if (isArchive(file) && isDamagedArchive(file)) {
+    } else if (isTooLarge(file) || (isArchive(file) && isDamagedArchive(file))) {
         m_diagnostics.error(KelExitCode::InputMalformed, entry);
     } else {
         entry.message.prepend(QStringLiteral("0 tracks: "));

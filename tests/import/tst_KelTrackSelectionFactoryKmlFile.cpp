@@ -3,15 +3,19 @@
 
 #include <KelErrorHistory.h>
 #include <KelGPXConfiguredTrackList.h>
+#include <KelGPXTrackStyleList.h>
 #include <KelGeoLocationSettings.h>
 #include <KelTemporarySettings.h>
 #include <KelTestArchive.h>
 #include <KelTestSupport.h>
 #include <KelTrackSelectionFactoryKmlFile.h>
+#include <KelXMLLoader.h>
 
 #include <QTemporaryDir>
 #include <QUrl>
 #include <QtTest>
+
+#include <random>
 
 class tst_KelTrackSelectionFactoryKmlFile : public QObject
 {
@@ -56,10 +60,14 @@ private Q_SLOTS:
     void wholeFile();
     void reasons_data();
     void reasons();
+    void reasonOfAFileThatIsTooLarge();
     void noReasonWhenThereIsSomethingToDraw();
     void refusedArchiveGivesItsReason_data();
     void refusedArchiveGivesItsReason();
     void deepFoldersDoNoHarm();
+    void equalsTheTree_data();
+    void equalsTheTree();
+    void randomDocumentsEqualTheTree();
     void largeDocument();
     void nothingReliesOnTheText();
 
@@ -103,6 +111,50 @@ QList<KelGeoPosition> positions(const KelGPXConfiguredTrack &track)
 {
     const KelGeoPositionList points = track.allPoints();
     return QList<KelGeoPosition>(points.begin(), points.end());
+}
+
+/// Long enough to be read where it lies.
+QString longCoordinates()
+{
+    return QStringLiteral("8.5,47.25,412 -8.25,-47.125\n").repeated(20);
+}
+
+QString describe(const KelGPXTrack &track, const KelGPXTrackConfiguration &configuration)
+{
+    QString text = track.name() + '|' + track.description() + '|' + track.shape().encode() + '|';
+    for (const KelGPXTrackSegment &segment : track.segments())
+        text += segment.toKml() + ';';
+    return text + '|' + configuration.serialize();
+}
+
+/// What the placemarks of a tree give, by the rules in their plainest form.
+QStringList byTree(const QString &kml)
+{
+    QDomDocument xml;
+    if (!KelXMLLoader::setContent(xml, kml))
+        return {};
+    const QDomElement document = xml.documentElement().firstChildElement("Document");
+    const KelGPXTrackStyleList styles = KelGPXTrackStyleList::fromKml(document);
+    const KelTrackSelectionFactoryKmlFile factory;
+    QStringList result;
+    for (const QDomElement &placemark : factory.findPlacemarks(document)) {
+        const auto text = [&placemark](const char *name) { return placemark.firstChildElement(name).text(); };
+        const auto orFileName = [](const QString &name) { return name.isEmpty() ? FILE_NAME : name; };
+        const KelGPXTrack track =
+            KelGPXTrack::decodeKml(orFileName(text("name")), orFileName(text("description")), factory.findCoordinates(placemark),
+                                   KelGPXTrackShape::decodeKml(placemark));
+        const KelGPXConfiguredTrack configured(track, styles.findStyling(text("styleUrl")));
+        result.append(describe(configured.track(), configured.configuration()));
+    }
+    return result;
+}
+
+QStringList describe(const KelGPXConfiguredTrackList &list)
+{
+    QStringList result;
+    for (const KelGPXConfiguredTrack &track : list)
+        result.append(describe(track.track(), track.configuration()));
+    return result;
 }
 
 } // namespace
@@ -595,6 +647,17 @@ void tst_KelTrackSelectionFactoryKmlFile::reasons()
         QVERIFY2(entry.message.contains(QLatin1String("No such file")), qPrintable(entry.message));
 }
 
+void tst_KelTrackSelectionFactoryKmlFile::reasonOfAFileThatIsTooLarge()
+{
+    const QFileInfo file = write("large.kml", "<kml>");
+    // Without taking room on the disk.
+    QVERIFY(QFile::resize(file.filePath(), (qint64(1) << 31) + 1));
+    KelErrorHistory errors;
+    QVERIFY(!m_factory.createConfiguredTrackList(file, &errors).isValid());
+    QCOMPARE(errors.entries().size(), 1);
+    QCOMPARE(errors.last().message, "the file is larger than the 2 GiB that are read");
+}
+
 void tst_KelTrackSelectionFactoryKmlFile::noReasonWhenThereIsSomethingToDraw()
 {
     KelErrorHistory errors;
@@ -647,6 +710,92 @@ void tst_KelTrackSelectionFactoryKmlFile::deepFoldersDoNoHarm()
     QVERIFY(!m_factory.decode(QString("<a>").repeated(100000) + QString("</a>").repeated(100000), FILE_NAME, &errors)
                  .isValid());
     QVERIFY2(errors.last().message.contains("nested"), qPrintable(errors.last().message));
+}
+
+void tst_KelTrackSelectionFactoryKmlFile::equalsTheTree_data()
+{
+    QTest::addColumn<QString>("inside");
+    QTest::addColumn<int>("count");
+    const auto row = [](const char *name, const char *inside, int count = 1) {
+        QTest::newRow(name) << QString::fromUtf8(inside).replace('~', longCoordinates()) << count;
+    };
+    row("the first of each", "<Placemark><name>a</name><name>b</name><description>c</description><description>d</description>"
+                             "<styleUrl>#x</styleUrl><styleUrl>#y</styleUrl><Style id='x'/></Placemark>");
+    row("an empty first", "<Placemark><name/><name>b</name><description><![CDATA[ ]]></description></Placemark>");
+    row("a name of elements and pieces", "<Placemark><name>a<b>c</b> <!-- -->d<![CDATA[ e ]]>f &amp; g</name></Placemark>");
+    row("coordinates in the name", "<Placemark><name>a<coordinates>1,2</coordinates></name></Placemark>");
+    row("long coordinates in the name", "<Placemark><name><coordinates>~</coordinates></name></Placemark>");
+    row("coordinates in coordinates", "<Placemark><coordinates> <coordinates>1,2</coordinates></coordinates></Placemark>");
+    row("the first that are not blank", "<Placemark><coordinates> </coordinates><a><coordinates>1,2</coordinates></a>"
+                                        "<coordinates>3,4</coordinates></Placemark>");
+    row("blank coordinates behind", "<Placemark><coordinates>1,2</coordinates><coordinates> </coordinates></Placemark>");
+    row("only blanks, of a CDATA section", "<Placemark><coordinates><![CDATA[ \n ]]></coordinates></Placemark>");
+    row("long coordinates in pieces", "<Placemark><coordinates>~<!-- -->7,8 <a>~</a> 9,10</coordinates></Placemark>");
+    row("a short piece before a long one", "<Placemark><coordinates>7,8<a> ~</a></coordinates></Placemark>");
+    row("long name and description", "<Placemark><name>~</name><description>~</description><coordinates>~</coordinates></Placemark>");
+    row("a placemark in a placemark", "<Placemark><name>a</name><Placemark><name>b</name><coordinates>1,2</coordinates>"
+                                      "</Placemark></Placemark>");
+    row("a second document", "<Placemark/></Document><Document><Placemark/>");
+    row("a document in the document", "<Document><Style id='x'/><Placemark><styleUrl>#x</styleUrl></Placemark></Document>");
+    row("a style behind", "<Placemark><styleUrl>#x</styleUrl></Placemark><Style id='x'><LineStyle><width>2</width></LineStyle></Style>");
+    row("styles of one name", "<Style id='x'><PolyStyle><color>11223344</color></PolyStyle></Style><Style id='x'/>"
+                              "<Placemark><styleUrl>#x</styleUrl></Placemark>");
+    row("the first of each in a style",
+        "<Style id='x'><LineStyle><color>ff<b>00</b>0011</color><color>ff000022</color><width>1</width><width>5</width></LineStyle>"
+        "<LineStyle><color>ff000033</color></LineStyle><PolyStyle/><PolyStyle><color>ff000044</color></PolyStyle></Style>"
+        "<Placemark><styleUrl>#x</styleUrl></Placemark>");
+    row("what lies deeper in a style", "<Style id='x'><a><LineStyle><width>3</width></LineStyle></a><LineStyle><a><width>4</width></a>"
+                                       "</LineStyle></Style><Placemark><styleUrl>#x</styleUrl></Placemark>");
+    row("a placemark in a style", "<Style id='x'><LineStyle><color>ff<Placemark><name>00</name><styleUrl>#x</styleUrl></Placemark>"
+                                  "2211</color></LineStyle></Style>");
+    row("a style without a name", "<Style><LineStyle><width>3</width></LineStyle></Style><Placemark><styleUrl>#</styleUrl></Placemark>");
+    row("shapes of the library's own", "<Placemark><shape>hop</shape></Placemark><Placemark><shape/></Placemark>"
+                                       "<Placemark><shape>x</shape><Point/></Placemark><Placemark><a><Point/></a></Placemark>", 4);
+    row("names with prefixes", "<k:Placemark/><Placemark><k:name>a</k:name></Placemark>");
+}
+
+void tst_KelTrackSelectionFactoryKmlFile::equalsTheTree()
+{
+    QFETCH(QString, inside);
+    QFETCH(int, count);
+    const QStringList expected = byTree(inDocument(inside));
+    QCOMPARE(expected.size(), count);
+    QCOMPARE(describe(decode(inside)), expected);
+}
+
+void tst_KelTrackSelectionFactoryKmlFile::randomDocumentsEqualTheTree()
+{
+    const QStringList names{"Document", "Placemark", "Placemark", "Style id='a'", "Style id='b'", "LineStyle", "PolyStyle",
+                            "color", "width", "name", "description", "styleUrl", "coordinates", "coordinates", "Polygon",
+                            "LineString", "Point", "shape", "Folder"};
+    const QStringList texts{"1,2 3,4", " ", "#a", "#b", "7f112233", "2.5", "polygon", "<![CDATA[ 5,6 ]]>", "<!-- -->", "<?p?>",
+                            "&#32;", longCoordinates(), "&lt;"};
+    std::mt19937 random(KelTestSupport::randomSeed(11));
+    int withPlacemarks = 0;
+    for (int cases = KelTestSupport::randomCases(3000); cases > 0; --cases) {
+        QString xml = random() % 8 ? "<kml><Document>" : "<kml>";
+        QStringList open = random() % 8 ? QStringList{"kml", "Document"} : QStringList{"kml"};
+        for (uint steps = random() % 40; steps > 0; --steps) {
+            const uint what = random() % 8;
+            if (what < 4 && open.size() < 12) {
+                const QString name = names.at(int(random() % uint(names.size())));
+                xml += '<' + name + '>';
+                open.append(name.section(' ', 0, 0));
+            } else if (what < 6 && open.size() > 1) {
+                xml += "</" + open.takeLast() + '>';
+            } else {
+                xml += texts.at(int(random() % uint(texts.size())));
+            }
+        }
+        // Some end too early.
+        while (!open.isEmpty() && random() % 100)
+            xml += "</" + open.takeLast() + '>';
+        const QStringList expected = byTree(xml);
+        withPlacemarks += expected.isEmpty() ? 0 : 1;
+        const QStringList actual = describe(m_factory.decode(xml, FILE_NAME));
+        QVERIFY2(actual == expected, qPrintable(xml));
+    }
+    QVERIFY(withPlacemarks > 0);
 }
 
 void tst_KelTrackSelectionFactoryKmlFile::largeDocument()

@@ -1,17 +1,20 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
-// Against KelXMLLoader. KEL_RANDOM_CASES sets another number of random documents, KEL_RANDOM_SEED another beginning.
+// KelXMLLongTexts and KelXMLTextReader against KelXMLLoader. KEL_RANDOM_CASES sets another number of random documents, KEL_RANDOM_SEED another beginning.
 
 #include <KelErrorHistory.h>
 #include <KelXMLGate.h>
 #include <KelXMLLoader.h>
 #include <KelXMLLongTexts.h>
+#include <KelXMLTextHandler.h>
+#include <KelXMLTextReader.h>
 
 #include <KelTestSupport.h>
 
 #include <QDomDocument>
 #include <QObject>
+#include <QXmlStreamAttributes>
 #include <QtTest>
 
 #include <random>
@@ -25,6 +28,7 @@ private Q_SLOTS:
     void equalsTheLoader();
     void textIsTakenOutAndPutBack();
     void textsInPlace();
+    void longTextsAreHandedOverWhereTheyLie();
     void randomDocumentsEqualTheLoaders();
 };
 
@@ -63,6 +67,82 @@ QString describe(const KelErrorHistory &errors)
                     .arg(entry.fileName, QString::number(entry.line), QString::number(entry.column), entry.message);
     }
     return text;
+}
+
+/// Of a tree's nodes those that a text reader hands over.
+QString describeForReader(const QDomNode &node)
+{
+    if (node.isText())
+        return QLatin1Char('[') + node.nodeValue() + QLatin1Char(']');
+    QString text;
+    const bool isElement = node.isElement();
+    if (isElement) {
+        text = QLatin1Char('(') + node.nodeName();
+        const QDomNamedNodeMap attributes = node.attributes();
+        QStringList names;
+        for (int i = 0; i < attributes.count(); ++i)
+            names.append(attributes.item(i).nodeName() + QLatin1Char('=') + attributes.item(i).nodeValue());
+        names.sort();
+        text += names.join(QLatin1Char('|'));
+    }
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        text += describeForReader(child);
+    return isElement ? text + QLatin1Char(')') : text;
+}
+
+/// Writes down what it is given, in the form of the above.
+class DescribingHandler : public KelXMLTextHandler
+{
+public:
+    explicit DescribingHandler(const QString &document)
+        : m_document(document)
+    {
+    }
+
+    void begin() override
+    {
+        description.clear();
+        liesInTheDocument = true;
+    }
+    void startElement(QStringView name, const QXmlStreamAttributes &attributes) override
+    {
+        description += QLatin1Char('(') + name.toString();
+        QStringList names;
+        for (const QXmlStreamAttribute &attribute : attributes)
+            names.append(attribute.qualifiedName().toString() + QLatin1Char('=') + attribute.value().toString());
+        names.sort();
+        description += names.join(QLatin1Char('|'));
+    }
+    void text(QStringView text, bool stays) override
+    {
+        description += QLatin1Char('[') + text.toString() + QLatin1Char(']');
+        const bool lies = text.data() >= m_document.constData() && text.data() < m_document.constData() + m_document.size();
+        liesInTheDocument = liesInTheDocument && (lies || !stays);
+        someStay = someStay || stays;
+    }
+    void endElement() override { description += QLatin1Char(')'); }
+
+    QString description;
+    bool liesInTheDocument = true;
+    bool someStay = false;
+
+private:
+    const QString &m_document;
+};
+
+/// Whether a text reader hands over what the tree has, with the same errors.
+bool readerAgrees(const QString &xml, bool *someStay = nullptr)
+{
+    QDomDocument document;
+    KelErrorHistory expectedErrors;
+    const bool isWellFormed = KelXMLLoader::setContent(document, xml, &expectedErrors);
+    DescribingHandler handler(xml);
+    KelErrorHistory errors;
+    if (KelXMLTextReader::read(xml, handler, &errors) != isWellFormed || describe(errors) != describe(expectedErrors))
+        return false;
+    if (someStay)
+        *someStay = handler.someStay;
+    return handler.liesInTheDocument && (!isWellFormed || handler.description == describeForReader(document));
 }
 
 /// The tree and the errors that the function makes of the text.
@@ -156,6 +236,7 @@ void tst_KelXMLLongTexts::equalsTheLoader()
     QFETCH(QString, xml);
     QCOMPARE(outcome(xml), outcomeOfLoader(xml));
     QCOMPARE(outcomeInPlace(xml), outcomeOfLoader(xml));
+    QVERIFY(readerAgrees(xml));
 }
 
 void tst_KelXMLLongTexts::textIsTakenOutAndPutBack()
@@ -190,6 +271,17 @@ void tst_KelXMLLongTexts::textsInPlace()
     }
 }
 
+void tst_KelXMLLongTexts::longTextsAreHandedOverWhereTheyLie()
+{
+    bool someStay = false;
+    QVERIFY(readerAgrees(QStringLiteral("<a>1<b>%1</b>2</a>").arg(tuples(50)), &someStay));
+    QVERIFY(someStay);
+    QVERIFY(readerAgrees(QChar(0xfeff) + QStringLiteral("<a>1<b>%1</b>2</a>").arg(tuples(50)), &someStay));
+    QVERIFY(someStay);
+    QVERIFY(readerAgrees(QStringLiteral("<a>1<b>%1&#xe000;0</b>2</a>").arg(tuples(50)), &someStay));
+    QVERIFY(!someStay);
+}
+
 void tst_KelXMLLongTexts::randomDocumentsEqualTheLoaders()
 {
     const QString text = tuples(14); // a little more than the minimum
@@ -222,6 +314,7 @@ void tst_KelXMLLongTexts::randomDocumentsEqualTheLoaders()
         const QString expected = outcomeOfLoader(xml);
         QVERIFY2(outcome(xml) == expected, qPrintable(xml));
         QVERIFY2(outcomeInPlace(xml) == expected, qPrintable(xml));
+        QVERIFY2(readerAgrees(xml), qPrintable(xml));
     }
 }
 

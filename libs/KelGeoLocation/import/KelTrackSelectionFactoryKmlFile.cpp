@@ -3,15 +3,14 @@
 
 #include "KelTrackSelectionFactoryKmlFile.h"
 
+#include "KelKMLReader.h"
 #include <KelErrorHistory.h>
 #include <KelFileHandler.h>
 #include <KelGPXConfiguredTrackList.h>
-#include <KelGPXTrackStyleList.h>
 #include <KelKMLNames.h>
-#include <KelXMLLongTexts.h>
+#include <KelXMLTextReader.h>
 #include <KelZIP.h>
 
-#include <QDomDocument>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringView>
@@ -53,9 +52,12 @@ QString readPlainFile(const QFileInfo &file, KelErrorHistory *errors)
     const QString text = KelFileHandler::readText(file);
     if (text.isNull() && errors) {
         QFile reader(file.filePath());
-        report(errors, file.filePath(),
-               reader.open(QIODevice::ReadOnly) ? QStringLiteral("the file is empty or cannot be read")
-                                                : reader.errorString());
+        QString reason = QStringLiteral("the file is empty or cannot be read");
+        if (!reader.open(QIODevice::ReadOnly))
+            reason = reader.errorString();
+        else if (reader.size() > KelFileHandler::MAXIMUM_SIZE)
+            reason = QStringLiteral("the file is larger than the %1 GiB that are read").arg(KelFileHandler::MAXIMUM_SIZE >> 30);
+        report(errors, file.filePath(), reason);
     }
     return text;
 }
@@ -82,20 +84,13 @@ QString readArchive(const QFileInfo &file, KelErrorHistory *errors)
     return QString::fromUtf8(content);
 }
 
-/// QDomElement::text(), but a single text as it lies in the tree: that of coordinates is long.
-QString wholeText(const QDomElement &element)
-{
-    const QDomNode child = element.firstChild();
-    return child.isText() && child.nextSibling().isNull() ? child.nodeValue() : element.text();
-}
-
 /// The text of the first element "coordinates" that has one, with the blanks around it.
 QString coordinatesOf(const QDomElement &element)
 {
     QDomElement current = element;
     while (!current.isNull()) {
         if (current.nodeName() == KelKMLNames::Coordinates) {
-            const QString text = wholeText(current);
+            const QString text = current.text();
             if (!QStringView(text).trimmed().isEmpty())
                 return text;
             current = nextBeside(current, element);
@@ -104,19 +99,6 @@ QString coordinatesOf(const QDomElement &element)
         }
     }
     return QString();
-}
-
-QString orFileName(const QString &text, const QString &fileName)
-{
-    return text.isEmpty() ? fileName : text;
-}
-
-/// Never one that refers to the text of the file, which does not stay.
-QString childText(const QDomElement &element, const QString &name)
-{
-    QString text = element.firstChildElement(name).text();
-    text.detach();
-    return text;
 }
 
 } // namespace
@@ -170,45 +152,33 @@ QString KelTrackSelectionFactoryKmlFile::readFile(const QFileInfo &file, KelErro
 KelGPXConfiguredTrackList KelTrackSelectionFactoryKmlFile::decode(const QString &kmlText, const QString &fileName,
                                                                   KelErrorHistory *errors) const
 {
-    QDomDocument xml;
+    KelKMLReader reader(fileName);
     KelErrorHistory parseErrors;
-    // Coordinates are read and forgotten below.
-    KelXMLLongTexts::setContentInPlace(xml, kmlText, KelKMLNames::Coordinates, &parseErrors);
-
-    const QDomElement document = xml.documentElement().firstChildElement(KelKMLNames::Document);
-    const KelGPXTrackStyleList styles = KelGPXTrackStyleList::fromKml(document);
-    const QList<QDomElement> placemarks = findPlacemarks(document);
-
-    KelGPXConfiguredTrackList list;
-    bool anyPoints = false;
-    for (const QDomElement &placemark : placemarks) {
-        const KelGPXTrack track = KelGPXTrack::decodeKml(
-            orFileName(childText(placemark, KelKMLNames::Name), fileName),
-            orFileName(childText(placemark, KelKMLNames::Description), fileName), coordinatesOf(placemark),
-            KelGPXTrackShape::decodeKml(placemark));
-        anyPoints = anyPoints || track.isValid();
-        list.append(KelGPXConfiguredTrack(track, styles.findStyling(childText(placemark, KelKMLNames::StyleUrl))));
-    }
-
-    if (errors && !anyPoints) {
-        if (!parseErrors.isEmpty()) {
+    if (!KelXMLTextReader::read(kmlText, reader, &parseErrors)) {
+        if (errors) {
             KelErrorHistory::Entry entry = parseErrors.last();
             entry.fileName = fileName;
             errors->add(entry);
-        } else if (document.isNull()) {
-            report(errors, fileName, QStringLiteral("no \"Document\" element in the root element \"%1\"")
-                                         .arg(xml.documentElement().tagName()));
-        } else if (placemarks.isEmpty()) {
-            report(errors, fileName, QStringLiteral("the \"Document\" holds no placemarks"));
-        } else {
-            report(errors, fileName, QStringLiteral("no placemark has coordinates"));
         }
+        return {};
+    }
+
+    const KelGPXConfiguredTrackList list = reader.takeTracks();
+    if (reader.hasPoints())
+        return list;
+    if (!reader.hasDocument()) {
+        report(errors, fileName,
+               QStringLiteral("no \"Document\" element in the root element \"%1\"").arg(reader.rootName()));
+    } else if (list.tracks().isEmpty()) {
+        report(errors, fileName, QStringLiteral("the \"Document\" holds no placemarks"));
+    } else {
+        report(errors, fileName, QStringLiteral("no placemark has coordinates"));
     }
     return list;
 }
 
 // Neither this search nor that for coordinates calls itself: elements may come from anywhere, not only from decode(),
-// nested as deep as they like.
+// nested as deep as they like. KelKMLReader has the same rules for a whole document.
 QList<QDomElement> KelTrackSelectionFactoryKmlFile::findPlacemarks(const QDomElement &element) const
 {
     QList<QDomElement> placemarks;
