@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QDomDocument>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -61,7 +62,9 @@ private Q_SLOTS:
     void routePointsAreNotRead();
     void routePointsWithExtensionsBecomeSegments();
     void enclavesAreReadWhateverTheirName();
-    void enclavesDeeperThanTheLimitAreSkipped();
+    void enclavesOfATreeFromElsewhereEndSomewhere();
+    void enclavesThatWereReadAreWritten_data();
+    void enclavesThatWereReadAreWritten();
     void anyNumberOfEnclavesInEachOtherIsBorne();
     void sharedEnclavesAreNotCopiedWhenTheyEnd();
 
@@ -690,15 +693,84 @@ void tst_KelGPXTrack::enclavesAreReadWhateverTheirName()
     QVERIFY(t.segments().isEmpty());
 }
 
-void tst_KelGPXTrack::enclavesDeeperThanTheLimitAreSkipped()
+namespace
 {
-    const int levels = 125;
-    const QString xml = QStringLiteral("<trk><enclaves>").repeated(levels) + "<trk/>"
-        + QStringLiteral("</enclaves></trk>").repeated(levels);
+
+/// Levels of enclaves in each other.
+int enclaveDepth(KelGPXTrack t)
+{
     int depth = 0;
-    for (KelGPXTrack t = read(xml); !t.enclaves().isEmpty(); t = t.enclaves().first())
+    for (; !t.enclaves().isEmpty(); t = KelGPXTrack(t.enclaves().first()))
         ++depth;
-    QCOMPARE(depth, 120);
+    return depth;
+}
+
+KelGPXTrack nested(int levels)
+{
+    // Descriptions are not written.
+    const KelGPXTrack plain(QStringLiteral("name"), QString(), {segment("1,2")}, KelGPXTrackShape(TrackShapePolygon));
+    KelGPXTrack t = plain;
+    for (int i = 0; i < levels; ++i) {
+        KelGPXTrack around = plain;
+        around.addEnclave(t);
+        t = around;
+    }
+    return t;
+}
+
+/// What no file holds, but a tree of somebody's may.
+QDomDocument treeOfEnclaves(int levels)
+{
+    QDomDocument document;
+    QDomNode parent = document.appendChild(document.createElement("trk"));
+    for (int i = 0; i < levels; ++i) {
+        parent = parent.appendChild(document.createElement("enclaves"));
+        parent = parent.appendChild(document.createElement("trk"));
+    }
+    return document;
+}
+
+} // namespace
+
+void tst_KelGPXTrack::enclavesOfATreeFromElsewhereEndSomewhere()
+{
+    const QDomDocument document = treeOfEnclaves(1000);
+    QCOMPARE(enclaveDepth(KelGPXTrack(document.documentElement(), QDir(QString()))), 128);
+}
+
+void tst_KelGPXTrack::enclavesThatWereReadAreWritten_data()
+{
+    QTest::addColumn<int>("levels");
+    QTest::addColumn<int>("written");
+    QTest::newRow("one") << 1 << 1;
+    QTest::newRow("many") << 120 << 120;
+    QTest::newRow("as deep as a file goes") << 126 << 126;
+    QTest::newRow("deeper") << 127 << 126;
+    QTest::newRow("much deeper") << 1000 << 126;
+}
+
+/// What a file may hold comes out of it and goes into another one whole; what does not fit is not lost without a word.
+void tst_KelGPXTrack::enclavesThatWereReadAreWritten()
+{
+    QFETCH(int, levels);
+    QFETCH(int, written);
+    QTemporaryDir dir;
+    const KelGPXTrack t = nested(levels);
+    if (levels > written) {
+        for (int i = 0; i < 2; ++i)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^the enclaves of the enclave .* too deep to be written$"));
+    }
+    const QFileInfo file(dir.filePath("a.gpx"));
+    t.saveAsGpxFile(file);
+    const QList<KelGPXTrack> read = KelGPXTrackFile(file).tracks();
+    QCOMPARE(read.size(), 1);
+    QCOMPARE(enclaveDepth(read.first()), written);
+    QCOMPARE(read.first() == t, levels == written);
+
+    QDomDocument document = KelTestSupport::document("<store/>");
+    QDomElement root = document.documentElement();
+    t.toXml(root, QDir(dir.path()));
+    QCOMPARE(enclaveDepth(KelGPXTrack(root.firstChildElement(), QDir(dir.path()))), written);
 }
 
 void tst_KelGPXTrack::sharedEnclavesAreNotCopiedWhenTheyEnd()
@@ -750,6 +822,7 @@ void tst_KelGPXTrack::anyNumberOfEnclavesInEachOtherIsBorne()
     QVERIFY(kept == shorter);
 
     // What is written can be read again.
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("too deep to be written$"));
     QDomDocument document;
     QDomElement root = document.appendChild(document.createElement(QStringLiteral("gpx"))).toElement();
     two.toXml(root, QDir(QString()));
@@ -758,7 +831,7 @@ void tst_KelGPXTrack::anyNumberOfEnclavesInEachOtherIsBorne()
     int depth = 0;
     for (KelGPXTrack t = read; !t.enclaves().isEmpty(); t = t.enclaves().first())
         ++depth;
-    QCOMPARE(depth, 120);
+    QCOMPARE(depth, 126);
 }
 
 void tst_KelGPXTrack::include()

@@ -9,6 +9,7 @@
 #include <KelGPXTrackFileRegistryKey.h>
 #include <KelGPXTrackImpl.h>
 #include <KelGPXTrackPointImpl.h>
+#include <KelXMLGate.h>
 #include <KelXMLPlainCursor.h>
 #include <KelXMLStreamCursor.h>
 
@@ -36,6 +37,7 @@ struct Tuple
     qint64 seconds = 0; // since 1970
 };
 
+constexpr int MAXIMUM_LEVELS = KelXMLGate::MAXIMUM_DEPTH / 2; // of enclaves, each of two elements
 constexpr int keptDecimals = 7; // as KelGPXTrackElement::safeDouble()
 constexpr int keptWithoutPoint = 7;
 constexpr std::array<double, keptDecimals + 1> powersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
@@ -271,8 +273,11 @@ int toWholeMetres(double elevation)
 QList<KelGPXTrack> KelGPXReader::readFile(KelXMLCursor &root, const QFileInfo &file)
 {
     QList<KelGPXTrack> tracks;
-    QList<KelGPXTrack> routes; // the invalid ones included: their number is known only when all tracks were seen
-    int counter = 0;
+    // Those that hold anything, each with its number among the routes: how many tracks come before them is known only when
+    // all were seen.
+    QList<std::pair<int, KelGPXTrack>> routes;
+    int trackCount = 0;
+    int routeCount = 0;
     while (root.nextChild()) {
         KelXMLCursor &child = root.child();
         const bool isTrack = child.name() == KelGPXNames::Track;
@@ -281,12 +286,12 @@ QList<KelGPXTrack> KelGPXReader::readFile(KelXMLCursor &root, const QFileInfo &f
         KelGPXTrack track;
         mergeTrack(child, nullptr, track);
         if (isTrack)
-            keepTrack(std::move(track), file, ++counter, tracks);
-        else
-            routes.append(std::move(track));
+            keepTrack(std::move(track), file, ++trackCount, tracks);
+        else if (++routeCount; track.isValid())
+            routes.append({routeCount, std::move(track)});
     }
-    for (const KelGPXTrack &route : std::as_const(routes))
-        keepTrack(route, file, ++counter, tracks);
+    for (const auto &[number, route] : std::as_const(routes))
+        keepTrack(route, file, trackCount + number, tracks);
     return tracks;
 }
 
@@ -372,8 +377,8 @@ void KelGPXReader::mergeFirstTrack(KelXMLCursor &root, int depth, KelGPXTrack &t
 
 void KelGPXReader::mergeEnclaves(KelXMLCursor &enclaves, int depth, KelGPXTrack &track)
 {
-    // The one rule that calls itself.
-    if (depth == KelGPXTrack::MAXIMUM_ENCLAVE_DEPTH)
+    // The one rule that calls itself. Nothing that passed the gate is nested any deeper; a tree may be.
+    if (depth == MAXIMUM_LEVELS)
         return;
     while (enclaves.nextChild()) {
         KelGPXTrack enclave;

@@ -12,17 +12,23 @@
 #include <KelGPXTrackImpl.h>
 #include <KelXMLBuilder.h>
 #include <KelXMLDomCursor.h>
+#include <KelXMLGate.h>
 
 #include <QDir>
 #include <QDomDocument>
 #include <QDomElement>
 #include <QFileInfo>
 #include <QHashFunctions>
+#include <QLoggingCategory>
 #include <QPainterPath>
 #include <QStringView>
 
+#include <algorithm>
+
 namespace
 {
+
+Q_LOGGING_CATEGORY(filesCategory, "kel.files", QtInfoMsg)
 
 /// allPoints().first() of a track with points, without making the list.
 KelGeoPosition firstOfAllPoints(const KelGPXTrackImpl &track)
@@ -32,6 +38,16 @@ KelGeoPosition firstOfAllPoints(const KelGPXTrackImpl &track)
             return segment.firstPoint();
     }
     return KelGeoPosition();
+}
+
+/// How many levels of enclaves find room below a "trk": with all of them a file is read again.
+int enclaveLevelsBelow(const QDomElement &trk)
+{
+    constexpr int levelsOfPoints = 2; // "trkseg" and "compressedPoints" of the innermost
+    int depth = 0;
+    for (QDomNode node = trk; node.isElement(); node = node.parentNode())
+        ++depth;
+    return std::max(KelGPXTrack::MAXIMUM_ENCLAVE_DEPTH, (KelXMLGate::MAXIMUM_DEPTH - depth - levelsOfPoints) / 2);
 }
 
 } // namespace
@@ -204,9 +220,10 @@ QDomElement KelGPXTrack::buildTrackElement(QDomElement &parent) const
 
 void KelGPXTrack::buildXmlBody(QDomElement &trk) const
 {
-    buildXmlBody(trk, 0);
+    buildXmlBody(trk, enclaveLevelsBelow(trk));
 }
 
+/// With so many levels of enclaves.
 void KelGPXTrack::buildXmlBody(QDomElement &trk, int depth) const
 {
     // Deliberate: no "desc", although it is read.
@@ -214,12 +231,17 @@ void KelGPXTrack::buildXmlBody(QDomElement &trk, int depth) const
     KelXMLBuilder::buildDomElement(trk, KelGPXNames::Shape.toString(), d->shape().encode());
     for (const KelGPXTrackSegment &segment : d->segments())
         segment.toXml(trk);
-    if (d->enclaves().isEmpty() || depth == MAXIMUM_ENCLAVE_DEPTH)
+    if (d->enclaves().isEmpty())
         return;
+    if (depth == 0) {
+        qCWarning(filesCategory).noquote()
+            << QStringLiteral("the enclaves of the enclave \"%1\" lie too deep to be written").arg(d->name());
+        return;
+    }
     QDomElement enclaves = KelXMLBuilder::buildDomElement(trk, KelGPXNames::Enclaves.toString());
     for (const KelGPXTrack &enclave : d->enclaves()) {
         QDomElement element = enclave.buildTrackElement(enclaves);
-        enclave.buildXmlBody(element, depth + 1);
+        enclave.buildXmlBody(element, depth - 1);
     }
 }
 

@@ -29,8 +29,8 @@ class QFileInfo;
 class KELGEOLOCATION_EXPORT KelGPXTrack : public KelGPXTrackElement
 {
 public:
-    /// Enclaves may hold enclaves. So many levels of them are read and written: each takes two levels of nested elements,
-    /// of which a file has KelXMLGate::MAXIMUM_DEPTH, and some are left for what stands around the track.
+    /// Enclaves may hold enclaves. So many levels of them are written wherever the track stands in a document: each takes
+    /// two levels of nested elements, of which a file that is read has KelXMLGate::MAXIMUM_DEPTH.
     static constexpr int MAXIMUM_ENCLAVE_DEPTH = 120;
 
     /// No name, no segments, no enclaves. Deliberate: the shape is linestring, not auto.
@@ -111,13 +111,13 @@ public:
     /// "include": the first "trk" of that file in `dir` is merged where the element stands, and the whole is known to
     /// the KelGPXTrackFileRegistry under the file's name. A file that is missing, no regular file or malformed adds
     /// nothing, but its name is known all the same. Ignored without a directory, and in an included file.
-    /// Enclaves that lie deeper than MAXIMUM_ENCLAVE_DEPTH are skipped.
+    /// Enclaves are read as deep as a file may nest them; of deeper ones in a tree from elsewhere the rest is skipped.
     void fromXml(const QDomElement &trk, const QDir &dir);
 
     /// Appends an empty "trk" to `parent` and returns it.
     [[nodiscard]] QDomElement buildTrackElement(QDomElement &parent) const;
     /// Writes name, shape, segments and enclaves into `trk`. Deliberate: the description is read but not written.
-    /// Enclaves that lie deeper than MAXIMUM_ENCLAVE_DEPTH are left out, so that the rest can be read again.
+    /// Enclaves beyond MAXIMUM_ENCLAVE_DEPTH that a reader of the file would refuse are left out, and the log says so.
     void buildXmlBody(QDomElement &trk) const;
     /// Appends a "trk" to `parent`: into an existing directory only an "include" of a file there, which the
     /// KelGPXTrackFileRegistry writes when needed; otherwise everything.
