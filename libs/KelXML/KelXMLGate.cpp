@@ -25,25 +25,25 @@ constexpr qsizetype skimmedAtOnce = 64 * 1024;
 class EntityCosts
 {
 public:
-    /// False for an entity that starts or ends in the middle of a tag, a comment or the like: what the text is behind its
-    /// reference could be said by nobody but the reader.
-    bool add(const QXmlStreamEntityDeclaration &declaration)
+    void add(const QXmlStreamEntityDeclaration &declaration)
     {
         KelXMLSkimmer skimmer;
         skimmer.countReferences();
-        if (!skimmer.feed(declaration.value()) || !skimmer.isBalanced() || skimmer.hasDocumentType())
-            return false;
+        const bool isWhole = skimmer.feed(declaration.value()) && skimmer.isBalanced() && !skimmer.hasDocumentType();
         Entity &entity = m_entities[declaration.name().toString()];
+        // What the text is behind a reference to it could be said by nobody but the reader.
+        if (!isWhole)
+            entity.broken = declaration.name().toString();
         entity.length += declaration.value().size();
         const QHash<QString, qint64> references = skimmer.takeReferences();
         for (auto it = references.cbegin(); it != references.cend(); ++it)
             entity.references[it.key()] += it.value();
-        return true;
     }
 
-    [[nodiscard]] qint64 of(const QString &name)
+    [[nodiscard]] KelXMLSkimmingDevice::EntityCost of(const QString &name)
     {
-        return costOf(name, 0);
+        const qint64 cost = costOf(name, 0);
+        return {cost, m_entities.value(name).broken};
     }
 
 private:
@@ -52,6 +52,7 @@ private:
         qint64 length = 0;
         qint64 cost = -1;    // not known yet
         bool isOpen = false; // being worked out: an entity in itself
+        QString broken;      // the name of an entity, itself or within, that starts or ends in the middle of markup
         QHash<QString, qint64> references;
     };
 
@@ -70,6 +71,8 @@ private:
         for (auto it = entity.references.cbegin(); it != entity.references.cend(); ++it) {
             const qint64 one = costOf(it.key(), depth + 1);
             cost = one > unbounded / it.value() ? unbounded : std::min(cost + one * it.value(), unbounded);
+            if (entity.broken.isEmpty())
+                entity.broken = m_entities.value(it.key()).broken;
         }
         entity.isOpen = false;
         entity.cost = cost;
@@ -141,13 +144,9 @@ struct KelXMLGate::Private
         hasDocumentType = true;
         const QXmlStreamEntityDeclarations declarations = reader.entityDeclarations();
         EntityCosts costs;
-        for (const QXmlStreamEntityDeclaration &declaration : declarations) {
-            if (!costs.add(declaration)) {
-                refuse(QStringLiteral("the entity \"%1\" is no balanced piece of markup").arg(declaration.name()));
-                return;
-            }
-        }
-        QHash<QString, qint64> known;
+        for (const QXmlStreamEntityDeclaration &declaration : declarations)
+            costs.add(declaration);
+        QHash<QString, KelXMLSkimmingDevice::EntityCost> known;
         for (const QXmlStreamEntityDeclaration &declaration : declarations) {
             const QString name = declaration.name().toString();
             known.insert(name, costs.of(name));

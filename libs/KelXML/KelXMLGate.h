@@ -31,6 +31,8 @@ public:
     static constexpr int MAXIMUM_DEPTH = 256;
     /// So many attributes may one element have, and so many may a document type declare in all.
     static constexpr int MAXIMUM_ATTRIBUTES = 1000;
+    /// That a document type declares.
+    static constexpr int MAXIMUM_ENTITIES = 10000;
     /// What all references to a document's own entities stand for, with whatever entities these hold, and the attributes
     /// that it gives by default, may have together this many times as many characters as the document has bytes.
     static constexpr int MAXIMUM_EXPANSION = 5;

@@ -15,6 +15,7 @@ constexpr QStringView commentKeyword = u"--";
 constexpr QStringView cdataKeyword = u"[CDATA[";
 constexpr QStringView documentTypeKeyword = u"DOCTYPE";
 constexpr QStringView attributeListKeyword = u"ATTLIST";
+constexpr QStringView entityKeyword = u"ENTITY";
 constexpr qsizetype longestKeyword = 7;
 constexpr qsizetype longestEntityName = 4096; // a longer one ends Qt's reader
 
@@ -184,6 +185,10 @@ void KelXMLSkimmer::stepDocumentType(char16_t character)
         if (m_keyword == commentKeyword) {
             m_inDeclaration = false;
             enter(State::Comment);
+            return;
+        }
+        if (m_keyword == entityKeyword && ++m_entities > KelXMLGate::MAXIMUM_ENTITIES) {
+            refuse(QStringLiteral("the document type declares more than %1 entities").arg(KelXMLGate::MAXIMUM_ENTITIES));
             return;
         }
     }

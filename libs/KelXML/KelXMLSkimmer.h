@@ -81,6 +81,7 @@ private:
     int m_depth = 0;
     int m_deepest = 0;
     int m_attributes = 0; // of the tag; in a document type, of all its declarations
+    int m_entities = 0;   // that the document type declares
     int m_run = 0;        // of equal marks that may end the comment
     char16_t m_quote = 0;
     char16_t m_previous = 0;

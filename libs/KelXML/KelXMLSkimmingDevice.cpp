@@ -55,7 +55,7 @@ void KelXMLSkimmingDevice::addExpansion(qint64 characters)
         check(m_size * KelXMLGate::MAXIMUM_EXPANSION + expansionInAdvance);
 }
 
-void KelXMLSkimmingDevice::setEntityCosts(const QHash<QString, qint64> &costs)
+void KelXMLSkimmingDevice::setEntityCosts(const QHash<QString, EntityCost> &costs)
 {
     m_costs = costs;
     m_hasCosts = true;
@@ -86,8 +86,10 @@ void KelXMLSkimmingDevice::countReferences()
         return;
     const QHash<QString, qint64> references = m_skimmer.takeReferences();
     for (auto it = references.cbegin(); it != references.cend(); ++it) {
-        const qint64 cost = m_costs.value(it.key());
-        addExpansion(cost > unboundedExpansion / it.value() ? unboundedExpansion : cost * it.value());
+        const EntityCost cost = m_costs.value(it.key());
+        if (!cost.broken.isEmpty())
+            refuse(QStringLiteral("the entity \"%1\" is no balanced piece of markup").arg(cost.broken));
+        addExpansion(cost.characters > unboundedExpansion / it.value() ? unboundedExpansion : cost.characters * it.value());
     }
 }
 
@@ -130,6 +132,10 @@ QString KelXMLSkimmingDevice::decodeFirst(QByteArrayView bytes)
     const QString text = m_decoder.decode(bytes);
     qsizetype end = 0;
     const QString encoding = declaredEncoding(text, end);
+    if (end < 0 && text.size() <= longestDeclaration) {
+        refuse(QStringLiteral("the XML declaration has no end (\"?>\")"));
+        return text;
+    }
     if (end < 0 || end > longestDeclaration) {
         refuse(QStringLiteral("the XML declaration is too long"));
         return text;

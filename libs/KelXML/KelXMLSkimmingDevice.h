@@ -7,7 +7,9 @@
 #include "KelXMLSkimmer.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QIODevice>
+#include <QString>
 #include <QStringDecoder>
 
 /// Hands on the bytes of another device as long as the text in them keeps the limits, and ends where it does not.
@@ -16,6 +18,13 @@
 class KelXMLSkimmingDevice : public QIODevice
 {
 public:
+    /// What a reference to an entity comes to.
+    struct EntityCost
+    {
+        qint64 characters = 0;
+        QString broken; ///< the entity, itself or one in it, that is no balanced piece of markup; empty for none
+    };
+
     /// Starts at the source's current position.
     explicit KelXMLSkimmingDevice(QIODevice *source);
 
@@ -25,8 +34,9 @@ public:
 
     /// Counts what the document makes of itself, in characters, and refuses when it becomes too much.
     void addExpansion(qint64 characters);
-    /// How many characters each entity stands for; references are counted from now on, those so far included.
-    void setEntityCosts(const QHash<QString, qint64> &costs);
+    /// What each entity stands for; references are counted from now on, those so far included. A reference to a broken one
+    /// is refused.
+    void setEntityCosts(const QHash<QString, EntityCost> &costs);
     /// Ends for a reason.
     void refuse(const QString &reason);
     /// To be called at the end of the document, since only then it is known for certain how much would have been too much.
@@ -45,7 +55,7 @@ private:
     QIODevice *m_source;
     QStringDecoder m_decoder;
     KelXMLSkimmer m_skimmer;
-    QHash<QString, qint64> m_costs;
+    QHash<QString, EntityCost> m_costs;
     qint64 m_expectedSize = -1; // -1: not known before the end
     qint64 m_size = 0;          // so far, in bytes
     qint64 m_expansion = 0;

@@ -77,6 +77,14 @@ QByteArray entity(const QByteArray &value, const QByteArray &use)
     return "<!DOCTYPE a [<!ENTITY e '" + value + "'>]>" + use;
 }
 
+QByteArray manyEntities(int count)
+{
+    QByteArray text = "<!DOCTYPE a [";
+    for (int i = 0; i < count; ++i)
+        text += "<!ENTITY e" + QByteArray::number(i) + " 'x'>";
+    return text + "]><a/>";
+}
+
 QByteArray encoded(const char *encoding, const QByteArray &text)
 {
     QStringEncoder encoder(encoding);
@@ -158,6 +166,14 @@ void tst_KelXMLGate::allReadersAgree_data()
     QTest::newRow("an entity in an attribute") << entity("text", "<a b='&e;'/>") << true;
     QTest::newRow("an entity that holds elements") << entity("x<b>y</b>", "<a>&e;</a>") << true;
     QTest::newRow("an entity that holds half an element") << entity("x<b>y", "<a>&e;</b></a>") << false;
+    QTest::newRow("an entity of half an element that nobody uses") << entity("x<b>y", "<a/>") << true;
+    QTest::newRow("the start of a comment that nobody uses") << entity("<!--", "<a b='1'>x</a>") << true;
+    QTest::newRow("an entity that holds such a one")
+        << QByteArray("<!DOCTYPE a [<!ENTITY e '<b>'><!ENTITY f '&e;</b>'>]><a>&f;</a>") << false;
+    QTest::newRow("an entity that holds such a one and is not used")
+        << QByteArray("<!DOCTYPE a [<!ENTITY e '<b>'><!ENTITY f '&e;</b>'>]><a/>") << true;
+    QTest::newRow("as many entities as may be") << manyEntities(KelXMLGate::MAXIMUM_ENTITIES) << true;
+    QTest::newRow("one entity more") << manyEntities(KelXMLGate::MAXIMUM_ENTITIES + 1) << false;
     QTest::newRow("an entity that starts a comment")
         << entity("<!--", "<a>&e; <![CDATA[ --> <b" + attributes(1001, "") + "/> ]]></a>") << false;
     QTest::newRow("an entity that starts a comment by numbers")
@@ -250,6 +266,13 @@ void tst_KelXMLGate::reasons_data()
                                         << "3:2: the document type uses parameter entities";
     QTest::newRow("half an element") << entity("<b>", "<a>&e;</b></a>")
                                      << "the entity \"e\" is no balanced piece of markup";
+    QTest::newRow("an entity that holds half an element")
+        << QByteArray("<!DOCTYPE a [<!ENTITY e '<b>'><!ENTITY f '&e;'>]><a>&f;</b></a>")
+        << "the entity \"e\" is no balanced piece of markup";
+    QTest::newRow("number of entities") << manyEntities(10001) << "the document type declares more than 10000 entities";
+    QTest::newRow("declaration without end") << QByteArray("<?xml version='1.0'") << "1:1: the XML declaration has no end (\"?>\")";
+    QTest::newRow("declaration without end before a root") << QByteArray("<?xml version='1.0'><a/>")
+                                                           << "the XML declaration has no end (\"?>\")";
     QTest::newRow("encoding") << QByteArray("<?xml version='1.0' encoding='UTF-16'?><a/>")
                               << "the document is not written in the encoding \"UTF-16\" that it declares";
     QTest::newRow("declaration") << "<?xml version='1.0' " + QByteArray(2000, ' ') + "?><a/>"
