@@ -84,11 +84,11 @@ bool KelRenderApplication::readInputs()
     KelTrackLoader loader(m_diagnostics);
     m_selection.addTracks(loader.load(m_options.inputs));
     m_trackFiles = loader.files();
-    m_statistics.setFiles(m_trackFiles.size());
     for (const KelBeelineOption &option : std::as_const(m_options.beelines)) {
         if (const auto track = KelBeelineBuilder::build(option, m_diagnostics))
             m_selection.addTrack(*track);
     }
+    m_statistics.setRead(m_selection, m_trackFiles.size());
     if (m_options.map == KelRenderOptions::Map::Picture
         && !m_ownMap.load(m_options.mapFile, *m_options.mapBounds, m_diagnostics))
         return false;
@@ -213,13 +213,13 @@ void KelRenderApplication::printReport()
     QJsonObject report{{QStringLiteral("program"), QStringLiteral("kel-render")},
                        {QStringLiteral("version"), QCoreApplication::applicationVersion()},
                        {QStringLiteral("exitCode"), code()}};
+    report.insert(QStringLiteral("messages"), m_diagnostics.messages());
     if (m_options.report) {
-        report.insert(QStringLiteral("messages"), m_diagnostics.messages());
         report.insert(QStringLiteral("tracks"), KelTrackReport::toJson(m_selection));
         report.insert(QStringLiteral("results"), m_results);
     }
     if (m_options.stats)
-        report.insert(QStringLiteral("stats"), m_statistics.toJson(m_selection));
+        report.insert(QStringLiteral("stats"), m_statistics.toJson());
     print(QJsonDocument(report).toJson());
 }
 

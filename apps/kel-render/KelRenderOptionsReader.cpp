@@ -174,21 +174,24 @@ KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &
                                                              KelDiagnostics &diagnostics)
 {
     QStringList rest = arguments;
-    const bool beelinesOk = takeBeelines(rest, options, diagnostics);
-    const bool parsed = beelinesOk && m_parser.parse(rest);
+    const QString beelineTrouble = takeBeelines(rest, options);
+    const bool parsed = m_parser.parse(rest);
     // First of all: who asks for a report gets it for a wrong use, too.
-    if (beelinesOk
-        && (!readKind("report", options.report, diagnostics) || !readKind("stats", options.stats, diagnostics)))
+    const bool reportOk = readKind("report", options.report, diagnostics);
+    const bool statsOk = readKind("stats", options.stats, diagnostics);
+    if (!reportOk || !statsOk)
         return Outcome::Failed;
-    if (beelinesOk && !parsed) {
+    if (!beelineTrouble.isEmpty()) {
+        fail(diagnostics, beelineTrouble);
+        return Outcome::Failed;
+    }
+    if (!parsed) {
         QString text = m_parser.errorText();
         if (text.endsWith(QLatin1Char('.')))
             text.chop(1);
         fail(diagnostics, text + QStringLiteral("; kel-render --help lists all options"));
         return Outcome::Failed;
     }
-    if (!beelinesOk)
-        return Outcome::Failed;
 
     if (m_parser.isSet(QStringLiteral("help")))
         return print(helpText(), diagnostics);
@@ -211,38 +214,46 @@ KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &
     return ok ? Outcome::Run : Outcome::Failed;
 }
 
-bool KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptions &options,
-                                          KelDiagnostics &diagnostics) const
+QString KelRenderOptionsReader::takeBeelines(QStringList &arguments, KelRenderOptions &options)
 {
     // QCommandLineParser knows options with one value only, and nothing of which --name belongs to which --beeline.
+    QString trouble;
+    const auto complain = [&trouble](const char *text) {
+        if (trouble.isEmpty())
+            trouble = QString::fromLatin1(text);
+    };
     QStringList rest;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QString &argument = arguments.at(i);
+        // No place begins like a long option; "-33.9,151.2" is one.
+        const auto isValue = [&arguments](qsizetype at) {
+            return at < arguments.size() && !arguments.at(at).startsWith(QLatin1String("--"));
+        };
         if (argument == QLatin1String("--")) {
             rest.append(arguments.mid(i));
             break;
         }
         if (argument == QLatin1String("--beeline") || argument.startsWith(QLatin1String("--beeline="))) {
-            if (i + 2 >= arguments.size() || argument.contains(QLatin1Char('=')))
-                return fail(
-                    diagnostics,
-                    QStringLiteral("--beeline needs two places, for example --beeline \"N53.14 E8.21\" Sydney"));
-            options.beelines.append({arguments.at(i + 1), arguments.at(i + 2), QString()});
-            i += 2;
+            if (isValue(i + 1) && isValue(i + 2) && !argument.contains(QLatin1Char('='))) {
+                options.beelines.append({arguments.at(i + 1), arguments.at(i + 2), QString()});
+                i += 2;
+            } else {
+                complain("--beeline needs two places, for example --beeline \"N53.14 E8.21\" Sydney");
+            }
         } else if (argument == QLatin1String("--name") || argument.startsWith(QLatin1String("--name="))) {
             const bool joined = argument != QLatin1String("--name");
             if (!joined && i + 1 >= arguments.size())
-                return fail(diagnostics, QStringLiteral("--name needs a text"));
-            if (options.beelines.isEmpty())
-                return fail(diagnostics,
-                            QStringLiteral("--name names the --beeline before it; put the --beeline first"));
-            options.beelines.last().name = joined ? argument.section(QLatin1Char('='), 1) : arguments.at(++i);
+                complain("--name needs a text");
+            else if (options.beelines.isEmpty())
+                complain("--name names the --beeline before it; put the --beeline first");
+            else
+                options.beelines.last().name = joined ? argument.section(QLatin1Char('='), 1) : arguments.at(++i);
         } else {
             rest.append(argument);
         }
     }
     arguments = rest;
-    return true;
+    return trouble;
 }
 
 bool KelRenderOptionsReader::readKind(const char *option, bool &wanted, KelDiagnostics &diagnostics) const
@@ -480,16 +491,17 @@ bool KelRenderOptionsReader::checkWhole(const KelRenderOptions &options, KelDiag
         return fail(
             diagnostics,
             QStringLiteral("no result named; use -o map.png for a picture, or --info, --report, --export, --save-selection"));
+    const QString jsonNames = options.report && options.stats ? QStringLiteral("--report, --stats")
+        : options.report                                      ? QStringLiteral("--report")
+                                                              : QStringLiteral("--stats");
     if (options.toStandardOutput() && (options.info || json))
         return fail(diagnostics,
                     QStringLiteral("-o - and %1 would mix on standard output; write the picture to a file")
-                        .arg(options.info         ? QStringLiteral("--info")
-                                 : options.report ? QStringLiteral("--report")
-                                                  : QStringLiteral("--stats")));
+                        .arg(options.info ? QStringLiteral("--info") : jsonNames));
     if (options.info && json)
         return fail(diagnostics,
                     QStringLiteral("--info and %1 would mix on standard output; --report tells all that --info does")
-                        .arg(options.report ? QStringLiteral("--report") : QStringLiteral("--stats")));
+                        .arg(jsonNames));
     return true;
 }
 

@@ -26,7 +26,8 @@ public:
 
 private:
     [[nodiscard]] QString helpText() const;
-    bool takeBeelines(QStringList &arguments, KelRenderOptions &options, KelDiagnostics &diagnostics) const;
+    /// Takes what belongs to beelines out of the arguments and returns what is wrong with it, empty if nothing is.
+    [[nodiscard]] static QString takeBeelines(QStringList &arguments, KelRenderOptions &options);
     bool readKind(const char *option, bool &wanted, KelDiagnostics &diagnostics) const;
     bool checkFileNames(KelDiagnostics &diagnostics) const;
     bool readOutput(KelRenderOptions &options, KelDiagnostics &diagnostics) const;

@@ -18,21 +18,6 @@ double seconds(const timeval &time)
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-QJsonObject countsOf(const KelGPXTrackSelection &selection, qsizetype files)
-{
-    qint64 segments = 0;
-    qint64 points = 0;
-    for (int row = 0; row < selection.count(); ++row) {
-        const KelGPXTrack track = selection.value(row).track();
-        segments += track.segments().size();
-        points += track.countPoints();
-    }
-    return {{QStringLiteral("files"), static_cast<qint64>(files)},
-            {QStringLiteral("tracks"), selection.count()},
-            {QStringLiteral("segments"), segments},
-            {QStringLiteral("points"), points}};
-}
-
 } // namespace
 
 KelRunStatistics::Watch::Watch(KelRunStatistics &statistics, Phase phase)
@@ -52,13 +37,26 @@ KelRunStatistics::KelRunStatistics()
     m_total.start();
 }
 
+void KelRunStatistics::setRead(const KelGPXTrackSelection &selection, qsizetype files)
+{
+    m_files = files;
+    m_tracks = selection.count();
+    m_segments = 0;
+    m_points = 0;
+    for (int row = 0; row < selection.count(); ++row) {
+        const KelGPXTrack track = selection.value(row).track();
+        m_segments += track.segments().size();
+        m_points += track.countPoints();
+    }
+}
+
 void KelRunStatistics::setPicture(const QSize &size, qsizetype bytes)
 {
     m_pictureSize = size;
     m_pictureBytes = bytes;
 }
 
-QJsonObject KelRunStatistics::toJson(const KelGPXTrackSelection &selection) const
+QJsonObject KelRunStatistics::toJson() const
 {
     rusage usage{};
     ::getrusage(RUSAGE_SELF, &usage);
@@ -70,11 +68,15 @@ QJsonObject KelRunStatistics::toJson(const KelGPXTrackSelection &selection) cons
                             {QStringLiteral("write"), seconds(Write)},
                             {QStringLiteral("total"), static_cast<double>(m_total.nsecsElapsed()) / 1e9},
                             {QStringLiteral("cpu"), ::seconds(usage.ru_utime) + ::seconds(usage.ru_stime)}};
+    const QJsonObject counts{{QStringLiteral("files"), m_files},
+                             {QStringLiteral("tracks"), m_tracks},
+                             {QStringLiteral("segments"), m_segments},
+                             {QStringLiteral("points"), m_points}};
     const QJsonObject picture{{QStringLiteral("width"), m_pictureSize.width()},
                               {QStringLiteral("height"), m_pictureSize.height()},
                               {QStringLiteral("bytes"), static_cast<qint64>(m_pictureBytes)}};
     return {{QStringLiteral("seconds"), times},
-            {QStringLiteral("counts"), countsOf(selection, m_files)},
+            {QStringLiteral("counts"), counts},
             {QStringLiteral("memory"),
              QJsonObject{{QStringLiteral("peakBytes"), static_cast<qint64>(usage.ru_maxrss) * 1024}}},
             {QStringLiteral("picture"), picture}};

@@ -40,11 +40,12 @@ public:
     /// Starts the clock of the whole run.
     KelRunStatistics();
 
-    void setFiles(qsizetype count) noexcept { m_files = count; }
+    /// Counts what was read; it may be gone when the statistics are printed.
+    void setRead(const KelGPXTrackSelection &selection, qsizetype files);
     void setPicture(const QSize &size, qsizetype bytes);
 
     /// "seconds", "counts", "memory" and "picture"; always with the same keys, 0 for what was not done.
-    [[nodiscard]] QJsonObject toJson(const KelGPXTrackSelection &selection) const;
+    [[nodiscard]] QJsonObject toJson() const;
 
 private:
     static constexpr std::size_t PHASES = 5;
@@ -53,7 +54,10 @@ private:
 
     QElapsedTimer m_total;
     std::array<qint64, PHASES> m_nanoseconds{};
-    qsizetype m_files = 0;
+    qint64 m_files = 0;
+    qint64 m_tracks = 0;
+    qint64 m_segments = 0;
+    qint64 m_points = 0;
     QSize m_pictureSize{0, 0};
     qsizetype m_pictureBytes = 0;
 };

@@ -261,6 +261,13 @@ void tst_KelRenderForPrograms::reportOfWrongUse_data()
     QTest::newRow("bad value") << QStringList{"--report=json", "--size=big"} << "--size big";
     QTest::newRow("picture on standard output") << QStringList{"--report=json", "-o", "-"} << "-o - and --report";
     QTest::newRow("statistics and a picture") << QStringList{"--stats=json", "-o", "-"} << "-o - and --stats";
+    QTest::newRow("both and a picture") << QStringList{"--stats=json", "--report=json", "-o", "-"} << "-o - and --report, --stats";
+    QTest::newRow("one place") << QStringList{"--report=json", "--beeline", "Sydney"} << "--beeline needs two places";
+    QTest::newRow("one place, statistics") << QStringList{"--stats=json", "--beeline", "Sydney"} << "--beeline needs two places";
+    QTest::newRow("one place before another option")
+        << QStringList{"--beeline", "Sydney", "--report", "json"} << "--beeline needs two places";
+    QTest::newRow("a name without a beeline") << QStringList{"--name=n", "--stats=json"} << "--name names the --beeline";
+    QTest::newRow("another kind of report") << QStringList{"--report=xml", "--stats=json"} << "--report xml";
     QTest::newRow("with the report for people") << QStringList{"--report=json", "--info"} << "--info and --report";
     QTest::newRow("statistics and info") << QStringList{"--stats=json", "--info"} << "--info and --stats";
 }
@@ -275,10 +282,9 @@ void tst_KelRenderForPrograms::reportOfWrongUse()
     QVERIFY2(result.err.contains(reason.toUtf8()), result.err.constData());
     const QJsonObject report = result.json();
     QCOMPARE(report.value("exitCode").toInt(), 2);
-    if (report.contains("messages"))
-        QVERIFY(report.value("messages").toArray().at(0).toObject().value("reason").toString().contains(reason));
-    else
-        QVERIFY(report.contains("stats"));
+    QVERIFY(report.value("messages").toArray().at(0).toObject().value("reason").toString().contains(reason));
+    QCOMPARE(report.contains("stats"), arguments.join(' ').contains("--stats=json"));
+    QCOMPARE(report.contains("tracks"), arguments.join(' ').contains(QRegularExpression("--report.json")));
 }
 
 void tst_KelRenderForPrograms::reportThatCannotBePrinted()
@@ -297,7 +303,7 @@ void tst_KelRenderForPrograms::statisticsOfARun()
     write("b.gpx", WALK);
     const Result result = run({"a.gpx", "b.gpx", "--stats", "json", "-o", "out.png", "--size=120x80"});
     QCOMPARE(result.code, 0);
-    QCOMPARE(keysOf(result.json()), QStringList({"exitCode", "program", "stats", "version"}));
+    QCOMPARE(keysOf(result.json()), QStringList({"exitCode", "messages", "program", "stats", "version"}));
     const QJsonObject stats = result.json().value("stats").toObject();
     QCOMPARE(keysOf(stats), QStringList({"counts", "memory", "picture", "seconds"}));
     QCOMPARE(stats.value("counts").toObject(),
