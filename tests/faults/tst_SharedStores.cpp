@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "KelFaultTestSupport.h"
+#include "KelSystemFaults.h"
 
 #include <KelErrorHistory.h>
+#include <KelFileSizeLimit.h>
 #include <KelGPXTrackFileRegistry.h>
 #include <KelSelectionFile.h>
 
@@ -13,6 +15,8 @@
 
 #include <csignal>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 using namespace KelFaultTestSupport;
@@ -33,6 +37,12 @@ private Q_SLOTS:
     void documentsThatNameFilesOfOthersAreRefused_data();
     void documentsThatNameFilesOfOthersAreRefused();
     void aPipeInTheStoreIsNoTrack();
+    void readersMeetSavesInProgress();
+    void theFolderVanishesWhileOneWaitsForIt();
+    void onlyTheOwnPlaceholderIsRemoved();
+    void aLinkThatLeadsNowhereIsNotFollowed();
+    void rowsThatNameOneFile_data();
+    void rowsThatNameOneFile();
     void thousandsOfTracks();
 
 private:
@@ -254,6 +264,142 @@ void tst_SharedStores::aPipeInTheStoreIsNoTrack()
     auto result = KelSelectionFile::Result::Done;
     QCOMPARE(load(name, &result).count(), 0); // and does not wait for somebody to write into it
     QVERIFY(result == KelSelectionFile::Result::Incomplete);
+}
+
+void tst_SharedStores::readersMeetSavesInProgress()
+{
+    const QString name = path("trip.xml");
+    QVERIFY(isSaved(selection("AB", 200), name));
+    // Every save stores its tracks under new names, or such as have become free, and removes those of the one before.
+    const QList<pid_t> writers{start([&] {
+                                   for (int i = 0;; ++i) {
+                                       if (!isSaved(selection(lettersOf(0, i), 200), name))
+                                           return 1;
+                                       KelSelectionFile(name).removeUnusedTracks();
+                                   }
+                               }),
+                               start([&] {
+                                   for (int i = 0;; ++i) {
+                                       if (!isSaved(selection(lettersOf(1, i), 200), name))
+                                           return 1;
+                                       KelSelectionFile(name).removeUnusedTracks();
+                                   }
+                               })};
+    QSet<QString> seen;
+    QString wrong;
+    for (int i = 0; i < 100 && wrong.isEmpty(); ++i) {
+        auto result = KelSelectionFile::Result::Malformed;
+        const KelGPXTrackSelection read = load(name, &result);
+        QString letters;
+        for (int row = 0; row < read.count(); ++row)
+            letters += read.value(row).name();
+        if (result != KelSelectionFile::Result::Done || read != selection(letters, 200))
+            wrong = QStringLiteral("round %1: \"%2\"").arg(i).arg(letters);
+        seen.insert(letters);
+    }
+    for (const pid_t writer : writers) {
+        ::kill(writer, SIGKILL);
+        QVERIFY(waitFor(writer).killed);
+    }
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+    QVERIFY(seen.size() > 1); // otherwise nobody was saving
+}
+
+void tst_SharedStores::theFolderVanishesWhileOneWaitsForIt()
+{
+    const QString name = path("trip.xml");
+    const QByteArray store = QFile::encodeName(path("trip.tracks"));
+    for (int round = 0; round < 5; ++round) {
+        QVERIFY(QDir().mkdir(path("trip.tracks")));
+        const int folder = ::open(store.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        QVERIFY(folder >= 0);
+        QCOMPARE(::flock(folder, LOCK_EX), 0);
+        const pid_t waiting = start([&] {
+            ::close(folder); // it would keep the lock
+            return isSaved(selection("AB"), name) ? 0 : 1;
+        });
+        QTest::qSleep(50);
+        // As one does that gives up, having stored nothing.
+        QCOMPARE(::rmdir(store.constData()), 0);
+        ::close(folder);
+        QCOMPARE(waitFor(waiting).code, 0);
+        auto result = KelSelectionFile::Result::Malformed;
+        QVERIFY(load(name, &result) == selection("AB"));
+        QVERIFY(QDir(path("trip.tracks")).removeRecursively());
+        QVERIFY(QFile::remove(name));
+    }
+}
+
+void tst_SharedStores::onlyTheOwnPlaceholderIsRemoved()
+{
+    const QDir store(path("store"));
+    const QString name = store.filePath("track.gps");
+    int kept = 0;
+    int lost = 0;
+    for (int at = 1; at < 20; ++at) {
+        QVERIFY(QDir().mkpath(store.path()));
+        const Ended ended = waitFor(start([&] {
+            const KelFileSizeLimit fullDisk(0);
+            // Another process removes the file, which is empty, and takes the name for itself.
+            KelSystemFaults faults(KelSystemFaults::Interfere, KelSystemFaults::Writes, at, 0, [&](const char *) {
+                if (!QFile::exists(name))
+                    return;
+                ::unlink(QFile::encodeName(name).constData());
+                ::close(::open(QFile::encodeName(path("others")).constData(), O_WRONLY | O_CREAT, 0600));
+                ::link(QFile::encodeName(path("others")).constData(), QFile::encodeName(name).constData());
+            });
+            KelGPXTrackFileRegistry::instance().createAssignedFile({trackOf(at), store});
+            return 0;
+        }));
+        QCOMPARE(ended.code, 0);
+        if (QFile::exists(path("others")))
+            ++(QFile::exists(name) ? kept : lost);
+        QFile::remove(path("others"));
+        QVERIFY(QDir(store).removeRecursively());
+    }
+    QVERIFY(kept > 0);
+    // Between the last look and the removal.
+    QVERIFY(lost <= 1);
+}
+
+void tst_SharedStores::aLinkThatLeadsNowhereIsNotFollowed()
+{
+    const QString name = path("trip.xml");
+    QVERIFY(isSaved(selection("A"), name));
+    QVERIFY(QFile::remove(path("trip.tracks/track.gps")));
+    QVERIFY(QFile::link(path("elsewhere.gps"), path("trip.tracks/track.gps")));
+    QVERIFY(isSaved(selection("A"), name));
+    QVERIFY(!QFile::exists(path("elsewhere.gps")));
+    auto result = KelSelectionFile::Result::Malformed;
+    QVERIFY(load(name, &result) == selection("A"));
+    QCOMPARE(result, KelSelectionFile::Result::Done);
+}
+
+void tst_SharedStores::rowsThatNameOneFile_data()
+{
+    QTest::addColumn<int>("points");
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<bool>("refused");
+    QTest::newRow("twice") << 3 << 2 << false;
+    QTest::newRow("a short track many times") << 3 << 1000 << false;
+    QTest::newRow("a long track some times") << 200000 << 5 << false;
+    QTest::newRow("a long track many times") << 200000 << 200 << true;
+}
+
+/// Each row reads its file: a small document must not fill the memory.
+void tst_SharedStores::rowsThatNameOneFile()
+{
+    QFETCH(int, points);
+    QFETCH(int, rows);
+    QFETCH(bool, refused);
+    const QString name = path("trip.xml");
+    QVERIFY(isSaved(selection("A", points), name));
+    write(name, "<kelTracks><gpxtrack>"
+              + QByteArray("<configuredTrack><trk><include>track.gps</include></trk></configuredTrack>").repeated(rows)
+              + "</gpxtrack></kelTracks>");
+    auto result = KelSelectionFile::Result::Done;
+    QCOMPARE(load(name, &result).count(), refused ? 0 : rows);
+    QCOMPARE(result, refused ? KelSelectionFile::Result::Malformed : KelSelectionFile::Result::Done);
 }
 
 void tst_SharedStores::thousandsOfTracks()

@@ -20,6 +20,7 @@
 #include <QThread>
 
 #include <cerrno>
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -30,7 +31,12 @@ namespace
 {
 
 constexpr int PATIENCE_MS = 60000;
+constexpr int READERS_PATIENCE_MS = 5000; // then better to read what is there than nothing
 constexpr int RETRY_MS = 10;
+constexpr int ATTEMPTS = 100;
+// Of a selection's track files, with repetitions.
+constexpr qint64 MOST_TIMES = 10;
+constexpr qint64 BYTES_AT_LEAST = 100'000'000;
 
 const QString ROOT = QStringLiteral("kelTracks");
 const QString SELECTION = QStringLiteral("gpxtrack");
@@ -103,11 +109,33 @@ QSet<QString> filesIn(const QDir &dir)
 class StoreLock
 {
 public:
-    explicit StoreLock(const QDir &store)
-        : m_folder(::open(QFile::encodeName(store.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    enum Kind {
+        Read = LOCK_SH, ///< with other readers
+        Change = LOCK_EX
+    };
+
+    StoreLock(const QDir &store, Kind kind)
     {
-        QDeadlineTimer patience(PATIENCE_MS);
-        while (m_folder >= 0 && ::flock(m_folder, LOCK_EX | LOCK_NB) != 0) {
+        QDeadlineTimer patience(kind == Read ? READERS_PATIENCE_MS : PATIENCE_MS);
+        // Who had the lock before may have removed the folder, which was empty: then it is no lock of the store's.
+        do {
+            close();
+            m_folder = ::open(QFile::encodeName(store.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+            lock(kind, patience);
+        } while (m_folder >= 0 && !m_isOthers && !isStillAt(store));
+    }
+    ~StoreLock() { close(); }
+    Q_DISABLE_COPY_MOVE(StoreLock)
+
+    /// Whether somebody else has it and does not let go.
+    [[nodiscard]] bool isOthers() const { return m_isOthers; }
+    /// Whether there is no folder that could be locked.
+    [[nodiscard]] bool isNobodys() const { return m_folder < 0; }
+
+private:
+    void lock(Kind kind, const QDeadlineTimer &patience)
+    {
+        while (m_folder >= 0 && ::flock(m_folder, kind | LOCK_NB) != 0) {
             if (errno != EWOULDBLOCK)
                 break;
             m_isOthers = patience.hasExpired();
@@ -116,18 +144,21 @@ public:
             QThread::msleep(RETRY_MS);
         }
     }
-    ~StoreLock()
+    [[nodiscard]] bool isStillAt(const QDir &store) const
+    {
+        struct stat locked = {};
+        struct stat present = {};
+        return ::fstat(m_folder, &locked) == 0 && ::stat(QFile::encodeName(store.path()).constData(), &present) == 0
+            && locked.st_dev == present.st_dev && locked.st_ino == present.st_ino;
+    }
+    void close()
     {
         if (m_folder >= 0)
             ::close(m_folder);
+        m_folder = -1;
     }
-    Q_DISABLE_COPY_MOVE(StoreLock)
 
-    /// Whether somebody else has it and does not let go.
-    [[nodiscard]] bool isOthers() const { return m_isOthers; }
-
-private:
-    int m_folder;
+    int m_folder = -1;
     bool m_isOthers = false;
 };
 
@@ -198,6 +229,8 @@ KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection,
         return fail(Result::Unreadable,
                     QStringLiteral("the selection cannot be read: %1").arg(opened.errorString()), errors);
     }
+    // Between a document and the tracks that it names nobody may save: what is read is the former state or the new one.
+    const StoreLock lock(m_store, StoreLock::Read);
     KelErrorHistory reasons;
     const QDomElement root = KelXMLLoader::loadDocumentElement(file, &reasons);
     if (root.isNull() || root.firstChildElement(SELECTION).isNull()) {
@@ -216,6 +249,8 @@ KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection,
                     errors);
     }
     const QStringList names = trackFiles(root);
+    if (areNamedTooOften(names))
+        return fail(Result::Malformed, QStringLiteral("its rows name the same track files far too often"), errors);
     for (const QString &name : names)
         KnownFiles::remember(m_store.filePath(name));
     const QStringList missing = unreadable(names);
@@ -243,10 +278,14 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
     const QFileInfo file(QFileInfo(m_path).absoluteFilePath());
     if (file.isDir())
         return notSaved(QStringLiteral("this is a folder; name a file in it"));
-    if (!m_store.mkpath(QStringLiteral(".")))
-        return notSaved(QStringLiteral("the folder %1 cannot be made").arg(m_store.path()));
-    const StoreLock lock(m_store);
-    if (lock.isOthers())
+    std::optional<StoreLock> lock;
+    // Another process that gives up removes the folder that it has made, if there is nothing in it yet.
+    for (int i = 0; i < ATTEMPTS && (!lock || lock->isNobodys()); ++i) {
+        if (!m_store.mkpath(QStringLiteral(".")))
+            return notSaved(QStringLiteral("the folder %1 cannot be made").arg(m_store.path()));
+        lock.emplace(m_store, StoreLock::Change);
+    }
+    if (lock->isOthers())
         return notSaved(QStringLiteral("another program is saving it; try again"));
     const ElsewhereThan guard(m_store);
     // Tracks that the former document has stored keep their files: reading it tells the library which they are.
@@ -287,7 +326,7 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
 void KelSelectionFile::removeUnusedTracks() const
 {
     // What another process is about to save may not be mentioned yet.
-    const StoreLock lock(m_store);
+    const StoreLock lock(m_store, StoreLock::Change);
     const QDomElement root = KelXMLLoader::loadDocumentElement(QFileInfo(m_path));
     if (root.isNull() || lock.isOthers())
         return;
@@ -307,15 +346,33 @@ QStringList KelSelectionFile::trackFiles(const QDomElement &root)
     return names;
 }
 
+/// A file is read once for each row that names it. A selection may hold a track several times; thousands of rows of one long
+/// track are no selection, but a way to fill the memory.
+bool KelSelectionFile::areNamedTooOften(const QStringList &names) const
+{
+    qint64 altogether = 0;
+    qint64 onceEach = 0;
+    QSet<QString> seen;
+    for (const QString &name : names) {
+        const qint64 size = QFileInfo(m_store, name).size();
+        altogether += size;
+        onceEach += seen.contains(name) ? 0 : size;
+        seen.insert(name);
+    }
+    return altogether > MOST_TIMES * onceEach + BYTES_AT_LEAST;
+}
+
 QStringList KelSelectionFile::unreadable(const QStringList &names) const
 {
     QStringList result;
-    for (const QString &name : names) {
+    const QSet<QString> once(names.cbegin(), names.cend());
+    for (const QString &name : once) {
         const QFileInfo file(m_store, name);
         // A pipe in the store would keep the program waiting for its writer.
         if (!file.isFile() || KelXMLLoader::loadDocumentElement(file).firstChildElement(TRACK).isNull())
             result.append(name);
     }
+    result.sort();
     return result;
 }
 
@@ -346,9 +403,10 @@ void KelSelectionFile::correctTracks(const KelGPXTrackSelection &selection, cons
         const QFileInfo stored(m_store, name);
         if (name.isEmpty() || (stored.exists() && !formerFiles.contains(name)))
             continue; // in the document itself, or stored just now
-        if (!stored.exists()) {
+        // A link that leads nowhere is not followed: it might lead out of the store.
+        if (!stored.exists() && !stored.isSymLink()) {
             registry.saveTrackInFile(key, stored);
-        } else if (!holds(name, track)) {
+        } else if (!stored.exists() || !holds(name, track)) {
             registry.registerFile(key, QString()); // as if never stored
             includeOf(element).firstChild().setNodeValue(registry.createAssignedFile(key));
         }

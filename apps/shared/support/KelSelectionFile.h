@@ -18,7 +18,8 @@ class QDomElement;
 /// Keeps a selection in a document of its own: looks and cropping in the document, each track in a file of a folder
 /// beside it ("trip.xml" and "trip.tracks/"), so that points are stored once.
 ///
-/// Several processes may save one document: the last one wins, as a whole. While one saves, the others wait.
+/// Several processes may save one document: the last one wins, as a whole. While one saves, the others wait, those that
+/// load included, so that they get the former state or the new one.
 ///
 /// Reasons of a failure are added to the error history, in words that fit behind the file's name.
 class KelSelectionFile
@@ -47,7 +48,8 @@ public:
 
 private:
     [[nodiscard]] static QStringList trackFiles(const QDomElement &root);
-    /// Names of files that hold no track, of those mentioned.
+    [[nodiscard]] bool areNamedTooOften(const QStringList &names) const;
+    /// Names of files that hold no track, of those mentioned; each once.
     [[nodiscard]] QStringList unreadable(const QStringList &names) const;
     /// Whether the file holds that track, as the library writes it.
     [[nodiscard]] bool holds(const QString &name, const KelGPXTrack &track) const;

@@ -14,6 +14,8 @@
 #include <QMutexLocker>
 #include <QSet>
 
+#include <sys/stat.h>
+
 #if defined(__SANITIZE_THREAD__)
 #include <sanitizer/tsan_interface.h>
 #endif
@@ -57,24 +59,42 @@ QDir unshared(const QDir &dir)
 
 /// A new file of the track's own, empty for now: another process that stores tracks in the same directory meets it and
 /// takes another name. Where none can be made, saving will fail as well, and the name is as good as any.
-QFileInfo takeNewFile(const QFileInfo &wanted, const QDir &dir)
+class NewFile
 {
-    for (;;) {
-        const QFileInfo unique =
-            KelUniqueFilenameMaker::instance().makeUniqueFileNameInSafeContainer(wanted, QSet<QDir>{dir});
-        QFile file(unique.filePath());
-        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || !file.exists())
-            return unique;
+public:
+    NewFile(const QFileInfo &wanted, const QDir &dir)
+    {
+        do {
+            m_info = KelUniqueFilenameMaker::instance().makeUniqueFileNameInSafeContainer(wanted, QSet<QDir>{dir});
+            m_placeholder.setFileName(m_info.filePath());
+        } while (!m_placeholder.open(QIODevice::WriteOnly | QIODevice::NewOnly) && isTaken(m_info));
     }
-}
 
-/// What is left of a new file that could not be written.
-void removeIfEmpty(const QFileInfo &file)
-{
-    const QFileInfo now(file.filePath());
-    if (now.exists() && now.size() == 0)
-        QFile::remove(now.filePath());
-}
+    [[nodiscard]] const QFileInfo &info() const { return m_info; }
+
+    /// What is left of it when it could not be written, and only that: somebody else may have taken the name meanwhile.
+    void removePlaceholder()
+    {
+        // As long as it is open, no other file looks like it.
+        struct stat own = {};
+        struct stat present = {};
+        const QByteArray path = QFile::encodeName(m_info.filePath());
+        if (m_placeholder.isOpen() && ::fstat(m_placeholder.handle(), &own) == 0 && ::lstat(path.constData(), &present) == 0
+            && own.st_dev == present.st_dev && own.st_ino == present.st_ino && present.st_size == 0) {
+            QFile::remove(m_info.filePath());
+        }
+    }
+
+private:
+    static bool isTaken(const QFileInfo &info)
+    {
+        const QFileInfo now(info.filePath());
+        return now.exists() || now.isSymLink();
+    }
+
+    QFileInfo m_info;
+    QFile m_placeholder;
+};
 
 } // namespace
 
@@ -113,9 +133,9 @@ QString KelGPXTrackFileRegistry::createAssignedFile(const KelGPXTrackFileRegistr
     if (!known.isEmpty())
         return known;
 
-    const QFileInfo unique = takeNewFile(createFileInfo(key, QStringLiteral("track.gps")), key.dir());
-    saveTrackInFile(key, unique);
-    removeIfEmpty(unique);
-    registerFile(key, unique.fileName());
-    return unique.fileName();
+    NewFile file(createFileInfo(key, QStringLiteral("track.gps")), key.dir());
+    saveTrackInFile(key, file.info());
+    file.removePlaceholder();
+    registerFile(key, file.info().fileName());
+    return file.info().fileName();
 }
