@@ -11,12 +11,57 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <mutex>
 #include <random>
 #include <thread>
 #include <vector>
+
+#include <sys/mman.h>
+
+namespace
+{
+
+std::atomic<bool> hasNoPages{false};
+std::atomic<bool> takesNothingBack{false};
+std::atomic<int> refusals{0};
+
+bool refuses(const std::atomic<bool> &fault)
+{
+    if (!fault)
+        return false;
+    ++refusals;
+    errno = ENOMEM;
+    return true;
+}
+
+} // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
+extern "C" void *__real_mmap(void *address, std::size_t size, int protection, int flags, int file, off_t offset);
+extern "C" void *__real_mmap64(void *address, std::size_t size, int protection, int flags, int file, off_t offset);
+extern "C" int __real_munmap(void *address, std::size_t size);
+extern "C" void *__wrap_mmap(void *address, std::size_t size, int protection, int flags, int file, off_t offset);
+extern "C" void *__wrap_mmap64(void *address, std::size_t size, int protection, int flags, int file, off_t offset);
+extern "C" int __wrap_munmap(void *address, std::size_t size);
+
+void *__wrap_mmap(void *address, std::size_t size, int protection, int flags, int file, off_t offset)
+{
+    return refuses(hasNoPages) ? MAP_FAILED : __real_mmap(address, size, protection, flags, file, offset);
+}
+
+void *__wrap_mmap64(void *address, std::size_t size, int protection, int flags, int file, off_t offset)
+{
+    return refuses(hasNoPages) ? MAP_FAILED : __real_mmap64(address, size, protection, flags, file, offset);
+}
+
+int __wrap_munmap(void *address, std::size_t size)
+{
+    return refuses(takesNothingBack) ? -1 : __real_munmap(address, size);
+}
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace
 {
@@ -120,6 +165,10 @@ private Q_SLOTS:
     void threadsLeaveNothingBehind();
     void threadsTakeWhatOthersLeft();
     void whileAThreadEnds();
+    void forTheFirstTimeWhileAThreadEnds();
+    void slabsComeFromTheHeapWhereThereAreNoPages();
+    void slabsThatTheSystemDoesNotTakeBackAreUsedAgain();
+    void aBlockThatTheSystemDoesNotTakeBackIsUsedUp();
     void otherSizes();
     void poolsAreApart();
     void randomStepsInManyThreads();
@@ -287,6 +336,8 @@ class Late
 {
 public:
     void begin() { m_blocks = blocks(10); }
+    /// Has the thread make it, with nothing in it.
+    void exist() { m_blocks.clear(); }
     ~Late()
     {
         isRight = release(m_blocks) && release(blocks(3 * KelSlabPool::BATCH));
@@ -310,6 +361,71 @@ void tst_KelSlabPool::whileAThreadEnds()
         late.begin();
     });
     QVERIFY(Late::isRight);
+}
+
+void tst_KelSlabPool::forTheFirstTimeWhileAThreadEnds()
+{
+    // Nothing of the pool was touched by this thread before its objects end: what is cached then comes back all the same.
+    for (int i = 0; i < 20; ++i) {
+        inThread([] {
+            static thread_local Late late;
+            late.exist();
+        });
+        QVERIFY(Late::isRight.exchange(false));
+    }
+}
+
+void tst_KelSlabPool::slabsComeFromTheHeapWhereThereAreNoPages()
+{
+    inThread([] {
+        const std::vector<Block> before = blocks(3000, true);
+        hasNoPages = true;
+        refusals = 0;
+        const std::vector<Block> all = blocks(50000, true);
+        QVERIFY(refusals > 0);
+        QVERIFY(largePool.heapSlabCount() > 0);
+        hasNoPages = false;
+        const std::vector<Block> after = blocks(3000, true);
+        QVERIFY(release(all));
+        QVERIFY(release(before));
+        QVERIFY(release(after));
+        QVERIFY2(largePool.heapSlabCount() <= KelSlabPool::KEPT_SLABS + 1, qPrintable(QString::number(largePool.heapSlabCount())));
+    });
+}
+
+void tst_KelSlabPool::slabsThatTheSystemDoesNotTakeBackAreUsedAgain()
+{
+    inThread([] {
+        const std::vector<Block> all = blocks(50000);
+        const int slabs = smallPool.slabCount();
+        takesNothingBack = true;
+        refusals = 0;
+        QVERIFY(release(all));
+        QVERIFY(refusals > 0);
+        // None is forgotten, and no further ones are needed.
+        QCOMPARE(smallPool.slabCount(), slabs);
+        takesNothingBack = false;
+        const std::vector<Block> again = blocks(50000);
+        QVERIFY2(smallPool.slabCount() <= slabs + 1, qPrintable(QString::number(smallPool.slabCount())));
+        QVERIFY(release(again));
+    });
+}
+
+void tst_KelSlabPool::aBlockThatTheSystemDoesNotTakeBackIsUsedUp()
+{
+    inThread([] {
+        // More than single slabs, so that there is a block of which a part is not cut yet.
+        const std::vector<Block> all = blocks((3 * KelSlabPool::SINGLE_SLABS + 2) * 909, true);
+        const std::vector<Block> kept(all.begin(), all.begin() + 909);
+        takesNothingBack = true;
+        QVERIFY(release(std::vector<Block>(all.begin() + 909, all.end())));
+        const int slabs = largePool.slabCount();
+        const std::vector<Block> again = blocks(3 * KelSlabPool::SINGLE_SLABS * 909, true);
+        QVERIFY2(largePool.slabCount() <= slabs + 1, qPrintable(QString::number(largePool.slabCount())));
+        takesNothingBack = false;
+        QVERIFY(release(again));
+        QVERIFY(release(kept));
+    });
 }
 
 void tst_KelSlabPool::otherSizes()

@@ -229,6 +229,9 @@ void tst_KelGeoPosition::subclassesOfTheData()
     }
 
     alignas(KelGeoPositionImpl) std::byte place[sizeof(KelGeoPositionImpl)];
+    const std::unique_ptr<KelGeoPositionImpl> unthrown(new (std::nothrow) KelGeoPositionImpl(3.0, 4.0));
+    QVERIFY(unthrown);
+    QCOMPARE(unthrown->longitude.decimalDegrees(), 4.0);
     auto *const placed = new (place) KelGeoPositionImpl(1.0, 2.0);
     QCOMPARE(static_cast<void *>(placed), static_cast<void *>(place));
     placed->~KelGeoPositionImpl();

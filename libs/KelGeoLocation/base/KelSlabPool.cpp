@@ -17,18 +17,17 @@ namespace
 // Set when the thread's caches were returned: from then on it must not begin new ones.
 constinit thread_local bool threadHasEnded = false;
 
-void *mapPages(std::size_t size, int flags)
+// Null where the system has none to give.
+void *mapPages(std::size_t size, int flags) noexcept
 {
     void *const memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | flags, -1, 0);
-    if (memory == MAP_FAILED)
-        throw std::bad_alloc();
-    return memory;
+    return memory == MAP_FAILED ? nullptr : memory;
 }
 
-void unmapPages(void *memory, std::size_t size) noexcept
+// False where the system cannot, as when that would cut a mapping in two and there are as many as there may be.
+bool unmapPages(void *memory, std::size_t size) noexcept
 {
-    if (size != 0)
-        munmap(memory, size);
+    return size == 0 || munmap(memory, size) == 0;
 }
 
 // Bytes up to the next address that is a multiple of the alignment.
@@ -37,15 +36,18 @@ std::size_t misalignment(const void *memory, std::size_t alignment) noexcept
     return (0 - reinterpret_cast<std::uintptr_t>(memory)) % alignment;
 }
 
-// Memory that is aligned to its size.
-char *mapAligned(std::size_t size, int flags)
+// Memory that is aligned to its size; null where there is none.
+char *mapAligned(std::size_t size, int flags) noexcept
 {
     // Below the memory before, which is where the system usually continues, the next one is aligned, too.
     void *const memory = mapPages(size, flags);
-    if (misalignment(memory, size) == 0)
+    if (!memory || misalignment(memory, size) == 0)
         return static_cast<char *>(memory);
     unmapPages(memory, size);
     auto *const wide = static_cast<char *>(mapPages(2 * size, 0));
+    if (!wide)
+        return nullptr;
+    // What cannot be unmapped has no pages: nobody ever touches it.
     const std::size_t before = misalignment(wide, size);
     unmapPages(wide, before);
     unmapPages(wide + before + size, size - before);
@@ -87,6 +89,12 @@ int KelSlabPool::slabCount() const
     return m_slabCount + static_cast<int>(static_cast<std::size_t>(m_uncutEnd - m_uncut) / SLAB_SIZE);
 }
 
+int KelSlabPool::heapSlabCount() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_heapSlabCount;
+}
+
 // ---- slabs ----------------------------------------------------------------------------------------------------
 
 KelSlabPool::Slab *KelSlabPool::slabOf(Object *object) noexcept
@@ -95,46 +103,73 @@ KelSlabPool::Slab *KelSlabPool::slabOf(Object *object) noexcept
     return reinterpret_cast<Slab *>(reinterpret_cast<std::uintptr_t>(object) & ~std::uintptr_t(SLAB_SIZE - 1));
 }
 
-void *KelSlabPool::cutSlab()
+void *KelSlabPool::cutSlab(bool &isFromHeap)
 {
-    if (m_uncut == m_uncutEnd && m_slabCount < SINGLE_SLABS) {
-        // Its pages are wanted at once: a single call costs less than a fault for each.
-        void *const slab = mapAligned(SLAB_SIZE, MAP_POPULATE);
-        ++m_slabCount;
-        return slab;
-    }
-    if (m_uncut == m_uncutEnd) {
-        m_uncut = mapAligned(BLOCK_SIZE, 0);
-        m_uncutEnd = m_uncut + BLOCK_SIZE;
-        // No more than a wish: without huge pages there are small ones.
-        madvise(m_uncut, BLOCK_SIZE, MADV_HUGEPAGE);
+    void *slab = cutMappedSlab();
+    isFromHeap = slab == nullptr;
+    if (isFromHeap) {
+        slab = ::operator new(SLAB_SIZE, std::align_val_t(SLAB_SIZE));
+        ++m_heapSlabCount;
     }
     ++m_slabCount;
-    return std::exchange(m_uncut, m_uncut + SLAB_SIZE);
+    return slab;
+}
+
+void *KelSlabPool::cutMappedSlab() noexcept
+{
+    if (m_uncut == m_uncutEnd && m_slabCount >= SINGLE_SLABS) {
+        m_uncut = mapAligned(BLOCK_SIZE, 0);
+        m_uncutEnd = m_uncut ? m_uncut + BLOCK_SIZE : nullptr;
+        // No more than a wish: without huge pages there are small ones.
+        if (m_uncut)
+            madvise(m_uncut, BLOCK_SIZE, MADV_HUGEPAGE);
+    }
+    if (m_uncut != m_uncutEnd)
+        return std::exchange(m_uncut, m_uncut + SLAB_SIZE);
+    // Its pages are wanted at once: a single call costs less than a fault for each.
+    return mapAligned(SLAB_SIZE, MAP_POPULATE);
 }
 
 void KelSlabPool::returnUncut() noexcept
 {
-    unmapPages(m_uncut, static_cast<std::size_t>(m_uncutEnd - m_uncut));
+    if (!unmapPages(m_uncut, static_cast<std::size_t>(m_uncutEnd - m_uncut)))
+        return;
     m_uncut = nullptr;
     m_uncutEnd = nullptr;
 }
 
-void KelSlabPool::unmapSlabs(Slab *slabs) noexcept
+void KelSlabPool::giveBack(Slab *slabs) noexcept
 {
     // Neighbours in one call, and with luck as a whole huge page, which then need not be split.
     std::array<char *, KEPT_SLABS> some;
     while (slabs) {
         std::size_t count = 0;
-        while (slabs && count < some.size())
-            some[count++] = reinterpret_cast<char *>(std::exchange(slabs, slabs->next));
+        while (slabs && count < some.size()) {
+            Slab *const slab = std::exchange(slabs, slabs->next);
+            if (slab->isFromHeap)
+                ::operator delete(slab, std::align_val_t(SLAB_SIZE));
+            else
+                some[count++] = reinterpret_cast<char *>(slab);
+        }
         std::sort(some.begin(), some.begin() + count);
         for (std::size_t first = 0, behind = 0; first < count; first = behind) {
             do {
                 ++behind;
             } while (behind < count && some[behind] == some[behind - 1] + SLAB_SIZE);
-            unmapPages(some[first], (behind - first) * SLAB_SIZE);
+            if (!unmapPages(some[first], (behind - first) * SLAB_SIZE))
+                keepAddresses(some[first], some[first] + (behind - first) * SLAB_SIZE);
         }
+    }
+}
+
+// Of slabs that the system does not take back. Their pages it does.
+void KelSlabPool::keepAddresses(char *slabs, char *end) noexcept
+{
+    madvise(slabs, static_cast<std::size_t>(end - slabs), MADV_DONTNEED);
+    const std::lock_guard lock(m_mutex);
+    for (; slabs != end; slabs += SLAB_SIZE) {
+        m_stuckSlabs = new (slabs) Slab{nullptr, m_stuckSlabs, nullptr, 0, false};
+        ++m_slabCount;
     }
 }
 
@@ -207,17 +242,22 @@ bool KelSlabPool::fillFromPartSlabs(ThreadCache &cache, int wanted)
 void KelSlabPool::takeNewSlab(ThreadCache &cache)
 {
     void *memory = nullptr;
+    bool isFromHeap = false;
     {
         const std::lock_guard lock(m_mutex);
         if (m_keptSlabs) {
+            isFromHeap = m_keptSlabs->isFromHeap;
             memory = std::exchange(m_keptSlabs, m_keptSlabs->next);
             --m_keptCount;
+        } else if (m_stuckSlabs) {
+            memory = std::exchange(m_stuckSlabs, m_stuckSlabs->next);
         } else {
-            memory = cutSlab();
+            memory = cutSlab(isFromHeap);
         }
     }
     // Here the system may have to make a page, and nobody else needs to wait for it.
     Slab *const slab = new (memory) Slab{};
+    slab->isFromHeap = isFromHeap;
     cache.m_unused = reinterpret_cast<char *>(slab) + HEADER_SIZE;
     cache.m_unusedEnd = cache.m_unused + static_cast<std::size_t>(m_capacity) * m_objectSize;
 }
@@ -251,7 +291,7 @@ void KelSlabPool::returnObjects(Object *objects) noexcept
         while (objects)
             objects = returnNeighbours(objects, &toUnmap);
     }
-    unmapSlabs(toUnmap);
+    giveBack(toUnmap);
 }
 
 // The first ones that share a slab; gives those behind.
@@ -289,6 +329,7 @@ void KelSlabPool::dropKeptSlabs(const Slab *latest, Slab **toUnmap) noexcept
         slab->next = std::exchange(stays ? m_keptSlabs : *toUnmap, slab);
         m_keptCount -= stays ? 0 : 1;
         m_slabCount -= stays ? 0 : 1;
+        m_heapSlabCount -= !stays && slab->isFromHeap ? 1 : 0;
     }
     returnUncut();
 }

@@ -29,7 +29,12 @@
 /// the rest of one slab and the slabs of 2 * BATCH objects.
 ///
 /// Pools and caches are constant-initialised and are never destroyed, so they work at any time before, in and after
-/// main(). A child process of fork() may use them if its parent had one thread.
+/// main(). A child process of fork() may use them if its parent had one thread. A thread that uses a pool for the first
+/// time while it ends, in the destructor of a thread_local object, returns its cache all the same; only what the main
+/// thread takes for the first time in a static destructor ends with the process.
+///
+/// Where the system has no pages of their own to give (a limit on addresses or on mappings), slabs come from the heap.
+/// A slab that the system does not take back keeps its addresses, without pages, until it is wanted again.
 ///
 /// Sanitizers see neither borders nor lifetimes within a slab, so in their builds classes should leave the pool alone:
 /// \code
@@ -137,6 +142,9 @@ public:
     /// Slabs that the pool has from the system at the moment, those that are not cut yet included.
     [[nodiscard]] int slabCount() const;
 
+    /// How many slabs come from the heap at the moment.
+    [[nodiscard]] int heapSlabCount() const;
+
 private:
     struct Slab
     {
@@ -144,6 +152,7 @@ private:
         Slab *next;
         Object *free;
         int freeCount;
+        bool isFromHeap;
     };
     static constexpr std::size_t HEADER_SIZE = 64;
     static_assert(sizeof(Slab) <= HEADER_SIZE);
@@ -151,8 +160,10 @@ private:
     class ThreadEnd;
 
     static Slab *slabOf(Object *object) noexcept;
-    static void unmapSlabs(Slab *slabs) noexcept;
-    void *cutSlab();
+    void giveBack(Slab *slabs) noexcept;
+    void keepAddresses(char *slabs, char *end) noexcept;
+    void *cutSlab(bool &isFromHeap);
+    void *cutMappedSlab() noexcept;
     void returnUncut() noexcept;
 
     void *allocateFromSlabs(ThreadCache &cache);
@@ -177,8 +188,11 @@ private:
     // Slabs with free objects, and slabs with nothing else.
     Slab *m_partSlabs = nullptr;
     Slab *m_keptSlabs = nullptr;
+    // That the system did not take back.
+    Slab *m_stuckSlabs = nullptr;
     int m_keptCount = 0;
     int m_slabCount = 0;
+    int m_heapSlabCount = 0;
     // The rest of a block.
     char *m_uncut = nullptr;
     char *m_uncutEnd = nullptr;

@@ -21,6 +21,15 @@ void *KelGeoPositionImpl::operator new(std::size_t size)
     return KelSlabPool::STANDS_ASIDE ? ::operator new(size) : positionPool.allocate(positionCache, size);
 }
 
+void *KelGeoPositionImpl::operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc &) {
+        return nullptr;
+    }
+}
+
 void KelGeoPositionImpl::operator delete(void *memory, std::size_t size) noexcept
 {
     KelSlabPool::STANDS_ASIDE ? ::operator delete(memory) : positionPool.release(positionCache, memory, size);

@@ -11,6 +11,7 @@
 #include <QSharedData>
 
 #include <cstddef>
+#include <new>
 
 /// The shared half of KelGeoPosition: its two coordinates, and the constants of its computations.
 /// Hosts use the handle, KelGeoPosition.
@@ -42,6 +43,8 @@ public:
 
     /// Positions come by the million: their memory comes from a pool, that of subclasses of another size does not.
     static void *operator new(std::size_t size);
+    /// Null where there is no memory.
+    static void *operator new(std::size_t size, const std::nothrow_t &) noexcept;
     /// In memory that the caller has.
     static void *operator new(std::size_t, void *place) noexcept { return place; }
     /// In any thread.

@@ -56,6 +56,15 @@ void *KelGPXTrackPointImpl::operator new(std::size_t size)
     return KelSlabPool::STANDS_ASIDE ? ::operator new(size) : pointPool.allocate(pointCache, size);
 }
 
+void *KelGPXTrackPointImpl::operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc &) {
+        return nullptr;
+    }
+}
+
 void KelGPXTrackPointImpl::operator delete(void *memory, std::size_t size) noexcept
 {
     KelSlabPool::STANDS_ASIDE ? ::operator delete(memory) : pointPool.release(pointCache, memory, size);

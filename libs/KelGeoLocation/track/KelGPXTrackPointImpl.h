@@ -13,6 +13,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <new>
 
 /// The data of a KelGPXTrackPoint, shared among its copies and never changed. Hosts use the handle.
 class KELGEOLOCATION_EXPORT KelGPXTrackPointImpl : public KelGPXTrackElement, public QSharedData
@@ -34,6 +35,8 @@ public:
 
     /// Points come by the million: their memory comes from a pool, that of subclasses of another size does not.
     static void *operator new(std::size_t size);
+    /// Null where there is no memory.
+    static void *operator new(std::size_t size, const std::nothrow_t &) noexcept;
     /// In memory that the caller has.
     static void *operator new(std::size_t, void *place) noexcept { return place; }
     /// In any thread.
