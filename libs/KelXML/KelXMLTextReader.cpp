@@ -18,8 +18,6 @@
 namespace
 {
 
-constexpr QChar ByteOrderMark(0xfeff);
-
 using Texts = QList<QStringView>;
 
 /// One pass through a document, marked or not.
@@ -94,7 +92,7 @@ bool readMarked(const QString &xml, KelXMLTextHandler &handler)
 bool KelXMLTextReader::read(const QString &text, KelXMLTextHandler &handler, KelErrorHistory *errorHistory)
 {
     // Without a copy, in which texts would not stay.
-    const QString xml = text.startsWith(ByteOrderMark) ? QString::fromRawData(text.constData() + 1, text.size() - 1) : text;
+    const QString xml = text.startsWith(QChar(QChar::ByteOrderMark)) ? QString::fromRawData(text.constData() + 1, text.size() - 1) : text;
     if (readMarked(xml, handler))
         return true;
     KelErrorHistory::Entry reason;

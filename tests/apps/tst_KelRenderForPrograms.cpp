@@ -35,6 +35,7 @@ private Q_SLOTS:
     void reportThatCannotBePrinted();
     void statisticsOfARun();
     void statisticsWithoutAPicture();
+    void statisticsWithTooLittleMemory();
     void reportAndStatisticsAreOneDocument();
     void otherKindsAreUnknown();
 
@@ -338,6 +339,25 @@ void tst_KelRenderForPrograms::statisticsWithoutAPicture()
     QVERIFY(seconds.value("store").toDouble() > 0.0);
     QCOMPARE(seconds.value("draw").toDouble(), 0.0);
     QCOMPARE(seconds.value("encode").toDouble(), 0.0);
+}
+
+void tst_KelRenderForPrograms::statisticsWithTooLittleMemory()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    QSKIP("a sanitizer needs more memory than any limit");
+#endif
+    write("walk.gpx", WALK);
+    const Result result = runProgram(QStringLiteral("/bin/sh"),
+                                     {"-c", "ulimit -v 800000; exec \"$@\"", "sh", QStringLiteral(KEL_RENDER_PROGRAM), "walk.gpx",
+                                      "--stats=json", "--crop=0", "-o", "out.png", "--size=10000x10000"});
+    QCOMPARE(result.code, 1);
+    const QJsonObject report = result.json();
+    QCOMPARE(report.value("exitCode").toInt(), 1);
+    QVERIFY(!report.value("messages").toArray().isEmpty());
+    // What was read was read, although it had to go.
+    QCOMPARE(report.value("stats").toObject().value("counts").toObject(),
+             QJsonObject({{"files", 1}, {"tracks", 1}, {"segments", 2}, {"points", 3}}));
+    QVERIFY(!QFile::exists(path("out.png")));
 }
 
 void tst_KelRenderForPrograms::reportAndStatisticsAreOneDocument()

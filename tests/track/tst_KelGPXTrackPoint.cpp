@@ -11,6 +11,8 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <memory>
+#include <new>
 #include <random>
 
 class tst_KelGPXTrackPoint : public QObject
@@ -40,6 +42,7 @@ private Q_SLOTS:
     void equality_data();
     void equality();
     void copiesShareData();
+    void dataMayBeMadeWithoutExceptions();
     void movedFromPointMayBeAssignedTo();
     void elementOperations();
 };
@@ -457,6 +460,15 @@ void tst_KelGPXTrackPoint::copiesShareData()
     QVERIFY(KelGPXTrackPoint() == KelGPXTrackPoint());
     const KelGPXTrackPoint separate(KelGeoPosition(qQNaN(), qQNaN()), 0, noTime, QString());
     QVERIFY(!(separate == p));
+}
+
+void tst_KelGPXTrackPoint::dataMayBeMadeWithoutExceptions()
+{
+    const std::unique_ptr<KelGPXTrackPointImpl> data(
+        new (std::nothrow) KelGPXTrackPointImpl(KelGeoPosition(1.0, 2.0), 3, someTime, QStringLiteral("d")));
+    QVERIFY(data);
+    QCOMPARE(data->elevation(), 3);
+    QCOMPARE(data->description(), "d");
 }
 
 void tst_KelGPXTrackPoint::movedFromPointMayBeAssignedTo()

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
-// KelXMLLongTexts and KelXMLTextReader against KelXMLLoader. KEL_RANDOM_CASES sets another number of random documents, KEL_RANDOM_SEED another beginning.
+// KelXMLLongTexts and KelXMLTextReader against KelXMLLoader. KEL_RANDOM_CASES sets another number of random documents,
+// KEL_RANDOM_SEED another beginning.
 
 #include <KelErrorHistory.h>
 #include <KelXMLGate.h>
