@@ -469,7 +469,7 @@ void tst_HostileFiles::files_data()
         "an archive of zeros", "kmz",
         [](int) {
             const QByteArray zeros = KelTestArchive::deflatedZeros(MOST_OF_AN_ARCHIVE + 1);
-            return archive({{.name = "doc.kml", .deflated = true, .packed = zeros, .claimedSize = 100}});
+            return archive({{.name = "doc.kml", .content = "", .deflated = true, .packed = zeros, .claimedSize = 100}});
         },
         malformed,
         "unpacks to more than", MOST_OF_AN_ARCHIVE);
