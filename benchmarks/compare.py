@@ -107,7 +107,8 @@ class Comparison:
             return {}
         result = subprocess.run(
             [path, f'--benchmark_filter={pattern}', '--benchmark_format=json',
-             f'--benchmark_repetitions={self.repetitions}', f'--benchmark_min_time={0.05 if self.quick else 0.2}'],
+             f'--benchmark_repetitions={self.repetitions}', f'--benchmark_min_time={0.05 if self.quick else 0.2}',
+             '--benchmark_enable_random_interleaving=true'],
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=True,
             env={**os.environ, 'QT_QPA_PLATFORM': 'offscreen'})
         scale = {'ns': 1e-6, 'us': 1e-3, 'ms': 1.0, 's': 1e3}

@@ -107,6 +107,7 @@ private Q_SLOTS:
     void badCharactersAreDropped_data();
     void badCharactersAreDropped();
     void badCharactersAreDroppedEverywhere();
+    void eachCodeUnitInALongText();
     void treesComeBack_data();
     void treesComeBack();
     void endMarksInsideAreTakenApart();
@@ -345,6 +346,19 @@ void tst_KelXMLBuilder::badCharactersAreDropped()
         const QString run(length, QLatin1Char('7'));
         QCOMPARE(KelXMLBuilder::buildDomElement(root, QStringLiteral("run"), run + text + run).text(),
                  run + kept + run);
+    }
+}
+
+void tst_KelXMLBuilder::eachCodeUnitInALongText()
+{
+    const QString run(20, QLatin1Char('7'));
+    QDomDocument document;
+    for (int unit = 0; unit < 0x10000; ++unit) {
+        const bool isAllowed = unit == '\t' || unit == '\n' || unit == '\r' || (unit >= 0x20 && unit < 0xd800)
+            || (unit >= 0xe000 && unit < 0xfffe);
+        QDomElement root = KelXMLBuilder::buildRootElement(document, QStringLiteral("r"));
+        const QString text = KelXMLBuilder::buildDomElement(root, QStringLiteral("t"), run + QChar(unit) + run).text();
+        QVERIFY2(text == (isAllowed ? run + QChar(unit) + run : run + run), qPrintable(QString::number(unit, 16)));
     }
 }
 
