@@ -30,6 +30,25 @@ QPointF KelMapTrackRenderer::projectPosition(const KelGeoPosition &position) con
 
 void KelMapTrackRenderer::drawHalos(QPainter *painter, const QColor &color) const
 {
+    const KelIntRange shifts = visibleShifts(painter);
+    forEachHalo(color, [&](const QPainterPath &path, const QPen &pen) {
+        for (int shift = shifts.min(); shift <= shifts.max(); ++shift) {
+            painter->save();
+            painter->translate(aroundTheWorldOffset() * shift);
+            painter->strokePath(path, pen);
+            painter->restore();
+        }
+    });
+}
+
+void KelMapTrackRenderer::drawHalosOver(QImage *image, const QColor &color) const
+{
+    forEachHalo(color, [&](const QPainterPath &path, const QPen &pen) { strokeOver(image, path, pen); });
+}
+
+template<typename Draw>
+void KelMapTrackRenderer::forEachHalo(const QColor &color, Draw draw) const
+{
     for (int row = 0; row < m_selection.count(); ++row) {
         const KelGPXConfiguredTrack track = m_selection.value(row);
         if (track.haloWidth().isNull())
@@ -39,12 +58,6 @@ void KelMapTrackRenderer::drawHalos(QPainter *painter, const QColor &color) cons
             continue; // drawn as a point, whose marker has an outline of its own
         QPen pen = solidPenFromTrack(track.configuration(), Foreground);
         pen.setColor(color);
-        const KelIntRange shifts = visibleShifts(painter);
-        for (int shift = shifts.min(); shift <= shifts.max(); ++shift) {
-            painter->save();
-            painter->translate(aroundTheWorldOffset() * shift);
-            painter->strokePath(path, pen);
-            painter->restore();
-        }
+        draw(path, pen);
     }
 }

@@ -20,7 +20,13 @@ public:
     /// keeps a halo clear when a map is cropped, but does not show it.
     void drawHalos(QPainter *painter, const QColor &color) const;
 
+    /// The same pixels on an image, antialiased, and faster.
+    void drawHalosOver(QImage *image, const QColor &color) const;
+
 private:
+    template<typename Draw>
+    void forEachHalo(const QColor &color, Draw draw) const;
+
     KelGPXTrackSelection m_selection;
     KelMapGeometry m_geometry;
 };

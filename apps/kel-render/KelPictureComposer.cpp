@@ -91,11 +91,8 @@ QImage KelPictureComposer::toImage() const
     QImage image = mapImage();
     if (image.isNull())
         return image;
-    {
-        QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        paintHalos(painter);
-    }
+    if (hasHalos())
+        trackRenderer().drawHalosOver(&image, haloColor());
     trackRenderer().renderOver(&image, KelGPXTrackRenderer::Normal);
     if (m_options.scale) {
         // The bar's own lengths are multiplied by the factor again, hence pixels of a picture at factor 1.
@@ -145,16 +142,21 @@ void KelPictureComposer::paintTracks(QPainter &painter) const
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    paintHalos(painter);
+    if (hasHalos())
+        trackRenderer().drawHalos(&painter, haloColor());
     trackRenderer().renderWith(&painter, KelGPXTrackRenderer::Normal);
     painter.restore();
 }
 
-void KelPictureComposer::paintHalos(QPainter &painter) const
+bool KelPictureComposer::hasHalos() const
 {
     // On a cropped map the halo is the strip that stays clear.
-    if (m_options.style.haloWidth && !isCropped())
-        trackRenderer().drawHalos(&painter, m_options.dark ? HALO_ON_DARK : HALO_ON_LIGHT);
+    return m_options.style.haloWidth && !isCropped();
+}
+
+QColor KelPictureComposer::haloColor() const
+{
+    return m_options.dark ? HALO_ON_DARK : HALO_ON_LIGHT;
 }
 
 KelMapTrackRenderer KelPictureComposer::trackRenderer() const

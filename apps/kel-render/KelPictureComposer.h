@@ -12,6 +12,7 @@
 
 #include <KelGPXTrackSelection.h>
 
+#include <QColor>
 #include <QImage>
 #include <QMarginsF>
 
@@ -39,7 +40,8 @@ private:
     [[nodiscard]] QImage mapImage() const;
     void paintMap(QPainter &painter) const;
     void paintTracks(QPainter &painter) const;
-    void paintHalos(QPainter &painter) const;
+    [[nodiscard]] bool hasHalos() const;
+    [[nodiscard]] QColor haloColor() const;
     [[nodiscard]] KelMapTrackRenderer trackRenderer() const;
     [[nodiscard]] QString credit() const;
 

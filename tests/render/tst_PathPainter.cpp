@@ -6,6 +6,8 @@
 
 #include "../../libs/KelGeoLocation/render/KelPathPainter.h"
 
+#include <KelMemoryLimit.h>
+
 #include <QBrush>
 #include <QImage>
 #include <QPainter>
@@ -15,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <malloc.h>
 #include <random>
 
 namespace
@@ -43,6 +46,12 @@ struct Scene
     QPointF offset;
     bool antialiased;
 };
+
+// Long lines are outlined in pieces, and no pixel may tell how long these are.
+int segmentsPerPiece(int seed)
+{
+    return seed % 3 == 0 ? KelPathPainter::SEGMENTS_PER_PIECE : 10 + seed % 100;
+}
 
 QImage blank(const Scene &scene)
 {
@@ -255,6 +264,11 @@ private Q_SLOTS:
     void areasLeftToThePlainForm();
     void seamOfAClosedLine_data();
     void seamOfAClosedLine();
+    void piecesOfLinesThatComeBack_data();
+    void piecesOfLinesThatComeBack();
+    void largePictures_data();
+    void largePictures();
+    void memoryDoesNotGrowWithTheOutline();
 
 private:
     static void compare(const Scene &scene, int seed, int *strokes, int *fills);
@@ -263,7 +277,8 @@ private:
 void tst_PathPainter::compare(const Scene &scene, int seed, int *strokes, int *fills)
 {
     QImage stroked = blank(scene);
-    if (KelPathPainter(&stroked, hints(scene)).stroke(scene.path, scene.pen, scene.offset)) {
+    KelPathPainter strokePainter(&stroked, hints(scene), segmentsPerPiece(seed));
+    if (strokePainter.stroke(scene.path, scene.pen, scene.offset)) {
         ++*strokes;
         const QImage expected = plainStroke(scene);
         QVERIFY2(stroked == expected,
@@ -417,6 +432,91 @@ void tst_PathPainter::seamOfAClosedLine()
             }
         }
     }
+}
+
+void tst_PathPainter::piecesOfLinesThatComeBack_data()
+{
+    QTest::addColumn<int>("period");
+    for (const int period : {2, 3, 4, 5, 6, 7, 10, 19})
+        QTest::addRow("every %d points", period) << period;
+}
+
+// Pieces that end where they begin would be closed by Qt.
+void tst_PathPainter::piecesOfLinesThatComeBack()
+{
+    QFETCH(int, period);
+    for (const int points : {300, 301, 302, 303, 600}) {
+        for (const bool closed : {false, true}) {
+            QPainterPath path(QPointF(20, 20));
+            for (int i = 1; i < points; ++i) {
+                const int step = i % period;
+                path.lineTo(20 + step * 3, 20 + (step % 2) * 9 + (step * step) % 7);
+            }
+            if (closed)
+                path.closeSubpath();
+            for (const bool antialiased : {true, false}) {
+                const Scene scene{QSize(80, 60), path, roundPen(3.5), QBrush(Qt::green), QPointF(), antialiased};
+                int strokes = 0;
+                int fills = 0;
+                for (const int seed : {0, 1, 11, 31}) // other pieces
+                    compare(scene, seed, &strokes, &fills);
+                if (QTest::currentTestFailed())
+                    return;
+                QCOMPARE(strokes, 4);
+            }
+        }
+    }
+}
+
+void tst_PathPainter::largePictures_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("painted");
+    QTest::newRow("as wide as can be") << QSize(32767, 3) << true;
+    QTest::newRow("wider") << QSize(32768, 3) << false;
+    QTest::newRow("as high as can be") << QSize(3, 32767) << true;
+    QTest::newRow("higher") << QSize(3, 32768) << false;
+}
+
+// Beyond 16 bits the aliased rasterizer has its own idea of the right side; lines beyond 15 bits are left to it anyway.
+void tst_PathPainter::largePictures()
+{
+    QFETCH(QSize, size);
+    QFETCH(bool, painted);
+    for (const bool antialiased : {true, false}) {
+        const int right = antialiased ? size.width() : std::min(size.width(), 16000);
+        QPainterPath path(QPointF(-5, -5));
+        for (int i = 1; i < 300; ++i)
+            path.lineTo(right - (i * 7) % 40, size.height() - (i * 11) % 30);
+        const Scene scene{size, path, roundPen(3.5), QBrush(QColor(0, 200, 0, 90)), QPointF(), antialiased};
+        int strokes = 0;
+        int fills = 0;
+        compare(scene, 1, &strokes, &fills);
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(strokes, painted ? 1 : 0);
+        QCOMPARE(fills, painted ? 1 : 0);
+    }
+}
+
+// The outline of a stroke takes some hundreds of bytes for each segment.
+void tst_PathPainter::memoryDoesNotGrowWithTheOutline()
+{
+    if (!KelMemoryLimit::IS_POSSIBLE)
+        QSKIP("Not with sanitizers");
+    Random random(1);
+    const QSize size(60, 50);
+    QPainterPath path(QPointF(30, 25));
+    for (int i = 0; i < 200000; ++i)
+        path.lineTo(random.real(0, size.width()), random.real(0, size.height()));
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    // Memory that is free already would hide what is taken.
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+    KelPathPainter painter(&image, QPainter::Antialiasing);
+    QVERIFY(painter.stroke(zigzag(4000), roundPen(2), QPointF())); // with all threads that there will be
+    const KelMemoryLimit limit(16 * 1024 * 1024);
+    QVERIFY(painter.stroke(path, roundPen(2), QPointF()));
 }
 
 QTEST_MAIN(tst_PathPainter)

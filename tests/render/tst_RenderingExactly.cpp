@@ -8,7 +8,10 @@
 #include "KelReferenceRenderer.h"
 #include "KelRenderTestSupport.h"
 
+#include <KelMemoryLimit.h>
+
 #include <QColorSpace>
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <cmath>
@@ -168,6 +171,11 @@ private Q_SLOTS:
     void mapsOfAnotherSize();
     void overPicturesOfAnyFormat_data();
     void overPicturesOfAnyFormat();
+    void overPicturesThatCannotBePaintedOn_data();
+    void overPicturesThatCannotBePaintedOn();
+    void randomStrokesOverPictures();
+    void picturesTooLargeForTheMemory();
+    void croppingWithLittleMemory();
 };
 
 void tst_RenderingExactly::randomSelections()
@@ -299,6 +307,107 @@ void tst_RenderingExactly::overPicturesOfAnyFormat()
         QVERIFY(actual != before);
     }
     QCOMPARE(actual, expected);
+}
+
+void tst_RenderingExactly::overPicturesThatCannotBePaintedOn_data()
+{
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<bool>("busy");
+    QTest::newRow("null") << QImage::Format_Invalid << false;
+    QTest::newRow("with a table of colours") << QImage::Format_Indexed8 << false;
+    QTest::newRow("painted on by somebody else") << QImage::Format_ARGB32_Premultiplied << true;
+}
+
+void tst_RenderingExactly::overPicturesThatCannotBePaintedOn()
+{
+    QFETCH(QImage::Format, format);
+    QFETCH(bool, busy);
+    QImage image(QSize(60, 50), format);
+    if (format == QImage::Format_Indexed8)
+        image.setColorTable({qRgb(1, 2, 3), qRgb(200, 100, 50)});
+    image.fill(1);
+    const QImage before = image.copy();
+    QPainter other;
+    if (busy)
+        QVERIFY(other.begin(&image));
+    // That is Qt's own.
+    if (!image.isNull())
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^QPainter::begin: ")));
+    const LinearRenderer renderer(selectionOf(trackThrough({{5, 5}, {50, 10}, {10, 40}}), configuration()), QSize(60, 50));
+    renderer.renderOver(&image, KelGPXTrackRenderer::Normal);
+    QCOMPARE(image, before);
+    if (!image.isNull())
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^QPainter::begin: ")));
+    QPainterPath path(QPointF(5, 5));
+    path.lineTo(50, 10);
+    renderer.strokeOver(&image, path, QPen(Qt::red, 4));
+    QCOMPARE(image, before);
+}
+
+// Any path with any pen, on all copies of the world.
+void tst_RenderingExactly::randomStrokesOverPictures()
+{
+    int painted = 0;
+    for (int seed = 1; seed <= RANDOM_CASES / 4; ++seed) {
+        Random random(seed);
+        const KelGPXTrackSelection selection = random.selection();
+        const LinearRenderer renderer = random.renderer(selection);
+        const QPainterPath path = renderer.createPainterPath(selection.value(0));
+        QPen pen = renderer.penFromTrack(selection.configuration(0), KelGPXTrackRenderer::Normal);
+        if (random.oneIn(4))
+            pen.setJoinStyle(Qt::MiterJoin);
+        pen.setCosmetic(random.oneIn(10));
+        QImage actual = random.map(renderer.targetImageSize())
+                            .convertToFormat(random.oneIn(3) ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+        QImage expected = actual.copy();
+        const QImage before = expected.copy();
+        renderer.strokeOver(&actual, path, pen);
+
+        QPainter painter(&expected);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const KelIntRange shifts = renderer.visibleShifts(&painter);
+        for (int shift = shifts.min(); shift <= shifts.max(); ++shift) {
+            painter.resetTransform();
+            painter.translate(renderer.aroundTheWorldOffset() * shift);
+            painter.strokePath(path, pen);
+        }
+        painter.end();
+        const QString difference = firstDifference(actual, expected);
+        QVERIFY2(difference.isEmpty(), qPrintable(QStringLiteral("Seed %1: ").arg(seed) + difference));
+        painted += actual != before ? 1 : 0;
+    }
+    QVERIFY(painted > RANDOM_CASES / 32);
+}
+
+// More than any computer can address.
+void tst_RenderingExactly::picturesTooLargeForTheMemory()
+{
+    if (!KelMemoryLimit::IS_POSSIBLE)
+        QSKIP("Not with sanitizers");
+    const LinearRenderer renderer(unseenTrack(100), QSize(20'000'000, 20'000'000));
+    QVERIFY(renderer.render(KelGPXTrackRenderer::Normal).isNull());
+    QVERIFY(renderer.renderForeground().isNull());
+    QImage map(3, 3, QImage::Format_RGB32);
+    map.fill(Qt::red);
+    QVERIFY(renderer.crop(map).isNull());
+}
+
+void tst_RenderingExactly::croppingWithLittleMemory()
+{
+    if (!KelMemoryLimit::IS_POSSIBLE)
+        QSKIP("Not with sanitizers");
+    constexpr int MEGABYTE = 1024 * 1024;
+    const LinearRenderer renderer(unseenTrack(100), QSize(1024, 1024));
+    QImage map(4096, 4096, QImage::Format_RGB32);
+    map.fill(Qt::red);
+    QCOMPARE(qAlpha(renderer.crop(map).pixel(1, 1)), 100);
+    {
+        const KelMemoryLimit enoughForTheMaskOnly(16 * MEGABYTE);
+        QVERIFY(renderer.crop(map).isNull());
+    }
+    const QImage converted = map.convertToFormat(QImage::Format_RGB888);
+    const KelMemoryLimit enoughForTheMaskOnly(16 * MEGABYTE);
+    QVERIFY(renderer.crop(converted).isNull());
 }
 
 QTEST_MAIN(tst_RenderingExactly)

@@ -455,17 +455,50 @@ void drawTrackFast(const KelGPXTrackRenderer &renderer, KelPathPainter *pathPain
 
 // ---- images ---------------------------------------------------------------------------------------------------
 
-// renderWith() on an image of premultiplied pixels that shares its memory with no other.
+// Whether the image is one whose pixels a KelPathPainter knows.
+bool isOfPlainPixels(const QImage &image)
+{
+    return image.format() == QImage::Format_ARGB32_Premultiplied && image.devicePixelRatio() == 1.0;
+}
+
+// Calls paint(painter, pathPainter) for a painter with these hints. The path painter is null on images of other kinds.
+// Nothing is called where the image cannot be painted on, and it stays as it is.
+template<typename Paint>
+void paintOn(QImage *image, QPainter::RenderHints hints, Paint paint)
+{
+    if (image->isNull())
+        return;
+    if (!image->isDetached()) {
+        // Were it left to the painter, the image would be lost where memory is short.
+        QImage own = image->copy();
+        if (own.isNull())
+            return;
+        *image = std::move(own);
+    }
+    QPainter painter;
+    if (!painter.begin(image))
+        return;
+    painter.setRenderHints(hints);
+    std::optional<KelPathPainter> pathPainter;
+    if (isOfPlainPixels(*image))
+        pathPainter.emplace(image, hints);
+    paint(&painter, pathPainter ? &*pathPainter : nullptr);
+}
+
 void paintTracks(const KelGPXTrackRenderer &renderer, const KelGPXConfiguredTrackList &tracks, QImage *image,
                  KelGPXTrackRenderer::TrackRenderOption option, QPainter::RenderHints hints)
 {
-    KelPathPainter pathPainter(image, hints);
-    QPainter painter(image);
-    painter.setRenderHints(hints);
-    for (const KelGPXConfiguredTrack &configuredTrack : tracks.tracks())
-        drawTrackFast(renderer, &pathPainter, &painter, configuredTrack, option);
+    paintOn(image, hints, [&](QPainter *painter, KelPathPainter *pathPainter) {
+        for (const KelGPXConfiguredTrack &configuredTrack : tracks.tracks()) {
+            if (pathPainter)
+                drawTrackFast(renderer, pathPainter, painter, configuredTrack, option);
+            else
+                renderer.drawTrack(painter, configuredTrack, option);
+        }
+    });
 }
 
+// Null for an empty size, and where memory is short.
 QImage paintImage(const KelGPXTrackRenderer &renderer, const KelGPXConfiguredTrackList &tracks,
                   KelGPXTrackRenderer::TrackRenderOption option, QPainter::RenderHints hints)
 {
@@ -663,18 +696,6 @@ QImage KelGPXTrackRenderer::renderForeground() const
     return renderQuickAndDirty(Foreground);
 }
 
-void KelGPXTrackRenderer::renderOver(QImage *image, TrackRenderOption option) const
-{
-    if (image->format() == QImage::Format_ARGB32_Premultiplied && image->devicePixelRatio() == 1.0) {
-        image->detach();
-        paintTracks(*this, m_selection.tracks(), image, option, QPainter::Antialiasing);
-    } else if (!image->isNull()) {
-        QPainter painter(image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        renderWith(&painter, option);
-    }
-}
-
 QImage KelGPXTrackRenderer::crop(const QImage &mapImage) const
 {
     const int opacity = std::clamp(m_selection.effectiveCroppingOpacity(), 0, OPAQUE);
@@ -683,10 +704,14 @@ QImage KelGPXTrackRenderer::crop(const QImage &mapImage) const
 
     // Only its alpha is needed, which is the same before and after the conversion that render() ends with.
     const QImage mask = paintImage(*this, m_selection.tracks(), Foreground, QPainter::Antialiasing);
+    if (mask.isNull() && !m_targetImageSize.isEmpty())
+        return QImage();
     // Of a map without transparency nothing but the colours is looked at.
     const QImage map =
         mapImage.format() == QImage::Format_RGB32 ? mapImage : mapImage.convertToFormat(QImage::Format_ARGB32);
     QImage result = premultipliedLike(map);
+    if (result.isNull())
+        return result;
     const CropTable table = createCropTable(opacity);
     const CroppedMap cropped(&result, map, mask);
     KelConcurrent::blockingMap(KelIntRange::rowsOfImage(result).splitEvenlyForCpuCores(),
@@ -900,6 +925,22 @@ void KelGPXTrackRenderer::renderWith(QPainter *painter, TrackRenderOption option
     const KelGPXConfiguredTrackList list = m_selection.tracks();
     for (const KelGPXConfiguredTrack &configuredTrack : list.tracks())
         drawTrack(painter, configuredTrack, option);
+}
+
+void KelGPXTrackRenderer::renderOver(QImage *image, TrackRenderOption option) const
+{
+    paintTracks(*this, m_selection.tracks(), image, option, QPainter::Antialiasing);
+}
+
+void KelGPXTrackRenderer::strokeOver(QImage *image, const QPainterPath &path, const QPen &pen) const
+{
+    paintOn(image, QPainter::Antialiasing, [&](QPainter *painter, KelPathPainter *pathPainter) {
+        const QRectF area = grown(path.controlPointRect(), pen.widthF() * std::max(1.0, pen.miterLimit()));
+        forEachWorldCopy(*this, painter, area, [&](const QPointF &offset) {
+            if (!pathPainter || !pathPainter->stroke(path, pen, offset))
+                painter->strokePath(path, pen);
+        });
+    });
 }
 
 void KelGPXTrackRenderer::drawTrack(QPainter *painter, const KelGPXConfiguredTrack &configuredTrack,

@@ -47,9 +47,10 @@ class QPen;
 /// \endcode
 ///
 /// A renderer is immutable: it is made for one view (selection, size, factor, projection) and thrown away when any
-/// of them changes. It may be used from any thread, several at a time, pool threads included. Painting runs in the
-/// calling thread; projection, date-line checks and cropping are spread over the global thread pool by the rule of
-/// KelConcurrent, and the result does not depend on how.
+/// of them changes. It may be used from any thread, several at a time, pool threads included. With a caller's painter
+/// everything is painted in the calling thread. Projection, date-line checks and cropping are spread over the global
+/// thread pool by the rule of KelConcurrent, and so is the painting of long lines and areas on images; the result does
+/// not depend on how.
 ///
 /// Nothing is reported: a track without points draws nothing. What a pool task throws reaches the caller.
 class KELGEOLOCATION_EXPORT KelGPXTrackRenderer
@@ -86,7 +87,8 @@ public:
     [[nodiscard]] double renderingFactor() const noexcept;
 
     /// \name Images
-    /// All of targetImageSize(), transparent where no track is. An empty size gives a null image.
+    /// All of targetImageSize(), transparent where no track is. An empty size gives a null image, and so does a size for
+    /// which there is not enough memory.
     /// @{
 
     /// Antialiased, in QImage::Format_ARGB32.
@@ -98,20 +100,30 @@ public:
     /// renderQuickAndDirty() of the Foreground.
     [[nodiscard]] QImage renderForeground() const;
 
-    /// Paints over \a image, of any size, with the very pixels of renderWith() and an antialiased painter. It is much
-    /// faster for long tracks if the image is in QImage::Format_ARGB32_Premultiplied.
-    void renderOver(QImage *image, TrackRenderOption option) const;
-
     /// \a mapImage with its own alpha *replaced*: opaque under the tracks' silhouette (halo included), the selection's
     /// effective cropping opacity o elsewhere, blended linearly at antialiased edges; premultiplied. An o of 255 or
     /// more returns the map unchanged; below 0 counts as 0. The caller's image never changes. The map should have
-    /// targetImageSize(): pixels beyond it keep their own alpha.
+    /// targetImageSize(): pixels beyond it keep their own alpha. Null where there is not enough memory.
     [[nodiscard]] QImage crop(const QImage &mapImage) const;
     /// @}
 
     /// Paints all tracks in list order, later ones over earlier ones, with a painter that the caller owns. Any paint
     /// device serves, vector formats included.
     void renderWith(QPainter *painter, TrackRenderOption option) const;
+
+    /// \name Over images
+    /// On an image of any size and format, with the very pixels of an antialiased painter, but much faster for long
+    /// lines if the image is in QImage::Format_ARGB32_Premultiplied with a device pixel ratio of 1. Images on which
+    /// QPainter cannot begin (null ones, those with a colour table of 8 bits, those that somebody else is painting on)
+    /// stay as they are.
+    /// @{
+
+    /// What renderWith() paints.
+    void renderOver(QImage *image, TrackRenderOption option) const;
+
+    /// Strokes \a path, which is in image coordinates, once for each visible copy of the world.
+    void strokeOver(QImage *image, const QPainterPath &path, const QPen &pen) const;
+    /// @}
 
     /// \name Painter paths
     /// @{

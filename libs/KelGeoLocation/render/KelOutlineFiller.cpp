@@ -192,6 +192,7 @@ class RowLists
 public:
     void add(const Entry &entry) { m_entries.push_back(entry); }
 
+    // In place, row by row: each entry goes where its row still has room.
     void sort(int top, int bottom)
     {
         m_top = top;
@@ -201,10 +202,15 @@ public:
         for (std::size_t i = 1; i < m_ends.size(); ++i)
             m_ends[i] += m_ends[i - 1];
         std::vector<std::size_t> next(m_ends.begin(), m_ends.end() - 1);
-        std::vector<Entry> sorted(m_entries.size());
-        for (const Entry &entry : m_entries)
-            sorted[next[index(entry.row)]++] = entry;
-        m_entries = std::move(sorted);
+        for (std::size_t row = 0; row < next.size(); ++row) {
+            while (next[row] < m_ends[row + 1]) {
+                Entry &entry = m_entries[next[row]];
+                const std::size_t home = index(entry.row);
+                if (home != row)
+                    std::swap(entry, m_entries[next[home]]);
+                ++next[home];
+            }
+        }
         for (std::size_t i = 1; i < m_ends.size(); ++i) {
             std::sort(m_entries.data() + m_ends[i - 1], m_entries.data() + m_ends[i],
                       [](const Entry &a, const Entry &b) { return a.column < b.column; });
@@ -216,6 +222,12 @@ public:
         return {m_entries.data() + m_ends[index(row)], m_ends[index(row) + 1] - m_ends[index(row)]};
     }
 
+    const std::vector<Entry> &entries() const { return m_entries; }
+
+    void clear() { m_entries = std::vector<Entry>(); }
+
+    std::size_t bytes() const { return m_entries.capacity() * sizeof(Entry); }
+
 private:
     std::size_t index(int row) const { return static_cast<std::size_t>(row - m_top); }
 
@@ -226,6 +238,9 @@ private:
 
 // A row of lists costs more than one of pixels from so many pixels for each line of the outline.
 constexpr std::size_t PIXELS_PER_LINE = 4;
+
+// Lists with more entries than one for so many pixels take more memory, and sorting them more time, than the pixels.
+constexpr std::size_t PIXELS_PER_ENTRY = 8;
 
 // The columns of a row that anything was added to.
 struct Extent
@@ -257,10 +272,15 @@ public:
     virtual ~Part() = default;
     Q_DISABLE_COPY_MOVE(Part)
 
+    virtual void add(const KelPixelOutline &outline, int sign) = 0;
     virtual bool isExact() const { return true; }
+    virtual std::size_t bytes() const = 0;
 
-    void paint(uchar *bits, qsizetype bytesPerLine, QRgb color, Qt::FillRule rule) const
+    void paint(uchar *bits, qsizetype bytesPerLine, QRgb color, Qt::FillRule rule)
     {
+        if (area() == 0)
+            return;
+        prepareToPaint();
         for (int row = m_top; row < m_bottom; ++row) {
             const Extent &extent = m_extents[index(row)];
             if (extent.from < extent.to)
@@ -269,6 +289,7 @@ public:
     }
 
 protected:
+    virtual void prepareToPaint() = 0;
     virtual void paintRow(int row, const Extent &extent, const RowPainter &painter, Qt::FillRule rule) const = 0;
 
     std::size_t index(int row) const { return static_cast<std::size_t>(row - m_top); }
@@ -297,18 +318,30 @@ template<typename Area>
 class AntialiasedPart : public KelOutlineFiller::Part
 {
 public:
-    AntialiasedPart(const KelPixelOutline &outline, const QRect &part)
+    explicit AntialiasedPart(const QRect &part)
         : Part(part)
-        , m_cells(isSparse(outline) ? 0 : area())
+    {
+    }
+
+    void add(const KelPixelOutline &outline, int sign) override
     {
         if (area() == 0)
             return;
+        if (m_cells.empty() && !isSparse(outline))
+            takeCells();
+        m_sign = sign;
         outline.forEachLine([this](const Point &from, const Point &to) { addLine(from, to); });
+    }
+
+    std::size_t bytes() const override { return m_cells.capacity() * sizeof(Cell) + m_lists.bytes(); }
+
+protected:
+    void prepareToPaint() override
+    {
         if (m_cells.empty())
             m_lists.sort(m_top, m_bottom);
     }
 
-protected:
     void paintRow(int row, const Extent &extent, const RowPainter &painter, Qt::FillRule rule) const override
     {
         RunPainter run(painter, extent.from);
@@ -540,17 +573,34 @@ private:
     // Twice the mean distance from the left side of the pixel.
     void add(int row, int column, int twiceTheDistance, int height)
     {
-        if (m_cells.empty()) {
-            m_lists.add({row, column, height, twiceTheDistance * height});
+        const int signedHeight = m_sign * height;
+        if (!m_cells.empty()) {
+            addToCell({row, column, signedHeight, twiceTheDistance * signedHeight});
             return;
         }
-        Cell &cell = m_cells[index(row, column)];
-        cell.height += height;
-        cell.area += twiceTheDistance * height;
+        m_lists.add({row, column, signedHeight, twiceTheDistance * signedHeight});
+        if (m_lists.entries().size() > area() / PIXELS_PER_ENTRY)
+            takeCells();
     }
 
-    std::vector<Cell> m_cells;
+    void addToCell(const Entry &entry)
+    {
+        Cell &cell = m_cells[index(entry.row, entry.column)];
+        cell.height += entry.height;
+        cell.area += entry.area;
+    }
+
+    void takeCells()
+    {
+        m_cells.resize(area());
+        for (const Entry &entry : m_lists.entries())
+            addToCell(entry);
+        m_lists.clear();
+    }
+
+    std::vector<Cell> m_cells; // none as long as there are lists
     RowLists<Entry> m_lists;
+    int m_sign = 1;
 };
 
 // ---- aliased --------------------------------------------------------------------------------------------------
@@ -560,26 +610,36 @@ private:
 class AliasedPart : public KelOutlineFiller::Part
 {
 public:
-    AliasedPart(const KelPixelOutline &outline, const QRect &part, const QSize &size)
+    AliasedPart(const QRect &part, const QSize &size)
         : Part(part)
         , m_size(size)
-        , m_windings(isSparse(outline) ? 0 : area())
+    {
+    }
+
+    void add(const KelPixelOutline &outline, int sign) override
     {
         if (area() == 0)
             return;
-        outline.forEachLine([this](const Point &from, const Point &to) {
+        if (m_windings.empty() && !isSparse(outline))
+            takeWindings();
+        outline.forEachLine([this, sign](const Point &from, const Point &to) {
             if (from.y > to.y)
-                addLine(to, from, -1);
+                addLine(to, from, -sign);
             else
-                addLine(from, to, 1);
+                addLine(from, to, sign);
         });
+    }
+
+    bool isExact() const override { return m_isExact; }
+    std::size_t bytes() const override { return m_windings.capacity() * sizeof(int) + m_lists.bytes(); }
+
+protected:
+    void prepareToPaint() override
+    {
         if (m_windings.empty())
             m_lists.sort(m_top, m_bottom);
     }
 
-    bool isExact() const override { return m_isExact; }
-
-protected:
     void paintRow(int row, const Extent &extent, const RowPainter &painter, Qt::FillRule rule) const override
     {
         const int mask = rule == Qt::WindingFill ? ~0 : 1;
@@ -720,31 +780,46 @@ private:
             const int column = std::max(static_cast<int>(x >> 16), m_left);
             if (column >= m_right)
                 continue;
-            if (m_windings.empty())
-                m_lists.add({row, column, winding});
-            else
-                m_windings[index(row, column)] += winding;
+            add({row, column, winding});
             m_extents[index(row)].add(column, column);
         }
     }
 
+    void add(const Entry &entry)
+    {
+        if (!m_windings.empty()) {
+            m_windings[index(entry.row, entry.column)] += entry.winding;
+            return;
+        }
+        m_lists.add(entry);
+        if (m_lists.entries().size() > area() / PIXELS_PER_ENTRY)
+            takeWindings();
+    }
+
+    void takeWindings()
+    {
+        m_windings.resize(area());
+        for (const Entry &entry : m_lists.entries())
+            m_windings[index(entry.row, entry.column)] += entry.winding;
+        m_lists.clear();
+    }
+
     QSize m_size;
-    std::vector<int> m_windings;
+    std::vector<int> m_windings; // none as long as there are lists
     RowLists<Entry> m_lists;
     bool m_isExact = true;
 };
 
-// As many edges as may pass the same pixel without an overflow of the sum of their areas.
-constexpr std::size_t MOST_EDGES_IN_SHORT_SUMS = 8000;
-
-std::unique_ptr<KelOutlineFiller::Part> partOf(const KelPixelOutline &outline, const QRect &part, const QSize &size,
-                                               KelOutlineFiller::Smoothness smoothness)
+std::unique_ptr<KelOutlineFiller::Part> createPart(const QRect &part, const QSize &size,
+                                                   KelOutlineFiller::Smoothness smoothness,
+                                                   KelOutlineFiller::Amount amount)
 {
     if (smoothness == KelOutlineFiller::Aliased)
-        return std::make_unique<AliasedPart>(outline, part, size);
-    if (outline.size() <= MOST_EDGES_IN_SHORT_SUMS)
-        return std::make_unique<AntialiasedPart<int>>(outline, part);
-    return std::make_unique<AntialiasedPart<std::int64_t>>(outline, part);
+        return std::make_unique<AliasedPart>(part, size);
+    // So few edges may all pass the same pixel without an overflow of the sum of their areas.
+    if (amount == KelOutlineFiller::Few)
+        return std::make_unique<AntialiasedPart<int>>(part);
+    return std::make_unique<AntialiasedPart<std::int64_t>>(part);
 }
 
 // As the raster painter makes it.
@@ -759,39 +834,50 @@ QRgb premultiplied(const QColor &color)
     return *reinterpret_cast<const QRgb *>(image.constBits());
 }
 
-// Lines of all directions, curves, and overlaps.
-QPainterPath trialPath()
+// Lines of all directions that cross each other.
+QPainterPath trialLine()
 {
     constexpr int STEPS = 40;
     QPainterPath line(QPointF(20, 20));
     for (int i = 1; i < STEPS; ++i)
         line.lineTo(25 + 1.1 * i * std::cos(i * 2.3), 22 + 0.9 * i * std::sin(i * 2.3));
-    QPen pen(Qt::black, 3.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-    return QPainterPathStroker(pen).createStroke(line);
+    return line;
 }
 
-bool fillsTrialAsQPainter(KelOutlineFiller::Smoothness smoothness)
+// Compares an outline that is filled here with what a QPainter paints.
+template<typename Paint>
+bool isPaintedAs(const QPainterPath &outline, KelOutlineFiller::Smoothness smoothness, const QColor &color, Paint paint)
 {
     const QSize size(48, 40);
-    const QColor color(200, 100, 30, 150);
     const QPointF offset(0.3, -0.7);
+    QImage expected(size, QImage::Format_ARGB32_Premultiplied);
+    expected.fill(QColor(10, 60, 90, 180));
+    QImage actual = expected.copy();
+
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::Antialiasing, smoothness == KelOutlineFiller::Antialiased);
+    painter.translate(offset);
+    paint(&painter);
+    painter.end();
+
+    const QRect whole(QPoint(), size);
+    KelOutlineFiller(KelPixelOutline(outline, offset, whole), whole, size, smoothness)
+        .paint(actual.bits(), actual.bytesPerLine(), color, outline.fillRule());
+    return actual == expected;
+}
+
+bool paintsTrialsAsQPainter(KelOutlineFiller::Smoothness smoothness)
+{
+    const QColor color(200, 100, 30, 150);
+    const QPen pen(color, 3.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    const QPainterPath line = trialLine();
+    QPainterPath outline = QPainterPathStroker(pen).createStroke(line);
+    outline.setFillRule(Qt::WindingFill);
+    if (!isPaintedAs(outline, smoothness, color, [&](QPainter *painter) { painter->strokePath(line, pen); }))
+        return false;
     for (const Qt::FillRule rule : {Qt::WindingFill, Qt::OddEvenFill}) {
-        QPainterPath path = trialPath();
-        path.setFillRule(rule);
-        QImage expected(size, QImage::Format_ARGB32_Premultiplied);
-        expected.fill(QColor(10, 60, 90, 180));
-        QImage actual = expected.copy();
-
-        QPainter painter(&expected);
-        painter.setRenderHint(QPainter::Antialiasing, smoothness == KelOutlineFiller::Antialiased);
-        painter.translate(offset);
-        painter.fillPath(path, color);
-        painter.end();
-
-        const QRect whole(QPoint(), size);
-        KelOutlineFiller(KelPixelOutline(path, offset, whole), whole, size, smoothness)
-            .paint(actual.bits(), actual.bytesPerLine(), color, rule);
-        if (actual != expected)
+        outline.setFillRule(rule);
+        if (!isPaintedAs(outline, smoothness, color, [&](QPainter *painter) { painter->fillPath(outline, color); }))
             return false;
     }
     return true;
@@ -799,26 +885,43 @@ bool fillsTrialAsQPainter(KelOutlineFiller::Smoothness smoothness)
 
 } // namespace
 
-KelOutlineFiller::KelOutlineFiller(const KelPixelOutline &outline, const QRect &part, const QSize &size,
-                                   Smoothness smoothness)
-    : m_part(partOf(outline, part & outline.pixels().adjusted(-2, 0, 2, 1), size, smoothness))
+KelOutlineFiller::KelOutlineFiller(const QRect &part, const QSize &size, Smoothness smoothness, Amount amount)
+    : m_part(createPart(part, size, smoothness, amount))
 {
 }
 
+KelOutlineFiller::KelOutlineFiller(const KelPixelOutline &outline, const QRect &part, const QSize &size,
+                                   Smoothness smoothness)
+    : KelOutlineFiller(part & outline.pixels().adjusted(-2, 0, 2, 1), size, smoothness,
+                       outline.size() <= MOST_OF_FEW ? Few : Many)
+{
+    add(outline);
+}
+
 KelOutlineFiller::~KelOutlineFiller() = default;
+
+void KelOutlineFiller::add(const KelPixelOutline &outline, Sign sign)
+{
+    m_part->add(outline, sign == Added ? 1 : -1);
+}
 
 bool KelOutlineFiller::isExact() const
 {
     return m_part->isExact();
 }
 
-void KelOutlineFiller::paint(uchar *bits, qsizetype bytesPerLine, const QColor &color, Qt::FillRule rule) const
+void KelOutlineFiller::paint(uchar *bits, qsizetype bytesPerLine, const QColor &color, Qt::FillRule rule)
 {
     m_part->paint(bits, bytesPerLine, premultiplied(color), rule);
 }
 
+std::size_t KelOutlineFiller::bytes() const
+{
+    return m_part->bytes();
+}
+
 bool KelOutlineFiller::paintsAsQPainter()
 {
-    static const bool result = fillsTrialAsQPainter(Antialiased) && fillsTrialAsQPainter(Aliased);
+    static const bool result = paintsTrialsAsQPainter(Antialiased) && paintsTrialsAsQPainter(Aliased);
     return result;
 }

@@ -10,19 +10,22 @@
 #include <QSize>
 #include <QtGlobal>
 
+#include <cstddef>
 #include <memory>
 
 class QColor;
 
-/// Fills an outline in a part of an image of premultiplied pixels, with the very pixels of QPainter.
+/// Fills outlines in a part of an image of premultiplied pixels, with the very pixels of QPainter.
 ///
 /// QPainter keeps a sorted list of touched pixels for each row and goes through it for every edge, so that its time
 /// grows faster than the outline. Here each pixel of the part has a place of its own, and the time grows with the length
-/// of the outline.
+/// of the outline. Memory is bounded by the part: what short outlines touch is kept in lists only as long as these are
+/// far smaller than the places.
 ///
 /// Why no pixel differs: both add up in integers, for each pixel, what each edge covers, and neither the order of the
 /// edges nor what lies elsewhere matters to a sum. What must be the same is where an edge enters and leaves each pixel,
-/// rounding included.
+/// rounding included. As it is a sum, an outline may come in pieces, and what two pieces have in common can be taken away
+/// again.
 ///
 /// Private to the library.
 class KelOutlineFiller
@@ -32,18 +35,33 @@ public:
     enum Smoothness { Antialiased,
                       Aliased };
 
-    /// Takes up what the outline covers in \a part, which lies in an image of \a size. The image is not touched.
+    /// Whether no more than MOST_OF_FEW points will be added, of which sums need less room.
+    enum Amount { Few,
+                  Many };
+    static constexpr std::size_t MOST_OF_FEW = 8000;
+
+    enum Sign { Added,
+                TakenAway };
+
+    /// For \a part, which lies in an image of \a size. The image is not touched before paint().
+    KelOutlineFiller(const QRect &part, const QSize &size, Smoothness smoothness, Amount amount);
+    /// The same with all of one outline; where it cannot be in \a part, there is no place for it.
     KelOutlineFiller(const KelPixelOutline &outline, const QRect &part, const QSize &size, Smoothness smoothness);
     ~KelOutlineFiller();
     Q_DISABLE_COPY_MOVE(KelOutlineFiller)
+
+    void add(const KelPixelOutline &outline, Sign sign = Added);
 
     /// False for outlines beyond the numbers that aliased painting can bear.
     [[nodiscard]] bool isExact() const;
 
     /// Paints a color over an image of the size given, whose first row begins at \a bits.
-    void paint(uchar *bits, qsizetype bytesPerLine, const QColor &color, Qt::FillRule rule) const;
+    void paint(uchar *bits, qsizetype bytesPerLine, const QColor &color, Qt::FillRule rule);
 
-    /// Whether the version of Qt that runs fills a small trial picture with the same pixels. Tried once.
+    /// The memory for what was added.
+    [[nodiscard]] std::size_t bytes() const;
+
+    /// Whether the version of Qt that runs fills and strokes small trial pictures with the same pixels. Tried once.
     [[nodiscard]] static bool paintsAsQPainter();
 
     class Part;

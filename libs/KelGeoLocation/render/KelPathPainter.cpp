@@ -3,7 +3,6 @@
 
 #include "KelPathPainter.h"
 
-#include "KelOutlineFiller.h"
 #include "KelPixelOutline.h"
 
 #include <KelConcurrent.h>
@@ -45,12 +44,23 @@ constexpr double MARGIN = 2.0;
 // join at the one before that.
 constexpr int CONTEXT = 2;
 
+// Segments that two pieces have in common: in the middle the ends of neither piece count. Those around a seam have some
+// more, as a choice where to cut.
+constexpr int COMMON = 2 * CONTEXT + 1;
+constexpr int SEAM_CONTEXT = COMMON + 4;
+
 // Half of where the rasterizer begins to cut paths, which moves their edges; it is nearer where pointers are short.
 constexpr double FARTHEST_COORDINATE = sizeof(void *) == 8 ? 4.0e6 : 1.6e4;
 
 // The painter has ways of its own for pens up to a pixel.
 constexpr double THINNEST_PEN = 1.01;
 constexpr double THICKEST_PEN = 2000.0;
+
+// Of rows and columns. Beyond, the right side of the image is no number of the aliased rasterizer any more.
+constexpr int LARGEST_SIZE = 32767;
+
+// Pixels. Memory for a stripe is some times that; only large images need more stripes for it.
+constexpr qint64 LARGEST_STRIPE = 4'000'000;
 
 struct Subpath
 {
@@ -140,167 +150,183 @@ bool touches(const QPointF &a, const QPointF &b, const QRectF &box)
 
 // ---- strokes --------------------------------------------------------------------------------------------------
 
-using Segments = std::vector<int>;
-
-// Sides of a box, clockwise.
-enum Side { Top,
-            Right,
-            Bottom,
-            Left };
-
-Side sideOf(const QPointF &outside, const QRectF &box)
+// Consecutive segments of one subpath.
+struct Run
 {
-    if (outside.y() < box.top())
-        return Top;
-    if (outside.x() > box.right())
-        return Right;
-    return outside.y() > box.bottom() ? Bottom : Left;
+    int first;
+    int last;
+
+    int count() const { return last - first + 1; }
+};
+
+using Runs = std::vector<Run>;
+
+void addRun(Runs *runs, const Run &run)
+{
+    if (!runs->empty() && run.first <= runs->back().last + 1)
+        runs->back().last = std::max(runs->back().last, run.last);
+    else
+        runs->push_back(run);
 }
 
-QPointF onSide(const QPointF &point, Side side, const QRectF &box)
+// The segments of a subpath that come near a box, with their context. Where the seam of a closed line comes near, they
+// begin and end with the segments around it.
+Runs runsNear(const QRectF &box, const std::vector<QPointF> &points, const Subpath &subpath)
 {
-    const double x = std::clamp(point.x(), box.left(), box.right());
-    const double y = std::clamp(point.y(), box.top(), box.bottom());
-    switch (side) {
-    case Top:
-        return QPointF(x, box.top());
-    case Right:
-        return QPointF(box.right(), y);
-    case Bottom:
-        return QPointF(x, box.bottom());
-    case Left:
-        break;
+    const int lastSegment = subpath.last - 1;
+    const auto isNear = [&](int segment) {
+        const QPointF *ends = points.data() + segment;
+        return touches(ends[0], ends[1], box);
+    };
+    Runs runs;
+    const bool seam = subpath.closed && (isNear(subpath.first) || isNear(lastSegment));
+    if (seam)
+        runs.push_back({subpath.first, std::min(subpath.first + SEAM_CONTEXT - 1, lastSegment)});
+    for (int i = subpath.first; i <= lastSegment; ++i) {
+        if (isNear(i))
+            addRun(&runs, {std::max(i - CONTEXT, subpath.first), std::min(i + CONTEXT, lastSegment)});
     }
-    return QPointF(box.left(), y);
+    if (seam)
+        addRun(&runs, {std::max(lastSegment - SEAM_CONTEXT + 1, subpath.first), lastSegment});
+    return runs;
 }
 
-QPointF cornerBehind(Side side, const QRectF &box)
+// Far enough from each other not to be taken for one by any rounding.
+bool areApart(const QPointF &a, const QPointF &b)
 {
-    switch (side) {
-    case Top:
-        return box.topRight();
-    case Right:
-        return box.bottomRight();
-    case Bottom:
-        return box.bottomLeft();
-    case Left:
-        break;
-    }
-    return box.topLeft();
+    return (a - b).manhattanLength() > 1e-3;
 }
 
-// Goes from the path's end, outside of the box, around the box to another point outside.
-void lineAround(QPainterPath *path, const QPointF &to, const QRectF &box)
-{
-    const QPointF from = path->currentPosition();
-    const QRectF way = grown(box, MARGIN);
-    const Side last = sideOf(to, box);
-    Side side = sideOf(from, box);
-    path->lineTo(onSide(from, side, way));
-    while (side != last) {
-        path->lineTo(cornerBehind(side, way));
-        side = static_cast<Side>((side + 1) % 4);
-    }
-    path->lineTo(onSide(to, last, way));
-    path->lineTo(to);
-}
-
-// The parts of the whole path that come near a box, as a path that looks the same in there.
-class PartialStroke
+// Cuts the parts of a line that come near a box into pieces and calls take(path, sign) for each.
+//
+// Where a line is cut, the outlines of both pieces would show ends. So both have some segments in common, and the outline
+// of these alone, which has the very same ends, is taken away again: what is left is the outline of the line that was
+// never cut. In the same way a closed line is cut out around its seam, where Qt paints a join: it is closed by a detour
+// right across, and the detour with the segments at its ends is taken away. Pieces must not end where they begin, because
+// Qt would close them.
+template<typename Take>
+class StrokePieces
 {
 public:
-    PartialStroke(const Polyline &polyline, const QRectF &box)
-        : m_polyline(polyline)
-        , m_box(box)
+    StrokePieces(const std::vector<QPointF> &points, int segmentsPerPiece, Take take)
+        : m_points(points)
+        , m_most(std::max(segmentsPerPiece, 2 * SEAM_CONTEXT))
+        , m_take(std::move(take))
     {
     }
 
-    QPainterPath path(const Segments &segments)
+    void add(const Subpath &subpath, Runs runs)
     {
-        auto segment = segments.begin();
-        for (const Subpath &subpath : m_polyline.subpaths) {
-            if (segment == segments.end())
-                break;
-            const auto end = std::lower_bound(segment, segments.end(), subpath.last);
-            if (segment != end)
-                addSubpath(subpath, segment, end);
-            segment = end;
+        if (runs.empty())
+            return;
+        const Run whole{subpath.first, subpath.last - 1};
+        const bool seam = subpath.closed && runs.front().first == whole.first && runs.back().last == whole.last;
+        if (seam && (whole.count() <= m_most || !cutOutSeam(whole, &runs))) {
+            addPath(&m_added, whole);
+            return;
         }
-        return m_path;
+        for (const Run &run : runs)
+            addOpen(run);
+    }
+
+    void finish()
+    {
+        pass(&m_added, KelOutlineFiller::Added);
+        pass(&m_takenAway, KelOutlineFiller::TakenAway);
+        m_count = 0;
     }
 
 private:
-    // First and last segment.
-    struct Run
-    {
-        int first;
-        int last;
-    };
+    const QPointF &point(int index) const { return m_points[static_cast<std::size_t>(index)]; }
+    const QPointF &begin(const Run &run) const { return point(run.first); }
+    const QPointF &end(const Run &run) const { return point(run.last + 1); }
+    bool isOpen(const Run &run) const { return areApart(begin(run), end(run)); }
 
-    void addSubpath(const Subpath &subpath, Segments::const_iterator begin, Segments::const_iterator end)
+    void pass(QPainterPath *path, KelOutlineFiller::Sign sign)
     {
-        const int lastSegment = subpath.last - 1;
-        m_runs.clear();
-        const bool seam = subpath.closed && (*begin == subpath.first || *(end - 1) == lastSegment);
-        if (seam)
-            m_runs.push_back({subpath.first, std::min(subpath.first + CONTEXT - 1, lastSegment)});
-        for (; begin != end; ++begin)
-            addRun({std::max(*begin - CONTEXT, subpath.first), std::min(*begin + CONTEXT, lastSegment)});
-        if (seam)
-            addRun({std::max(lastSegment - CONTEXT + 1, subpath.first), lastSegment});
-
-        // The seam of a closed line is painted with a join there, and between the same two lines. So the line stays
-        // closed, with a detour in place of its other parts.
-        const bool detour = seam && m_runs.size() > 1;
-        for (std::size_t i = detour ? 1 : 0; i + (detour ? 1 : 0) < m_runs.size(); ++i)
-            moveAlong(m_runs[i]);
-        if (detour) {
-            moveAlong(m_runs.front());
-            lineAround(&m_path, point(m_runs.back().first), m_box);
-            lineAlong(m_runs.back());
-        }
+        if (!path->isEmpty())
+            m_take(*path, sign);
+        path->clear();
     }
 
-    void addRun(const Run &run)
-    {
-        if (!m_runs.empty() && run.first <= m_runs.back().last + 1)
-            m_runs.back().last = std::max(m_runs.back().last, run.last);
-        else
-            m_runs.push_back(run);
-    }
-
-    void moveAlong(const Run &run)
-    {
-        m_path.moveTo(point(run.first));
-        lineAlong(run);
-    }
-
-    void lineAlong(const Run &run)
+    void lineAlong(QPainterPath *path, const Run &run)
     {
         for (int i = run.first; i <= run.last; ++i)
-            m_path.lineTo(point(i + 1));
+            path->lineTo(point(i + 1));
+        m_count += run.count();
     }
 
-    const QPointF &point(int index) const { return m_polyline.points[static_cast<std::size_t>(index)]; }
+    void addPath(QPainterPath *path, const Run &run)
+    {
+        path->moveTo(begin(run));
+        lineAlong(path, run);
+        if (m_count >= m_most)
+            finish();
+    }
 
-    const Polyline &m_polyline;
-    QRectF m_box;
-    QPainterPath m_path;
-    std::vector<Run> m_runs;
-};
+    void addDetour(QPainterPath *path, const Run &head, const Run &tail)
+    {
+        path->moveTo(begin(head));
+        lineAlong(path, head);
+        path->lineTo(begin(tail));
+        lineAlong(path, tail);
+    }
 
-Segments segmentsNear(const QRectF &box, const Polyline &polyline)
-{
-    Segments result;
-    for (const Subpath &subpath : polyline.subpaths) {
-        for (int i = subpath.first; i < subpath.last; ++i) {
-            const QPointF *points = polyline.points.data() + i;
-            if (touches(points[0], points[1], box))
-                result.push_back(i);
+    void addOpen(const Run &run)
+    {
+        Run rest = run;
+        while (rest.count() > m_most + COMMON) {
+            const std::optional<Run> common = commonSegments(rest);
+            if (!common)
+                break;
+            addPath(&m_added, {rest.first, common->last});
+            addPath(&m_takenAway, *common);
+            rest.first = common->first;
         }
+        addPath(&m_added, rest);
     }
-    return result;
-}
+
+    // Of a first piece and the rest of a run. None in lines that come back to their beginning all the time.
+    std::optional<Run> commonSegments(const Run &run) const
+    {
+        for (int last = run.first + m_most - 1; last < run.last; ++last) {
+            const Run common{last - COMMON + 1, last};
+            if (isOpen(common) && isOpen({run.first, last}) && isOpen({common.first, run.last}))
+                return common;
+        }
+        return std::nullopt;
+    }
+
+    // Adds the seam and leaves open runs. False, and nothing is added, where that cannot be.
+    bool cutOutSeam(const Run &whole, Runs *runs)
+    {
+        for (int more = 0; more < SEAM_CONTEXT - COMMON; ++more) {
+            // The way beyond the seam up to the detour, and that from the detour back to the seam.
+            const Run head{whole.first, whole.first + COMMON};
+            const Run tail{whole.last - COMMON - more, whole.last};
+            const Run headCommon{head.last - COMMON + 1, head.last};
+            const Run tailCommon{tail.first, tail.first + COMMON - 1};
+            Runs rest = *runs;
+            rest.front().first = headCommon.first;
+            rest.back().last = tailCommon.last;
+            if (!areApart(end(head), begin(tail)) || !areApart(begin(headCommon), end(tailCommon))
+                || !isOpen(rest.front()) || !isOpen(rest.back()))
+                continue;
+            addDetour(&m_added, head, tail);
+            addDetour(&m_takenAway, headCommon, tailCommon);
+            *runs = std::move(rest);
+            return true;
+        }
+        return false;
+    }
+
+    const std::vector<QPointF> &m_points;
+    int m_most;
+    Take m_take;
+    QPainterPath m_added;
+    QPainterPath m_takenAway;
+    int m_count = 0;
+};
 
 // Plain pens of the kind the renderers make.
 bool isRound(const QPen &pen)
@@ -327,74 +353,100 @@ bool hasCorner(const QPainterPath &path)
     return false;
 }
 
-// Stripes are painted in parallel and have whole rows.
-QList<QRect> stripesOf(const QSize &size)
+QRect pixelsOf(const QPainterPath &path, const QPointF &offset, double margin)
 {
-    const int most = std::max(1, size.height() / LEAST_ROWS);
-    const int count = std::min(most, STRIPES_PER_CORE * QThread::idealThreadCount());
-    QList<QRect> stripes;
-    for (const KelIntRange &rows : KelIntRange(0, size.height() - 1).splitEvenly(count))
-        stripes.append(QRect(QPoint(0, rows.min()), QPoint(size.width() - 1, rows.max())));
-    return stripes;
+    return grown(path.controlPointRect().translated(offset), margin).toAlignedRect();
 }
 
 } // namespace
 
-KelPathPainter::KelPathPainter(QImage *image, QPainter::RenderHints hints)
+KelPathPainter::KelPathPainter(QImage *image, QPainter::RenderHints hints, int segmentsPerPiece)
     : m_bits(image->bits())
     , m_size(image->size())
     , m_bytesPerLine(image->bytesPerLine())
-    , m_hints(hints)
+    , m_smoothness(hints.testFlag(QPainter::Antialiasing) ? KelOutlineFiller::Antialiased : KelOutlineFiller::Aliased)
+    , m_segmentsPerPiece(segmentsPerPiece)
 {
+}
+
+bool KelPathPainter::isPaintable(const QPainterPath &path, const QPointF &offset) const
+{
+    return m_size.width() <= LARGEST_SIZE && m_size.height() <= LARGEST_SIZE && isNear(path, offset)
+        && KelOutlineFiller::paintsAsQPainter();
+}
+
+// Stripes are painted in parallel and have whole rows.
+QList<QRect> KelPathPainter::stripes() const
+{
+    const qint64 pixels = qint64(m_size.width()) * m_size.height();
+    const int needed = static_cast<int>(pixels / LARGEST_STRIPE) + 1;
+    const int wanted = std::max(needed, STRIPES_PER_CORE * QThread::idealThreadCount());
+    const int most = std::max(1, m_size.height() / LEAST_ROWS);
+    QList<QRect> result;
+    for (const KelIntRange &rows : KelIntRange(0, m_size.height() - 1).splitEvenly(std::min(most, wanted)))
+        result.append(QRect(QPoint(0, rows.min()), QPoint(m_size.width() - 1, rows.max())));
+    return result;
 }
 
 bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPointF &offset)
 {
-    if (!isRound(pen) || !hasCorner(path) || !isNear(path, offset) || !KelOutlineFiller::paintsAsQPainter())
+    if (!isRound(pen) || !hasCorner(path) || !isPaintable(path, offset))
         return false;
     if (path.elementCount() < FEWEST_FOR_STRIPES) {
         const QRect whole(QPoint(), m_size);
         const KelPixelOutline outline(QPainterPathStroker(pen).createStroke(path), offset, whole);
-        return fillStripes(
-            {whole}, [&outline](const QRect &) -> const KelPixelOutline & { return outline; },
-            pen.color(), Qt::WindingFill);
+        const auto fillerIn = [&](const QRect &stripe) {
+            return std::make_shared<KelOutlineFiller>(outline, stripe, m_size, m_smoothness);
+        };
+        return fillStripes({whole}, fillerIn, pen.color(), Qt::WindingFill);
     }
     const std::optional<Polyline> polyline = polylineOf(path);
     if (!polyline)
         return false;
     const double reach = pen.widthF() / 2 + MARGIN;
-    const auto outlineIn = [&](const QRect &stripe) {
+    const QRect pixels = pixelsOf(path, offset, reach);
+    const auto fillerIn = [&](const QRect &stripe) {
+        const QRect part = stripe & pixels;
+        auto filler = std::make_shared<KelOutlineFiller>(part, m_size, m_smoothness, KelOutlineFiller::Many);
+        if (part.isEmpty())
+            return filler;
+        const QPainterPathStroker stroker(pen);
+        const auto take = [&](const QPainterPath &piece, KelOutlineFiller::Sign sign) {
+            filler->add(KelPixelOutline(stroker.createStroke(piece), offset, stripe), sign);
+        };
         const QRectF box = grown(QRectF(stripe).translated(-offset), reach);
-        const QPainterPath part = PartialStroke(*polyline, box).path(segmentsNear(box, *polyline));
-        return KelPixelOutline(QPainterPathStroker(pen).createStroke(part), offset, stripe);
+        StrokePieces pieces(polyline->points, m_segmentsPerPiece, take);
+        for (const Subpath &subpath : polyline->subpaths)
+            pieces.add(subpath, runsNear(box, polyline->points, subpath));
+        pieces.finish();
+        return filler;
     };
-    return fillStripes(stripesOf(m_size), outlineIn, pen.color(), Qt::WindingFill);
+    return fillStripes(stripes(), fillerIn, pen.color(), Qt::WindingFill);
 }
 
 bool KelPathPainter::fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset)
 {
-    if (brush.style() != Qt::SolidPattern || path.isEmpty() || !isNear(path, offset)
-        || !KelOutlineFiller::paintsAsQPainter())
+    if (brush.style() != Qt::SolidPattern || path.isEmpty() || !isPaintable(path, offset))
         return false;
     const QRect whole(QPoint(), m_size);
     const KelPixelOutline outline(path, offset, whole);
-    return fillStripes(
-        path.elementCount() < FEWEST_FOR_STRIPES ? QList<QRect>{whole} : stripesOf(m_size),
-        [&outline](const QRect &) -> const KelPixelOutline & { return outline; }, brush.color(),
-        path.fillRule());
+    const auto fillerIn = [&](const QRect &stripe) {
+        return std::make_shared<KelOutlineFiller>(outline, stripe, m_size, m_smoothness);
+    };
+    return fillStripes(path.elementCount() < FEWEST_FOR_STRIPES ? QList<QRect>{whole} : stripes(), fillerIn, brush.color(),
+                       path.fillRule());
 }
 
-template<typename OutlineIn>
-bool KelPathPainter::fillStripes(const QList<QRect> &stripes, OutlineIn outlineIn, const QColor &color,
-                                 Qt::FillRule rule)
+template<typename FillerIn>
+bool KelPathPainter::fillStripes(const QList<QRect> &stripes, FillerIn fillerIn, const QColor &color, Qt::FillRule rule)
 {
-    const auto smoothness =
-        m_hints.testFlag(QPainter::Antialiasing) ? KelOutlineFiller::Antialiased : KelOutlineFiller::Aliased;
-    const auto fillerOf = [&](const QRect &stripe) {
-        return std::make_shared<const KelOutlineFiller>(outlineIn(stripe), stripe, m_size, smoothness);
-    };
+    if (m_smoothness == KelOutlineFiller::Antialiased) {
+        KelConcurrent::blockingMap(
+            stripes, [&](const QRect &stripe) { fillerIn(stripe)->paint(m_bits, m_bytesPerLine, color, rule); });
+        return true;
+    }
     // Nothing is painted before it is known that all of it can be.
-    const auto fillers = KelConcurrent::blockingMapped(stripes, fillerOf);
+    const auto fillers = KelConcurrent::blockingMapped(stripes, fillerIn);
     if (!std::all_of(fillers.begin(), fillers.end(), [](const auto &filler) { return filler->isExact(); }))
         return false;
     KelConcurrent::blockingMap(fillers,

@@ -4,6 +4,8 @@
 #ifndef KELPATHPAINTER_H
 #define KELPATHPAINTER_H
 
+#include "KelOutlineFiller.h"
+
 #include <QImage>
 #include <QList>
 #include <QPainter>
@@ -21,33 +23,40 @@ class QPointF;
 ///
 /// Outlines of strokes are QPainter's own, those of long lines in stripes of rows: a stripe sees the part of the line
 /// that comes near it, with two more segments at each end, so that joins look at the same neighbours. What is painted
-/// in a stripe does not depend on edges elsewhere, as long as the outline stays closed.
+/// in a stripe does not depend on edges elsewhere, as long as the outline stays closed. Long parts are outlined piece by
+/// piece, so that memory is bounded by the picture, not by the outline, which takes hundreds of bytes for each segment.
 ///
 /// Private to the library. The painter keeps the image's memory: nothing else may copy or resize the image while the
 /// painter lives, but others may paint on it between two calls.
 class KelPathPainter
 {
 public:
+    static constexpr int SEGMENTS_PER_PIECE = 2000;
+
     /// \a image is not null, of premultiplied pixels, and shares its memory with no other. Of the hints, that for
-    /// antialiasing counts.
-    KelPathPainter(QImage *image, QPainter::RenderHints hints);
+    /// antialiasing counts. The pieces in which strokes are outlined (see above) change no pixel.
+    KelPathPainter(QImage *image, QPainter::RenderHints hints, int segmentsPerPiece = SEGMENTS_PER_PIECE);
 
     /// Paints what QPainter::strokePath() would, for a painter that is moved by \a offset. False, and nothing is
     /// painted, where that might look different: coordinates far away from the image, pens that are dashed, thin or not
-    /// round, paths of nothing but single lines, long paths with curves, versions of Qt that paint otherwise.
+    /// round, paths of nothing but single lines, long paths with curves, images with more than 32,767 rows or columns,
+    /// versions of Qt that paint otherwise.
     [[nodiscard]] bool stroke(const QPainterPath &path, const QPen &pen, const QPointF &offset);
 
     /// The same for QPainter::fillPath(), with plain colours.
     [[nodiscard]] bool fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset);
 
 private:
-    template<typename OutlineIn>
-    bool fillStripes(const QList<QRect> &stripes, OutlineIn outlineIn, const QColor &color, Qt::FillRule rule);
+    [[nodiscard]] bool isPaintable(const QPainterPath &path, const QPointF &offset) const;
+    [[nodiscard]] QList<QRect> stripes() const;
+    template<typename FillerIn>
+    bool fillStripes(const QList<QRect> &stripes, FillerIn fillerIn, const QColor &color, Qt::FillRule rule);
 
     uchar *m_bits;
     QSize m_size;
     qsizetype m_bytesPerLine;
-    QPainter::RenderHints m_hints;
+    KelOutlineFiller::Smoothness m_smoothness;
+    int m_segmentsPerPiece;
 };
 
 #endif
