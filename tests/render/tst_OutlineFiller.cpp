@@ -44,7 +44,7 @@ KelPixelOutline outlineOf(const QPainterPath &path, const QSize &size)
 QImage painted(KelOutlineFiller *filler, const QSize &size, Qt::FillRule rule)
 {
     QImage image = background(size);
-    filler->paint(image.bits(), image.bytesPerLine(), COLOR, rule);
+    filler->paint(image.bits(), image.bytesPerLine(), KelOutlineFiller::premultiplied(COLOR), rule);
     return image;
 }
 

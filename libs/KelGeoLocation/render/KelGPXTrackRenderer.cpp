@@ -360,10 +360,8 @@ QRectF areaOfMarker(const KelGPXTrackRenderer &renderer, const QPointF &center, 
 
 // Whether what is painted in that area can reach a pixel. Only images are asked: what other devices do with things
 // outside of their rectangle is their own affair (vector formats keep them).
-bool reachesThePicture(const QPainter &painter, const QRectF &area)
+bool reachesThePicture(const QPaintDevice *device, const QTransform &toDevice, const QRectF &area)
 {
-    const QPaintDevice *device = painter.device();
-    const QTransform toDevice = painter.deviceTransform();
     if (!device || device->devType() != QInternal::Image || !toDevice.isAffine())
         return true;
     const QRectF reached = grown(toDevice.mapRect(area), PIXELS_AROUND);
@@ -379,15 +377,18 @@ void forEachWorldCopy(const KelGPXTrackRenderer &renderer, QPainter *painter, co
 {
     const QPointF worldOffset = renderer.aroundTheWorldOffset();
     const KelIntRange shifts = renderer.visibleShifts(painter);
+    const QPaintDevice *device = painter->device();
+    const QTransform toDevice = painter->deviceTransform();
     for (int shift = shifts.min(); shift <= shifts.max(); ++shift) {
         // Without a usable world width there is still the world itself.
         const QPointF offset = shift == 0 ? QPointF() : worldOffset * shift;
         if (!std::isfinite(offset.x()) || !std::isfinite(offset.y()))
             continue;
+        if (!reachesThePicture(device, QTransform(toDevice).translate(offset.x(), offset.y()), area))
+            continue;
         painter->save();
         painter->translate(offset);
-        if (reachesThePicture(*painter, area))
-            draw(offset);
+        draw(offset);
         painter->restore();
     }
 }

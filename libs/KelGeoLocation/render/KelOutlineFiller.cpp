@@ -40,54 +40,69 @@ QRgb scaled(QRgb pixel, unsigned factor)
     return QRgb(bytes) | QRgb(bytes >> 24);
 }
 
-// Puts a color with so much transparency over pixels. Written so that compilers take many bytes at a time.
-constexpr int BLOCK = 8;
-using BlockBytes = std::array<uchar, BLOCK * sizeof(QRgb)>;
-
-void blendBlock(uchar *bytes, const BlockBytes &color, unsigned transparency)
+// Puts a premultiplied color over pixels. Written so that compilers take many bytes at a time.
+class Blender
 {
-    for (std::size_t i = 0; i < color.size(); ++i) {
-        const auto product = static_cast<std::uint16_t>(bytes[i] * transparency);
-        bytes[i] = static_cast<uchar>(color[i] + ((product + (product >> 8) + 0x80) >> 8));
+public:
+    explicit Blender(QRgb color)
+        : m_color(color)
+        , m_transparency(static_cast<unsigned>(OPAQUE - qAlpha(color)))
+    {
+        for (std::size_t i = 0; i < m_block.size(); i += sizeof(QRgb))
+            std::memcpy(m_block.data() + i, &color, sizeof(QRgb));
     }
-}
 
-void blend(QRgb *from, QRgb *to, QRgb color, unsigned transparency)
-{
-    if (to - from >= BLOCK) {
-        BlockBytes colors;
-        for (std::size_t i = 0; i < colors.size(); i += sizeof(QRgb))
-            std::memcpy(colors.data() + i, &color, sizeof(QRgb));
-        for (; to - from >= BLOCK; from += BLOCK)
-            blendBlock(reinterpret_cast<uchar *>(from), colors, transparency);
+    QRgb color() const { return m_color; }
+
+    void blend(QRgb *from, QRgb *to) const
+    {
+        if (m_transparency == 0) {
+            std::fill(from, to, m_color);
+            return;
+        }
+        for (; to - from >= PIXELS; from += PIXELS)
+            blendBlock(reinterpret_cast<uchar *>(from));
+        for (; from != to; ++from)
+            *from = m_color + scaled(*from, m_transparency);
     }
-    for (; from != to; ++from)
-        *from = color + scaled(*from, transparency);
-}
+
+private:
+    static constexpr int PIXELS = 4; // of a register that all processors have
+
+    void blendBlock(uchar *bytes) const
+    {
+        for (std::size_t i = 0; i < m_block.size(); ++i) {
+            const auto product = static_cast<std::uint16_t>(bytes[i] * m_transparency);
+            bytes[i] = static_cast<uchar>(m_block[i] + ((product + (product >> 8) + 0x80) >> 8));
+        }
+    }
+
+    QRgb m_color;
+    unsigned m_transparency;
+    std::array<uchar, PIXELS * sizeof(QRgb)> m_block;
+};
 
 // The part of the outline's color that shows where so much is covered, painted over a row of pixels.
 class RowPainter
 {
 public:
-    RowPainter(QRgb *row, QRgb color)
+    RowPainter(QRgb *row, const Blender &covered)
         : m_row(row)
-        , m_color(color)
+        , m_covered(covered)
     {
     }
 
     void paint(int from, int to, int coverage) const
     {
-        const QRgb color = coverage == OPAQUE ? m_color : scaled(m_color, static_cast<unsigned>(coverage));
-        const auto transparency = static_cast<unsigned>(OPAQUE - qAlpha(color));
-        if (transparency == 0)
-            std::fill(m_row + from, m_row + to, color);
+        if (coverage == OPAQUE)
+            m_covered.blend(m_row + from, m_row + to);
         else
-            blend(m_row + from, m_row + to, color, transparency);
+            Blender(scaled(m_covered.color(), static_cast<unsigned>(coverage))).blend(m_row + from, m_row + to);
     }
 
 private:
     QRgb *m_row;
-    QRgb m_color;
+    const Blender &m_covered;
 };
 
 // Paints neighbouring pixels of the same coverage at once.
@@ -281,10 +296,11 @@ public:
         if (area() == 0)
             return;
         prepareToPaint();
+        const Blender covered(color);
         for (int row = m_top; row < m_bottom; ++row) {
             const Extent &extent = m_extents[index(row)];
             if (extent.from < extent.to)
-                paintRow(row, extent, RowPainter(reinterpret_cast<QRgb *>(bits + row * bytesPerLine), color), rule);
+                paintRow(row, extent, RowPainter(reinterpret_cast<QRgb *>(bits + row * bytesPerLine), covered), rule);
         }
     }
 
@@ -822,18 +838,6 @@ std::unique_ptr<KelOutlineFiller::Part> createPart(const QRect &part, const QSiz
     return std::make_unique<AntialiasedPart<std::int64_t>>(part);
 }
 
-// As the raster painter makes it.
-QRgb premultiplied(const QColor &color)
-{
-    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainterPath everywhere(QPointF(-8, -8));
-    everywhere.lineTo(16, 0);
-    everywhere.lineTo(0, 16);
-    QPainter(&image).fillPath(everywhere, color);
-    return *reinterpret_cast<const QRgb *>(image.constBits());
-}
-
 // Lines of all directions that cross each other.
 QPainterPath trialLine()
 {
@@ -862,7 +866,7 @@ bool isPaintedAs(const QPainterPath &outline, KelOutlineFiller::Smoothness smoot
 
     const QRect whole(QPoint(), size);
     KelOutlineFiller(KelPixelOutline(outline, offset, whole), whole, size, smoothness)
-        .paint(actual.bits(), actual.bytesPerLine(), color, outline.fillRule());
+        .paint(actual.bits(), actual.bytesPerLine(), KelOutlineFiller::premultiplied(color), outline.fillRule());
     return actual == expected;
 }
 
@@ -910,9 +914,20 @@ bool KelOutlineFiller::isExact() const
     return m_part->isExact();
 }
 
-void KelOutlineFiller::paint(uchar *bits, qsizetype bytesPerLine, const QColor &color, Qt::FillRule rule)
+void KelOutlineFiller::paint(uchar *bits, qsizetype bytesPerLine, QRgb color, Qt::FillRule rule)
 {
-    m_part->paint(bits, bytesPerLine, premultiplied(color), rule);
+    m_part->paint(bits, bytesPerLine, color, rule);
+}
+
+QRgb KelOutlineFiller::premultiplied(const QColor &color)
+{
+    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainterPath everywhere(QPointF(-8, -8));
+    everywhere.lineTo(16, 0);
+    everywhere.lineTo(0, 16);
+    QPainter(&image).fillPath(everywhere, color);
+    return *reinterpret_cast<const QRgb *>(image.constBits());
 }
 
 std::size_t KelOutlineFiller::bytes() const

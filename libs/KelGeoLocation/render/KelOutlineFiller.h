@@ -7,6 +7,7 @@
 #include "KelPixelOutline.h"
 
 #include <QRect>
+#include <QRgb>
 #include <QSize>
 #include <QtGlobal>
 
@@ -55,8 +56,11 @@ public:
     /// False for outlines beyond the numbers that aliased painting can bear.
     [[nodiscard]] bool isExact() const;
 
-    /// Paints a color over an image of the size given, whose first row begins at \a bits.
-    void paint(uchar *bits, qsizetype bytesPerLine, const QColor &color, Qt::FillRule rule);
+    /// Paints a premultiplied color over an image of the size given, whose first row begins at \a bits.
+    void paint(uchar *bits, qsizetype bytesPerLine, QRgb color, Qt::FillRule rule);
+
+    /// As the raster painter makes it: by painting, which takes some microseconds.
+    [[nodiscard]] static QRgb premultiplied(const QColor &color);
 
     /// The memory for what was added.
     [[nodiscard]] std::size_t bytes() const;

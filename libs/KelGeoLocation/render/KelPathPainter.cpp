@@ -388,6 +388,16 @@ QList<QRect> KelPathPainter::stripes() const
     return result;
 }
 
+// Many tracks have the same color.
+QRgb KelPathPainter::premultiplied(const QColor &color)
+{
+    if (color != m_color) {
+        m_premultiplied = KelOutlineFiller::premultiplied(color);
+        m_color = color;
+    }
+    return m_premultiplied;
+}
+
 bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPointF &offset)
 {
     if (!isRound(pen) || !hasCorner(path) || !isPaintable(path, offset))
@@ -440,9 +450,10 @@ bool KelPathPainter::fill(const QPainterPath &path, const QBrush &brush, const Q
 template<typename FillerIn>
 bool KelPathPainter::fillStripes(const QList<QRect> &stripes, FillerIn fillerIn, const QColor &color, Qt::FillRule rule)
 {
+    const QRgb pixel = premultiplied(color);
     if (m_smoothness == KelOutlineFiller::Antialiased) {
         KelConcurrent::blockingMap(
-            stripes, [&](const QRect &stripe) { fillerIn(stripe)->paint(m_bits, m_bytesPerLine, color, rule); });
+            stripes, [&](const QRect &stripe) { fillerIn(stripe)->paint(m_bits, m_bytesPerLine, pixel, rule); });
         return true;
     }
     // Nothing is painted before it is known that all of it can be.
@@ -450,6 +461,6 @@ bool KelPathPainter::fillStripes(const QList<QRect> &stripes, FillerIn fillerIn,
     if (!std::all_of(fillers.begin(), fillers.end(), [](const auto &filler) { return filler->isExact(); }))
         return false;
     KelConcurrent::blockingMap(fillers,
-                               [&](const auto &filler) { filler->paint(m_bits, m_bytesPerLine, color, rule); });
+                               [&](const auto &filler) { filler->paint(m_bits, m_bytesPerLine, pixel, rule); });
     return true;
 }

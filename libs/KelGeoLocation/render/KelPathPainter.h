@@ -6,14 +6,15 @@
 
 #include "KelOutlineFiller.h"
 
+#include <QColor>
 #include <QImage>
 #include <QList>
 #include <QPainter>
 #include <QRect>
+#include <QRgb>
 #include <QSize>
 
 class QBrush;
-class QColor;
 class QPainterPath;
 class QPen;
 class QPointF;
@@ -49,6 +50,7 @@ public:
 private:
     [[nodiscard]] bool isPaintable(const QPainterPath &path, const QPointF &offset) const;
     [[nodiscard]] QList<QRect> stripes() const;
+    [[nodiscard]] QRgb premultiplied(const QColor &color);
     template<typename FillerIn>
     bool fillStripes(const QList<QRect> &stripes, FillerIn fillerIn, const QColor &color, Qt::FillRule rule);
 
@@ -57,6 +59,8 @@ private:
     qsizetype m_bytesPerLine;
     KelOutlineFiller::Smoothness m_smoothness;
     int m_segmentsPerPiece;
+    QColor m_color; // the last one
+    QRgb m_premultiplied = 0;
 };
 
 #endif
