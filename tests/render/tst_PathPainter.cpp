@@ -437,7 +437,7 @@ void tst_PathPainter::seamOfAClosedLine()
 void tst_PathPainter::piecesOfLinesThatComeBack_data()
 {
     QTest::addColumn<int>("period");
-    for (const int period : {2, 3, 4, 5, 6, 7, 10, 19})
+    for (const int period : {2, 3, 5, 6, 10, 19})
         QTest::addRow("every %d points", period) << period;
 }
 
@@ -445,7 +445,7 @@ void tst_PathPainter::piecesOfLinesThatComeBack_data()
 void tst_PathPainter::piecesOfLinesThatComeBack()
 {
     QFETCH(int, period);
-    for (const int points : {300, 301, 302, 303, 600}) {
+    for (const int points : {300, 301, 307}) {
         for (const bool closed : {false, true}) {
             QPainterPath path(QPointF(20, 20));
             for (int i = 1; i < points; ++i) {
@@ -454,15 +454,12 @@ void tst_PathPainter::piecesOfLinesThatComeBack()
             }
             if (closed)
                 path.closeSubpath();
-            for (const bool antialiased : {true, false}) {
-                const Scene scene{QSize(80, 60), path, roundPen(3.5), QBrush(Qt::green), QPointF(), antialiased};
-                int strokes = 0;
-                int fills = 0;
-                for (const int seed : {0, 1, 11, 31}) // other pieces
-                    compare(scene, seed, &strokes, &fills);
-                if (QTest::currentTestFailed())
-                    return;
-                QCOMPARE(strokes, 4);
+            const Scene scene{QSize(80, 60), path, roundPen(3.5), QBrush(), QPointF(), points % 2 == 0};
+            const QImage expected = plainStroke(scene);
+            for (const int segments : {18, 19, 24, 100}) {
+                QImage actual = blank(scene);
+                QVERIFY(KelPathPainter(&actual, hints(scene), segments).stroke(path, scene.pen, scene.offset));
+                QVERIFY2(actual == expected, qPrintable(firstDifference(actual, expected)));
             }
         }
     }
