@@ -325,6 +325,7 @@ void tst_SharedStores::theFolderVanishesWhileOneWaitsForIt()
         QCOMPARE(waitFor(waiting).code, 0);
         auto result = KelSelectionFile::Result::Malformed;
         QVERIFY(load(name, &result) == selection("AB"));
+        QCOMPARE(filesIn(path("trip.tracks")).size(), 2); // and not in the document
         QVERIFY(QDir(path("trip.tracks")).removeRecursively());
         QVERIFY(QFile::remove(name));
     }
