@@ -15,6 +15,8 @@
 #include <thread>
 #include <vector>
 
+Q_DECLARE_METATYPE(std::shared_ptr<const KelGPXTrackElement>)
+
 /// Values and tables that many threads use at the same time. Most of what this shows, it shows under ThreadSanitizer.
 class tst_SharedValues : public QObject
 {
@@ -179,8 +181,6 @@ void tst_SharedValues::aProjectionThatThrowsReachesEachCaller()
     QCOMPARE(here, 1);
     QCOMPARE(thrown, std::vector<int>(THREADS, 1));
 }
-
-Q_DECLARE_METATYPE(std::shared_ptr<const KelGPXTrackElement>)
 
 QTEST_MAIN(tst_SharedValues)
 #include "tst_SharedValues.moc"
