@@ -9,6 +9,7 @@
 
 #include <KelGPXTrackSmoothing.h>
 #include <KelIntRange.h>
+#include <KelTestSupport.h>
 
 #include <QtTest>
 
@@ -29,13 +30,6 @@ namespace
 
 constexpr int RANDOM_CASES = 20000;
 constexpr int SMOOTHING_OFF = 100;
-
-int fromEnvironment(const char *name, int otherwise)
-{
-    bool ok = false;
-    const int value = qEnvironmentVariableIntValue(name, &ok);
-    return ok ? value : otherwise;
-}
 
 /// Beyond what painter paths take.
 bool isOutOfReach(const QPointF &point)
@@ -248,8 +242,8 @@ void tst_PathBuilding::compare(const KelGPXTrack &track, Random *random, int see
 
 void tst_PathBuilding::randomTracks()
 {
-    const int first = fromEnvironment("KEL_RANDOM_SEED", 1);
-    const int cases = fromEnvironment("KEL_RANDOM_CASES", RANDOM_CASES);
+    const int first = int(KelTestSupport::randomSeed(1));
+    const int cases = KelTestSupport::randomCases(RANDOM_CASES);
     m_lines = 0;
     for (int seed = first; seed < first + cases; ++seed) {
         Random random(seed);

@@ -9,6 +9,7 @@
 #include "KelRenderTestSupport.h"
 
 #include <KelMemoryLimit.h>
+#include <KelTestSupport.h>
 
 #include <QColorSpace>
 #include <QRegularExpression>
@@ -22,18 +23,7 @@ using namespace KelRenderTest;
 namespace
 {
 
-#ifdef __SANITIZE_ADDRESS__
-constexpr int RANDOM_CASES = 300;
-#else
 constexpr int RANDOM_CASES = 2000;
-#endif
-
-int fromEnvironment(const char *name, int otherwise)
-{
-    bool ok = false;
-    const int value = qEnvironmentVariableIntValue(name, &ok);
-    return ok ? value : otherwise;
-}
 
 class Random
 {
@@ -180,8 +170,8 @@ private Q_SLOTS:
 
 void tst_RenderingExactly::randomSelections()
 {
-    const int first = fromEnvironment("KEL_RANDOM_SEED", 1);
-    const int cases = fromEnvironment("KEL_RANDOM_CASES", RANDOM_CASES);
+    const int first = int(KelTestSupport::randomSeed(1));
+    const int cases = KelTestSupport::randomCases(RANDOM_CASES);
     int painted = 0;
     for (int seed = first; seed < first + cases; ++seed) {
         Random random(seed);
@@ -348,7 +338,8 @@ void tst_RenderingExactly::overPicturesThatCannotBePaintedOn()
 void tst_RenderingExactly::randomStrokesOverPictures()
 {
     int painted = 0;
-    for (int seed = 1; seed <= RANDOM_CASES / 4; ++seed) {
+    const int cases = KelTestSupport::randomCases(RANDOM_CASES / 4);
+    for (int seed = 1; seed <= cases; ++seed) {
         Random random(seed);
         const KelGPXTrackSelection selection = random.selection();
         const LinearRenderer renderer = random.renderer(selection);
@@ -376,7 +367,7 @@ void tst_RenderingExactly::randomStrokesOverPictures()
         QVERIFY2(difference.isEmpty(), qPrintable(QStringLiteral("Seed %1: ").arg(seed) + difference));
         painted += actual != before ? 1 : 0;
     }
-    QVERIFY(painted > RANDOM_CASES / 32);
+    QVERIFY(painted > cases / 8);
 }
 
 // More than any computer can address.
