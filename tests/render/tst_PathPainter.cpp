@@ -256,6 +256,7 @@ private Q_SLOTS:
     void seamOfAClosedLine();
     void piecesOfLinesThatComeBack_data();
     void piecesOfLinesThatComeBack();
+    void colorsOneAfterTheOther();
     void largePictures_data();
     void largePictures();
     void memoryDoesNotGrowWithTheOutline();
@@ -452,6 +453,36 @@ void tst_PathPainter::piecesOfLinesThatComeBack()
                 QVERIFY2(actual == expected, qPrintable(firstDifference(actual, expected)));
             }
         }
+    }
+}
+
+// An invalid colour paints as QPainter takes it, be it the first or a later one.
+void tst_PathPainter::colorsOneAfterTheOther()
+{
+    const QPainterPath path = zigzag(50);
+    Scene scene{QSize(100, 100), path, roundPen(4), QBrush(), QPointF(), true};
+    const QList<QColor> colors{QColor(), QColor(Qt::red), QColor(), QColor(255, 0, 0, 254), QColor(0, 0, 0, 0), QColor(Qt::red)};
+    QImage stroked = blank(scene);
+    QImage filled = blank(scene);
+    KelPathPainter strokePainter(&stroked, hints(scene));
+    KelPathPainter fillPainter(&filled, hints(scene));
+    QImage expectedStroke = blank(scene);
+    QImage expectedFill = blank(scene);
+    for (const QColor &color : colors) {
+        scene.pen.setColor(color);
+        scene.brush = QBrush(color);
+        QVERIFY(strokePainter.stroke(path, scene.pen, scene.offset));
+        QVERIFY(fillPainter.fill(path, scene.brush, scene.offset));
+        for (QImage *image : {&expectedStroke, &expectedFill}) {
+            QPainter painter(image);
+            painter.setRenderHints(hints(scene));
+            if (image == &expectedStroke)
+                painter.strokePath(path, scene.pen);
+            else
+                painter.fillPath(path, scene.brush);
+        }
+        QVERIFY2(stroked == expectedStroke, qPrintable(color.name(QColor::HexArgb) + firstDifference(stroked, expectedStroke)));
+        QVERIFY2(filled == expectedFill, qPrintable(color.name(QColor::HexArgb) + firstDifference(filled, expectedFill)));
     }
 }
 

@@ -391,9 +391,9 @@ QList<QRect> KelPathPainter::stripes() const
 // Many tracks have the same color.
 QRgb KelPathPainter::premultiplied(const QColor &color)
 {
-    if (color != m_color) {
+    if (m_color != color.rgba64()) {
         m_premultiplied = KelOutlineFiller::premultiplied(color);
-        m_color = color;
+        m_color = color.rgba64();
     }
     return m_premultiplied;
 }

@@ -12,7 +12,10 @@
 #include <QPainter>
 #include <QRect>
 #include <QRgb>
+#include <QRgba64>
 #include <QSize>
+
+#include <optional>
 
 class QBrush;
 class QPainterPath;
@@ -25,7 +28,8 @@ class QPointF;
 /// Outlines of strokes are QPainter's own, those of long lines in stripes of rows: a stripe sees the part of the line
 /// that comes near it, with two more segments at each end, so that joins look at the same neighbours. What is painted
 /// in a stripe does not depend on edges elsewhere, as long as the outline stays closed. Long parts are outlined piece by
-/// piece, so that memory is bounded by the picture, not by the outline, which takes hundreds of bytes for each segment.
+/// piece, so that memory is bounded by the picture, not by the outline, which takes hundreds of bytes for each segment;
+/// outlines of areas, and lines that come back to the same points all the time, are held whole.
 ///
 /// Private to the library. The painter keeps the image's memory: nothing else may copy or resize the image while the
 /// painter lives, but others may paint on it between two calls.
@@ -59,7 +63,7 @@ private:
     qsizetype m_bytesPerLine;
     KelOutlineFiller::Smoothness m_smoothness;
     int m_segmentsPerPiece;
-    QColor m_color; // the last one
+    std::optional<QRgba64> m_color; // the last one
     QRgb m_premultiplied = 0;
 };
 
