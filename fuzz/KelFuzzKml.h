@@ -6,12 +6,12 @@
 
 #include "KelFuzz.h"
 
-#include <KelErrorHistory.h>
-#include <KelXMLLoader.h>
-#include <KelXMLLongTexts.h>
+#include <KelRecordedXML.h>
+#include <KelXMLMarkedText.h>
 
 #include <QDomDocument>
 #include <QString>
+#include <QStringList>
 
 namespace KelFuzz
 {
@@ -19,20 +19,17 @@ namespace KelFuzz
 /// Texts of that length are read in a way of their own, which short inputs would hardly ever see.
 inline QString longCoordinates()
 {
-    return QStringLiteral("8.5,47.3,412 -8.25,-47.125\n").repeated(1 + KelXMLLongTexts::MINIMUM_LENGTH / 27);
+    return QStringLiteral("8.5,47.3,412 -8.25,-47.125\n").repeated(1 + KelXMLMarkedText::MINIMUM_LENGTH / 27);
 }
 
-/// The tree of a text, which must be the same whether long texts are taken out before or not.
+/// The tree of a text, of which a text reader must hand over all elements and texts, or report the same error.
 inline QDomDocument tree(const QString &text)
 {
-    KelErrorHistory errors;
     QDomDocument document;
-    const bool isWellFormed = KelXMLLoader::setContent(document, text, &errors);
-    KelErrorHistory fastErrors;
-    QDomDocument fast;
-    check(KelXMLLongTexts::setContent(fast, text, &fastErrors) == isWellFormed, "long texts change nothing about well-formedness");
-    compare(fast.toString(-1), document.toString(-1), "long texts change nothing about the tree");
-    compare(fastErrors.last().toString(), errors.last().toString(), "long texts change nothing about errors");
+    const QStringList expected = KelRecordedXML::linesOfTree(text, &document);
+    const KelRecordedXML recorded(text);
+    compare(recorded.lines(), expected, "a text reader hands over what the tree has");
+    check(recorded.textsStay(), "texts that stay lie in the document");
     return document;
 }
 

@@ -13,7 +13,7 @@ cd "$(dirname "$0")/.."
 
 build=build/coverage
 sources=(
-    libs/KelCore/KelFileHandler.cpp libs/KelXML/KelXMLLongTexts.cpp
+    libs/KelCore/KelFileHandler.cpp libs/KelXML/KelXMLTextReader.cpp libs/KelXML/KelXMLMarkedText.cpp
     libs/KelXML/KelXMLLoader.cpp libs/KelXML/KelXMLParser.cpp libs/KelXML/KelXMLConversion.cpp libs/KelXML/KelXMLCursor.cpp
     libs/KelXML/KelXMLDomCursor.cpp libs/KelXML/KelXMLStreamCursor.cpp libs/KelXML/KelXMLPlainCursor.cpp
     libs/KelXML/KelXMLBuilder.cpp libs/KelXML/KelXMLSerializer.cpp libs/KelXML/KelErrorHistory.cpp libs/KelXML/KelZIP.cpp
@@ -32,7 +32,7 @@ sources=(
     libs/KelGeoLocation/selection/KelGPXTrackSelection.cpp
     libs/KelGeoLocation/import/KelTrackSelectionFactoryFile.cpp
     libs/KelGeoLocation/import/KelTrackSelectionFactoryGPXFile.cpp
-    libs/KelGeoLocation/import/KelTrackSelectionFactoryKmlFile.cpp
+    libs/KelGeoLocation/import/KelTrackSelectionFactoryKmlFile.cpp libs/KelGeoLocation/import/KelKMLReader.cpp
 )
 # Readers that came later are found by their names.
 for source in libs/KelXML/KelXML*Gate*.cpp libs/KelXML/KelXMLScan*.cpp libs/KelGeoLocation/track/KelGPXTuple*.cpp; do
@@ -41,8 +41,8 @@ done
 
 topics=(gpx compact_points numbers coordinates kml kmz configuration texts keys renderer)
 tests=(
-    tst_KelXMLLoader tst_KelXMLParser tst_KelXMLConversion tst_KelXMLCursor tst_KelXMLPlainCursor tst_KelXMLBuilder tst_KelZIP
-    tst_KelErrorHistory tst_KelPenStyle tst_KelEnumToStringTable tst_KelGeoArc tst_KelLatitude tst_KelLongitude
+    tst_KelXMLLoader tst_KelXMLParser tst_KelXMLTextReader tst_KelXMLConversion tst_KelXMLCursor tst_KelXMLPlainCursor
+    tst_KelXMLBuilder tst_KelZIP tst_KelErrorHistory tst_KelPenStyle tst_KelEnumToStringTable tst_KelGeoArc tst_KelLatitude tst_KelLongitude
     tst_KelGeoPosition tst_KelLatitudeRange tst_KelLongitudeRange tst_KelGeoPositionRect tst_KelGPXTrackShape
     tst_KelGPXTrackDisplayOptions tst_KelGPXReader tst_KelGPXTrackPoint tst_KelGPXTrackSegment tst_KelGPXTrack
     tst_KelGPXTrackFile tst_KelGPXTrackConfiguration tst_KelGPXTrackConfigurationKml tst_KelGPXTrackStyleList

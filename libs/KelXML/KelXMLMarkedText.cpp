@@ -3,8 +3,6 @@
 
 #include "KelXMLMarkedText.h"
 
-#include <KelXMLLongTexts.h>
-
 #include <algorithm>
 #include <array>
 
@@ -131,7 +129,7 @@ private:
         const bool blank = m_at == m_end || !isPlain(*m_at);
         skipPlain();
         // The parser drops blank texts, which it would not do with what stands for them.
-        if (m_at != m_end && *m_at == u'<' && !blank && m_at - begin >= KelXMLLongTexts::MINIMUM_LENGTH)
+        if (m_at != m_end && *m_at == u'<' && !blank && m_at - begin >= KelXMLMarkedText::MINIMUM_LENGTH)
             texts.append(QStringView(begin, m_at));
     }
 

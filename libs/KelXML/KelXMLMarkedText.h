@@ -17,6 +17,9 @@
 class KelXMLMarkedText
 {
 public:
+    /// Shorter texts stay where they are.
+    static constexpr int MINIMUM_LENGTH = 256;
+
     explicit KelXMLMarkedText(const QString &xml);
 
     /// Whether anything was taken out; if not, there is no marked document.

@@ -14,7 +14,9 @@ class QString;
 /// every element, whatever it is. For rules that look at several places at a time; those that only go forward are written
 /// against a KelXMLCursor.
 ///
-/// Long plain texts are not looked at, see KelXMLLongTexts: they are handed over where they lie.
+/// Qt's parser looks at each character of a text in turn, several times. Here long plain texts, such as the coordinates of a
+/// KML file, are taken out before, and handed over where they lie. Where anything is in doubt, and after any error, the whole
+/// document is parsed as it is.
 class KELXML_EXPORT KelXMLTextReader
 {
 public:
