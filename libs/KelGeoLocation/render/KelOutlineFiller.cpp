@@ -27,7 +27,8 @@ namespace
 
 using Point = KelPixelOutline::Point;
 
-constexpr int OPAQUE = 255;
+// Of a pixel that is wholly covered, and of an opaque color.
+constexpr int FULL_COVERAGE = 255;
 
 // ---- colours --------------------------------------------------------------------------------------------------
 
@@ -46,7 +47,7 @@ class Blender
 public:
     explicit Blender(QRgb color)
         : m_color(color)
-        , m_transparency(static_cast<unsigned>(OPAQUE - qAlpha(color)))
+        , m_transparency(static_cast<unsigned>(FULL_COVERAGE - qAlpha(color)))
     {
         for (std::size_t i = 0; i < m_block.size(); i += sizeof(QRgb))
             std::memcpy(m_block.data() + i, &color, sizeof(QRgb));
@@ -94,7 +95,7 @@ public:
 
     void paint(int from, int to, int coverage) const
     {
-        if (coverage == OPAQUE)
+        if (coverage == FULL_COVERAGE)
             m_covered.blend(m_row + from, m_row + to);
         else
             Blender(scaled(m_covered.color(), static_cast<unsigned>(coverage))).blend(m_row + from, m_row + to);
@@ -428,7 +429,7 @@ private:
             if (coverage > ONE)
                 coverage = 2 * ONE - coverage;
         }
-        return static_cast<int>(std::min<Area>(coverage, OPAQUE));
+        return static_cast<int>(std::min<Area>(coverage, FULL_COVERAGE));
     }
 
     void addLine(const Point &from, const Point &to)
@@ -663,7 +664,7 @@ protected:
         int winding = 0;
         const auto add = [&](int column, int more) {
             winding += more;
-            run.setCoverage(column, (winding & mask) != 0 ? OPAQUE : 0);
+            run.setCoverage(column, (winding & mask) != 0 ? FULL_COVERAGE : 0);
         };
         if (m_windings.empty()) {
             for (const Entry &entry : m_lists.row(row))

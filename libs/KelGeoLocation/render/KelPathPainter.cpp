@@ -38,7 +38,7 @@ constexpr int STRIPES_PER_CORE = 2;
 constexpr int LEAST_ROWS = 16;
 
 // Pixels; more than rounding and the roundness of joins add to half a pen's width.
-constexpr double MARGIN = 2.0;
+constexpr double PEN_MARGIN = 2.0;
 
 // Segments before and behind those near a stripe. A join looks at the line before it, and where lines meet without a
 // join at the one before that.
@@ -413,7 +413,7 @@ bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPo
     const std::optional<Polyline> polyline = polylineOf(path);
     if (!polyline)
         return false;
-    const double reach = pen.widthF() / 2 + MARGIN;
+    const double reach = pen.widthF() / 2 + PEN_MARGIN;
     const QRect pixels = pixelsOf(path, offset, reach);
     const auto fillerIn = [&](const QRect &stripe) {
         const QRect part = stripe & pixels;
