@@ -4,7 +4,7 @@
 #include "KelSelectionFile.h"
 
 #include <KelErrorHistory.h>
-#include <KelGPXConfiguredTrack.h>
+#include <KelGPXConfiguredTrackList.h>
 #include <KelGPXTrackFileRegistry.h>
 #include <KelXMLBuilder.h>
 #include <KelXMLLoader.h>
@@ -19,7 +19,9 @@
 #include <QMutexLocker>
 #include <QThread>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <optional>
 
 #include <fcntl.h>
@@ -30,16 +32,17 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 60000;
-constexpr int READERS_PATIENCE_MS = 5000; // then better to read what is there than nothing
+constexpr std::chrono::milliseconds READERS_PATIENCE(5000); // then better to read what is there than nothing
 constexpr int RETRY_MS = 10;
 constexpr int ATTEMPTS = 100;
 // Of a selection's track files, with repetitions.
 constexpr qint64 MOST_TIMES = 10;
-constexpr qint64 BYTES_AT_LEAST = 100'000'000;
+constexpr qint64 BYTES_AT_LEAST = 10'000'000;
 
 const QString ROOT = QStringLiteral("kelTracks");
 const QString SELECTION = QStringLiteral("gpxtrack");
+// Rows, in the order in which the library reads them; the first is the former name.
+const QStringList ROWS = {QStringLiteral("locationTrack"), QStringLiteral("configuredTrack")};
 const QString INCLUDE = QStringLiteral("include");
 const QString TRACK = QStringLiteral("trk");
 
@@ -97,6 +100,20 @@ QString foreignName(const QDomElement &root)
     return QString();
 }
 
+/// Whether a row holds anything beside the name of its file. It would be another track than the file's: thousands of
+/// them, all of one size, are what the registry finds slowly. Nothing that was saved here looks like that. Rows without the
+/// name of a file hold what they like: they are not registered when they are read.
+bool hasMoreThanNames(const QDomElement &root)
+{
+    const QDomElement selection = root.firstChildElement(SELECTION);
+    for (QDomElement row = selection.firstChildElement(); !row.isNull(); row = row.nextSiblingElement()) {
+        const QDomElement include = includeOf(row);
+        if (!include.previousSiblingElement().isNull() || !include.nextSiblingElement().isNull())
+            return true;
+    }
+    return false;
+}
+
 QSet<QString> filesIn(const QDir &dir)
 {
     const QStringList names = dir.entryList(QDir::Files);
@@ -106,6 +123,9 @@ QSet<QString> filesIn(const QDir &dir)
 /// Keeps other processes, and other threads, from changing the store. The folder itself is locked: that needs no room on
 /// the disk and no right to write, leaves nothing behind, and ends with the process. Where folders cannot be locked, as
 /// on some network drives, everybody goes ahead.
+///
+/// Who waits asks again and again: readers that follow each other closely may keep one who wants to change the store waiting
+/// until he gives up, and so does a reader that was stopped.
 class StoreLock
 {
 public:
@@ -114,15 +134,18 @@ public:
         Change = LOCK_EX
     };
 
-    StoreLock(const QDir &store, Kind kind)
+    StoreLock(const QDir &store, Kind kind, std::chrono::milliseconds patience)
     {
-        QDeadlineTimer patience(kind == Read ? READERS_PATIENCE_MS : PATIENCE_MS);
-        // Who had the lock before may have removed the folder, which was empty: then it is no lock of the store's.
-        do {
+        const QDeadlineTimer deadline(patience);
+        // Who had the lock before may have removed the folder, which was empty: then it is no lock of the store's. Where
+        // a folder never looks like itself, as on some network drives, the last one has to do.
+        for (int i = 0; i < ATTEMPTS; ++i) {
             close();
             m_folder = ::open(QFile::encodeName(store.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-            lock(kind, patience);
-        } while (m_folder >= 0 && !m_isOthers && !isStillAt(store));
+            lock(kind, deadline);
+            if (m_folder < 0 || m_isOthers || isStillAt(store))
+                return;
+        }
     }
     ~StoreLock() { close(); }
     Q_DISABLE_COPY_MOVE(StoreLock)
@@ -133,12 +156,12 @@ public:
     [[nodiscard]] bool isNobodys() const { return m_folder < 0; }
 
 private:
-    void lock(Kind kind, const QDeadlineTimer &patience)
+    void lock(Kind kind, const QDeadlineTimer &deadline)
     {
         while (m_folder >= 0 && ::flock(m_folder, kind | LOCK_NB) != 0) {
             if (errno != EWOULDBLOCK)
                 break;
-            m_isOthers = patience.hasExpired();
+            m_isOthers = deadline.hasExpired();
             if (m_isOthers)
                 break;
             QThread::msleep(RETRY_MS);
@@ -230,7 +253,7 @@ KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection,
                     QStringLiteral("the selection cannot be read: %1").arg(opened.errorString()), errors);
     }
     // Between a document and the tracks that it names nobody may save: what is read is the former state or the new one.
-    const StoreLock lock(m_store, StoreLock::Read);
+    const StoreLock lock(m_store, StoreLock::Read, std::min(m_patience, READERS_PATIENCE));
     KelErrorHistory reasons;
     const QDomElement root = KelXMLLoader::loadDocumentElement(file, &reasons);
     if (root.isNull() || root.firstChildElement(SELECTION).isNull()) {
@@ -241,27 +264,21 @@ KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection,
         errors.add(entry);
         return Result::Malformed;
     }
-    const QString foreign = foreignName(root);
-    if (!foreign.isNull()) {
-        return fail(Result::Malformed,
-                    QStringLiteral("it names a file that is none of its own: \"%1\"; its tracks have to lie in the folder %2")
-                        .arg(foreign, m_store.dirName()),
-                    errors);
-    }
+    const QString objection = objectionTo(root);
+    if (!objection.isNull())
+        return fail(Result::Malformed, objection, errors);
     const QStringList names = trackFiles(root);
-    if (areNamedTooOften(names))
-        return fail(Result::Malformed, QStringLiteral("its rows name the same track files far too often"), errors);
     for (const QString &name : names)
         KnownFiles::remember(m_store.filePath(name));
     const QStringList missing = unreadable(names);
     for (const QString &name : missing) {
         fail(Result::Unreadable,
-             QStringLiteral("its track file %1 is missing or damaged; keep the folder %2 beside it")
+             QStringLiteral("its track file %1 is missing, damaged or a link; keep the folder %2 beside it")
                  .arg(m_store.filePath(name), m_store.dirName()),
              errors);
     }
     const ElsewhereThan guard(m_store);
-    KelGPXTrackSelection stored(root, m_store, QString());
+    KelGPXTrackSelection stored = read(root, QSet<QString>(missing.cbegin(), missing.cend()));
     for (int row = missing.isEmpty() ? -1 : stored.count() - 1; row >= 0; --row) {
         if (stored.value(row).track().countPoints() == 0)
             stored.removeAt(row);
@@ -283,16 +300,16 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
     for (int i = 0; i < ATTEMPTS && (!lock || lock->isNobodys()); ++i) {
         if (!m_store.mkpath(QStringLiteral(".")))
             return notSaved(QStringLiteral("the folder %1 cannot be made").arg(m_store.path()));
-        lock.emplace(m_store, StoreLock::Change);
+        lock.emplace(m_store, StoreLock::Change, m_patience);
     }
     if (lock->isOthers())
-        return notSaved(QStringLiteral("another program is saving it; try again"));
+        return notSaved(QStringLiteral("another program is using it; try again"));
     const ElsewhereThan guard(m_store);
     // Tracks that the former document has stored keep their files: reading it tells the library which they are.
     if (file.exists()) {
         const QDomElement former = KelXMLLoader::loadDocumentElement(file);
-        if (!former.isNull() && foreignName(former).isNull())
-            static_cast<void>(KelGPXTrackSelection(former, m_store, QString()));
+        if (!former.isNull() && objectionTo(former).isNull())
+            static_cast<void>(read(former, {}));
     }
 
     const QSet<QString> formerFiles = filesIn(m_store);
@@ -326,7 +343,7 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
 void KelSelectionFile::removeUnusedTracks() const
 {
     // What another process is about to save may not be mentioned yet.
-    const StoreLock lock(m_store, StoreLock::Change);
+    const StoreLock lock(m_store, StoreLock::Change, m_patience);
     const QDomElement root = KelXMLLoader::loadDocumentElement(QFileInfo(m_path));
     if (root.isNull() || lock.isOthers())
         return;
@@ -346,8 +363,54 @@ QStringList KelSelectionFile::trackFiles(const QDomElement &root)
     return names;
 }
 
-/// A file is read once for each row that names it. A selection may hold a track several times; thousands of rows of one long
-/// track are no selection, but a way to fill the memory.
+/// Why a document that holds a selection is not read; null if all is well.
+QString KelSelectionFile::objectionTo(const QDomElement &root) const
+{
+    const QString foreign = foreignName(root);
+    if (!foreign.isNull()) {
+        return QStringLiteral("it names a file that is none of its own: \"%1\"; its tracks have to lie in the folder %2")
+            .arg(foreign, m_store.dirName());
+    }
+    if (hasMoreThanNames(root))
+        return QStringLiteral("a track of it holds more than the name of its file");
+    if (areNamedTooOften(trackFiles(root)))
+        return QStringLiteral("its rows name the same track files far too often");
+    return QString();
+}
+
+/// A file that several rows name is read for the first of them; the others share its track, so that they need no memory.
+/// The unwanted files are not read. The rows lose their tracks for that.
+KelGPXTrackSelection KelSelectionFile::read(const QDomElement &root, const QSet<QString> &unwanted) const
+{
+    QStringList names;
+    QSet<QString> once = unwanted;
+    for (const QString &kind : ROWS) {
+        QDomElement row = root.firstChildElement(SELECTION).firstChildElement(kind);
+        for (; !row.isNull(); row = row.nextSiblingElement(kind)) {
+            names.append(includedFile(row));
+            if (once.contains(names.last()))
+                row.removeChild(row.firstChildElement(TRACK));
+            else if (!names.last().isEmpty())
+                once.insert(names.last());
+        }
+    }
+    const KelGPXTrackSelection stored(root, m_store, QString());
+    QList<KelGPXConfiguredTrack> rows = stored.tracks().tracks();
+    QHash<QString, KelGPXTrack> tracks;
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const QString &name = names.at(i);
+        if (tracks.contains(name))
+            rows[i].setTrack(tracks.value(name));
+        else if (!name.isEmpty())
+            tracks.insert(name, rows.at(i).track());
+    }
+    KelGPXTrackSelection result{KelGPXConfiguredTrackList(rows)};
+    result.setCroppingOpacity(stored.nominalCroppingOpacity());
+    return result;
+}
+
+/// A selection may hold a track several times; thousands of rows of one long track are no selection, but a way to have it
+/// drawn for ever.
 bool KelSelectionFile::areNamedTooOften(const QStringList &names) const
 {
     qint64 altogether = 0;
@@ -368,8 +431,8 @@ QStringList KelSelectionFile::unreadable(const QStringList &names) const
     const QSet<QString> once(names.cbegin(), names.cend());
     for (const QString &name : once) {
         const QFileInfo file(m_store, name);
-        // A pipe in the store would keep the program waiting for its writer.
-        if (!file.isFile() || KelXMLLoader::loadDocumentElement(file).firstChildElement(TRACK).isNull())
+        // A pipe in the store would keep the program waiting for its writer; a link may lead out of the store.
+        if (file.isSymLink() || !file.isFile() || KelXMLLoader::loadDocumentElement(file).firstChildElement(TRACK).isNull())
             result.append(name);
     }
     result.sort();
@@ -403,10 +466,10 @@ void KelSelectionFile::correctTracks(const KelGPXTrackSelection &selection, cons
         const QFileInfo stored(m_store, name);
         if (name.isEmpty() || (stored.exists() && !formerFiles.contains(name)))
             continue; // in the document itself, or stored just now
-        // A link that leads nowhere is not followed: it might lead out of the store.
+        // A link is not followed: it might lead out of the store.
         if (!stored.exists() && !stored.isSymLink()) {
             registry.saveTrackInFile(key, stored);
-        } else if (!stored.exists() || !holds(name, track)) {
+        } else if (stored.isSymLink() || !holds(name, track)) {
             registry.registerFile(key, QString()); // as if never stored
             includeOf(element).firstChild().setNodeValue(registry.createAssignedFile(key));
         }

@@ -11,6 +11,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+
 class KelErrorHistory;
 class KelGPXTrack;
 class QDomElement;
@@ -35,6 +37,10 @@ public:
 
     explicit KelSelectionFile(const QString &path);
 
+    /// How long to wait for others that use the document before saving fails; a minute if nothing is set. Loading waits
+    /// no longer than a few seconds, then it reads what is there.
+    void setPatience(std::chrono::milliseconds patience) { m_patience = patience; }
+
     /// On failure the selection is left alone; if only tracks are missing, it holds the others.
     Result load(KelGPXTrackSelection &selection, KelErrorHistory &errors) const;
     Result save(const KelGPXTrackSelection &selection, KelErrorHistory &errors) const;
@@ -48,6 +54,8 @@ public:
 
 private:
     [[nodiscard]] static QStringList trackFiles(const QDomElement &root);
+    [[nodiscard]] QString objectionTo(const QDomElement &root) const;
+    [[nodiscard]] KelGPXTrackSelection read(const QDomElement &root, const QSet<QString> &unwanted) const;
     [[nodiscard]] bool areNamedTooOften(const QStringList &names) const;
     /// Names of files that hold no track, of those mentioned; each once.
     [[nodiscard]] QStringList unreadable(const QStringList &names) const;
@@ -60,6 +68,7 @@ private:
 
     QString m_path;
     QDir m_store; ///< absolute
+    std::chrono::milliseconds m_patience{60000};
 };
 
 #endif
