@@ -423,6 +423,16 @@ void tst_SharedStores::aLinkOutOfTheStoreIsNoTrack()
     QCOMPARE(result, KelSelectionFile::Result::Done);
     QCOMPARE(contentOf(path("precious.gpx")), precious);
     QVERIFY(QFileInfo(path("trip.tracks/track.gps")).isSymLink());
+
+    // Nor is it read by saving over a document that names it.
+    const auto countReads = [&] {
+        write(name, documentOf(rowOf("<include>track.gps</include>")));
+        const KelSystemFaults counter(KelSystemFaults::Nothing, KelSystemFaults::Reads, 0);
+        return isSaved(selection("B"), name) ? counter.count() : -1;
+    };
+    const int withLink = countReads();
+    QVERIFY(QFile::remove(path("trip.tracks/track.gps")));
+    QCOMPARE(withLink, countReads());
 }
 
 void tst_SharedStores::aStoreInUseIsNotSaved()

@@ -120,6 +120,12 @@ QSet<QString> filesIn(const QDir &dir)
     return QSet<QString>(names.cbegin(), names.cend());
 }
 
+QSet<QString> linksAmong(QStringList names, const QDir &dir)
+{
+    names.removeIf([&](const QString &name) { return !QFileInfo(dir, name).isSymLink(); });
+    return QSet<QString>(names.cbegin(), names.cend());
+}
+
 /// Keeps other processes, and other threads, from changing the store. The folder itself is locked: that needs no room on
 /// the disk and no right to write, leaves nothing behind, and ends with the process. Where folders cannot be locked, as
 /// on some network drives, everybody goes ahead.
@@ -309,7 +315,7 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
     if (file.exists()) {
         const QDomElement former = KelXMLLoader::loadDocumentElement(file);
         if (!former.isNull() && objectionTo(former).isNull())
-            static_cast<void>(read(former, {}));
+            static_cast<void>(read(former, linksAmong(trackFiles(former), m_store)));
     }
 
     const QSet<QString> formerFiles = filesIn(m_store);
