@@ -24,7 +24,13 @@ struct FileText
 {
     QString text;
     bool hasReturns = false;
+    QString reason = {}; // why there is no text
 };
+
+FileText noText(const QString &reason)
+{
+    return {QString(), false, reason};
+}
 
 bool isAscii(const char *at, const char *end)
 {
@@ -65,6 +71,13 @@ qsizetype fill(QFile &file, QByteArray &bytes, qsizetype size)
     return size;
 }
 
+FileText tooLarge(bool isPipe)
+{
+    return noText(isPipe ? QStringLiteral("it holds more than the %1 MiB that are read of a pipe or a device")
+                               .arg(KelFileHandler::MAXIMUM_PIPE_SIZE >> 20)
+                         : QStringLiteral("the file is larger than the %1 GiB that are read").arg(KelFileHandler::MAXIMUM_SIZE >> 30));
+}
+
 /// The text of the file; none of one that is too large. A device need not have an end; one of zeros is left early, since no
 /// text of any encoding starts with four of them.
 FileText readBounded(QFile &file)
@@ -72,13 +85,13 @@ FileText readBounded(QFile &file)
     const bool isPipe = file.isSequential() || file.size() == 0;
     const qint64 limit = isPipe ? KelFileHandler::MAXIMUM_PIPE_SIZE : KelFileHandler::MAXIMUM_SIZE;
     if (file.size() > limit)
-        return {};
+        return tooLarge(isPipe);
     FileText result;
     result.text.reserve(file.size());
     QByteArray bytes(BLOCK, Qt::Uninitialized);
     qsizetype size = fill(file, bytes, 0);
     if (isPipe && QByteArrayView(bytes).first(size).startsWith(QByteArray(4, '\0')))
-        return {};
+        return noText(QStringLiteral("it begins with zeros, which no text does"));
     qint64 total = size;
     while (size == bytes.size()) {
         const qsizetype cut = cutOf(bytes, size);
@@ -90,7 +103,7 @@ FileText readBounded(QFile &file)
         size = fill(file, bytes, rest);
         total += size - rest;
         if (total > limit)
-            return {};
+            return tooLarge(isPipe);
     }
     append(bytes.constData(), bytes.constData() + size, &result);
     return result;
@@ -101,15 +114,19 @@ FileText readWhole(const QFileInfo &fileInfo)
 {
     QFile file(fileInfo.filePath());
     // Qt warns about a file without a name; here it is one that cannot be read, like any other.
-    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return {};
+    if (file.fileName().isEmpty())
+        return noText(QStringLiteral("the file has no name"));
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return noText(file.errorString());
     FileText result = readBounded(file);
     if (file.error() != QFileDevice::NoError)
-        return {};
+        return noText(file.errorString());
 
     if (result.text.startsWith(ByteOrderMark))
         result.text.remove(0, 1);
-    return result.text.isEmpty() ? FileText() : result;
+    if (result.text.isEmpty() && result.reason.isEmpty())
+        result.reason = QStringLiteral("the file is empty");
+    return result;
 }
 
 /// The text with line feeds between its lines only.
@@ -135,9 +152,17 @@ QStringList KelFileHandler::readTextFile(const QFileInfo &fileInfo)
 
 QString KelFileHandler::readText(const QFileInfo &fileInfo)
 {
+    return readText(fileInfo, nullptr);
+}
+
+QString KelFileHandler::readText(const QFileInfo &fileInfo, QString *reason)
+{
     FileText file = readWhole(fileInfo);
-    if (file.text.isEmpty())
+    if (file.text.isEmpty()) {
+        if (reason)
+            *reason = file.reason;
         return QString();
+    }
     const QString text = withPlainLineEnds(std::move(file));
     return text.isEmpty() ? QStringLiteral("") : text; // one empty line
 }

@@ -32,6 +32,8 @@ public:
 
     /// The lines of readTextFile(), joined with line feeds, without making the lines; a null text where there are none.
     [[nodiscard]] static QString readText(const QFileInfo &fileInfo);
+    /// The same; where there are no lines, `reason` says why.
+    [[nodiscard]] static QString readText(const QFileInfo &fileInfo, QString *reason);
 };
 
 #endif

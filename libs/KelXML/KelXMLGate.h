@@ -21,7 +21,8 @@ class QString;
 /// memory in proportion to the document's size. Without them 300 bytes can keep Qt's reader busy for ever (entities that
 /// hold entities), and one element of 30,000 attributes for seconds.
 ///
-/// External entities and document types are never read; parameter entities, and entities of half a tag, are refused.
+/// External entities and document types are never read. Parameter entities are refused, and so are references to entities of
+/// half a tag.
 class KELXML_EXPORT KelXMLGate
 {
 public:

@@ -12,7 +12,13 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
 #include <random>
+#include <thread>
 
 class tst_KelFileHandler : public QObject
 {
@@ -25,6 +31,9 @@ private Q_SLOTS:
     void longTextsAreReadAsOne();
     void randomBytesEqualTheWhole();
     void unreadableFileGivesNoLines();
+    void reasons_data();
+    void reasons();
+    void reasonOfALongPipe();
 
 private:
     QString readText(const QByteArray &bytes);
@@ -149,6 +158,56 @@ void tst_KelFileHandler::unreadableFileGivesNoLines()
     QVERIFY(KelFileHandler::readText(QFileInfo(m_dir.filePath("missing"))).isNull());
     QVERIFY(KelFileHandler::readText(QFileInfo(m_dir.path())).isNull());
     QVERIFY(KelFileHandler::readText(QFileInfo()).isNull());
+}
+
+void tst_KelFileHandler::reasons_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("reason");
+
+    const auto sized = [this](const QString &name, qint64 size) {
+        QFile file(m_dir.filePath(name));
+        if (!file.open(QIODevice::WriteOnly) || !file.resize(size)) // without taking room on the disk
+            qFatal("the test's file cannot be written");
+        return file.fileName();
+    };
+    QTest::newRow("empty") << sized("empty.kml", 0) << "the file is empty";
+    QTest::newRow("too large") << sized("large.kml", KelFileHandler::MAXIMUM_SIZE + 1)
+                               << "the file is larger than the 2 GiB that are read";
+    QTest::newRow("missing") << m_dir.filePath("missing.kml") << "No such file or directory";
+    QTest::newRow("device of zeros") << "/dev/zero"
+                                     << "it begins with zeros, which no text does";
+    QTest::newRow("without a name") << QString() << "the file has no name";
+}
+
+void tst_KelFileHandler::reasons()
+{
+    QFETCH(QString, path);
+    QString reason;
+    QVERIFY(KelFileHandler::readText(QFileInfo(path), &reason).isNull());
+    QTEST(reason, "reason");
+}
+
+void tst_KelFileHandler::reasonOfALongPipe()
+{
+    const QByteArray path = QFile::encodeName(m_dir.filePath("pipe.kml"));
+    QCOMPARE(::mkfifo(path.constData(), 0600), 0);
+    qint64 written = 0;
+    std::thread writer([&path, &written] {
+        const int pipe = ::open(path.constData(), O_WRONLY);
+        const QByteArray piece(1 << 20, 'x');
+        for (qint64 count = 1; count > 0 && written <= KelFileHandler::MAXIMUM_PIPE_SIZE;)
+            written += count = ::write(pipe, piece.constData(), std::size_t(piece.size()));
+        ::close(pipe);
+    });
+    // The reader leaves before the end.
+    const auto before = std::signal(SIGPIPE, SIG_IGN);
+    QString reason;
+    const bool isNull = KelFileHandler::readText(QFileInfo(QFile::decodeName(path)), &reason).isNull();
+    writer.join();
+    std::signal(SIGPIPE, before);
+    QVERIFY(isNull);
+    QCOMPARE(reason, "it holds more than the 256 MiB that are read of a pipe or a device");
 }
 
 QTEST_GUILESS_MAIN(tst_KelFileHandler)

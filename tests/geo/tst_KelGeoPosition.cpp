@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The libKelGeoLocation authors
 // SPDX-License-Identifier: MIT
 
+#include "../../libs/KelGeoLocation/base/KelSlabPool.h"
 #include <KelGeoPosition.h>
 #include <KelGeoPositionImpl.h>
 #include <KelTestSupport.h>
@@ -11,12 +12,15 @@
 #include <QSet>
 #include <QUrlQuery>
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <new>
 #include <random>
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -100,6 +104,7 @@ private Q_SLOTS:
     void constructionWithHemispheres_data();
     void constructionWithHemispheres();
     void copiesAreIndependent();
+    void memoryOfDataThatCannotBeMadeIsTakenBack();
     void subclassesOfTheData();
     void moving();
     void catchLatitude();
@@ -211,7 +216,40 @@ public:
     QString name;
 };
 
+/// Cannot be made.
+class FailingData : public KelGeoPositionImpl
+{
+public:
+    explicit FailingData(void *&place)
+    {
+        place = this;
+        throw std::runtime_error("cannot be made");
+    }
+};
+
+class LargeFailingData : public FailingData
+{
+public:
+    using FailingData::FailingData;
+    std::array<char, 200> more{};
+};
+
 } // namespace
+
+void tst_KelGeoPosition::memoryOfDataThatCannotBeMadeIsTakenBack()
+{
+    void *place = nullptr;
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, delete new (std::nothrow) FailingData(place));
+    const auto next = std::make_unique<KelGeoPositionImpl>();
+    if (!KelSlabPool::STANDS_ASIDE)
+        QCOMPARE(static_cast<void *>(next.get()), place);
+
+    // Not from the pool, so not back into it.
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, delete new (std::nothrow) LargeFailingData(place));
+    const auto other = std::make_unique<KelGeoPositionImpl>();
+    if (!KelSlabPool::STANDS_ASIDE)
+        QVERIFY(static_cast<void *>(other.get()) != place);
+}
 
 void tst_KelGeoPosition::subclassesOfTheData()
 {

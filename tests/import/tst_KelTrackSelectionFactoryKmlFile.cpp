@@ -15,7 +15,12 @@
 #include <QUrl>
 #include <QtTest>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <random>
+#include <thread>
 
 class tst_KelTrackSelectionFactoryKmlFile : public QObject
 {
@@ -61,6 +66,7 @@ private Q_SLOTS:
     void reasons_data();
     void reasons();
     void reasonOfAFileThatIsTooLarge();
+    void reasonOfAnEmptyPipe();
     void noReasonWhenThereIsSomethingToDraw();
     void refusedArchiveGivesItsReason_data();
     void refusedArchiveGivesItsReason();
@@ -656,6 +662,24 @@ void tst_KelTrackSelectionFactoryKmlFile::reasonOfAFileThatIsTooLarge()
     QVERIFY(!m_factory.createConfiguredTrackList(file, &errors).isValid());
     QCOMPARE(errors.entries().size(), 1);
     QCOMPARE(errors.last().message, "the file is larger than the 2 GiB that are read");
+}
+
+void tst_KelTrackSelectionFactoryKmlFile::reasonOfAnEmptyPipe()
+{
+    const QByteArray path = QFile::encodeName(m_folder.filePath("pipe.kml"));
+    QCOMPARE(::mkfifo(path.constData(), 0600), 0);
+    // Gone as soon as it is read: who opens it for a second time finds nothing, instead of waiting for ever.
+    std::thread writer([&path] {
+        const int pipe = ::open(path.constData(), O_WRONLY);
+        ::unlink(path.constData());
+        ::close(pipe);
+    });
+    KelErrorHistory errors;
+    const KelGPXConfiguredTrackList list = m_factory.createConfiguredTrackList(QFileInfo(QFile::decodeName(path)), &errors);
+    writer.join();
+    QVERIFY(!list.isValid());
+    QCOMPARE(errors.entries().size(), 1);
+    QCOMPARE(errors.last().message, "the file is empty");
 }
 
 void tst_KelTrackSelectionFactoryKmlFile::noReasonWhenThereIsSomethingToDraw()

@@ -6,6 +6,7 @@
 #include <KelGPXTrackFileRegistry.h>
 #include <KelGPXTrackImpl.h>
 #include <KelGeoPositionRect.h>
+#include <KelXMLGate.h>
 
 #include <KelTestSupport.h>
 
@@ -66,6 +67,9 @@ private Q_SLOTS:
     void enclavesThatWereReadAreWritten_data();
     void enclavesThatWereReadAreWritten();
     void anyNumberOfEnclavesInEachOtherIsBorne();
+    void whatIsWrittenIsNoDeeperThanWhatIsRead_data();
+    void whatIsWrittenIsNoDeeperThanWhatIsRead();
+    void enclavesLeftOutAreLoggedOnce();
     void sharedEnclavesAreNotCopiedWhenTheyEnd();
 
     void include();
@@ -758,7 +762,7 @@ void tst_KelGPXTrack::enclavesThatWereReadAreWritten()
     const KelGPXTrack t = nested(levels);
     if (levels > written) {
         for (int i = 0; i < 2; ++i)
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^the enclaves of the enclave .* too deep to be written$"));
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^enclaves of the track .* too deep to be written$"));
     }
     const QFileInfo file(dir.filePath("a.gpx"));
     t.saveAsGpxFile(file);
@@ -771,6 +775,55 @@ void tst_KelGPXTrack::enclavesThatWereReadAreWritten()
     QDomElement root = document.documentElement();
     t.toXml(root, QDir(dir.path()));
     QCOMPARE(enclaveDepth(KelGPXTrack(root.firstChildElement(), QDir(dir.path()))), written);
+}
+
+void tst_KelGPXTrack::whatIsWrittenIsNoDeeperThanWhatIsRead_data()
+{
+    QTest::addColumn<int>("above");   // elements around the "trk"
+    QTest::addColumn<int>("written"); // levels of enclaves
+    QTest::addColumn<int>("deepest"); // element
+
+    // Two below each enclave, two more for the points of the innermost.
+    QTest::newRow("one above") << 1 << 126 << 256;
+    QTest::newRow("two above") << 2 << 125 << 255;
+    QTest::newRow("three above") << 3 << 125 << 256;
+    QTest::newRow("thirteen above") << 13 << KelGPXTrack::MAXIMUM_ENCLAVE_DEPTH << 256;
+    QTest::newRow("fourteen above") << 14 << 119 << 255;
+    QTest::newRow("a hundred above") << 100 << 76 << 255;
+    QTest::newRow("room for the points only") << 253 << 0 << 256;
+    QTest::newRow("not even for them") << 254 << 0 << 257;
+}
+
+void tst_KelGPXTrack::whatIsWrittenIsNoDeeperThanWhatIsRead()
+{
+    QFETCH(int, above);
+    QFETCH(int, deepest);
+    QDomDocument document;
+    QDomNode parent = document.appendChild(document.createElement("a"));
+    for (int i = 1; i < above; ++i)
+        parent = parent.appendChild(document.createElement("a"));
+    QDomElement element = parent.toElement();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("too deep to be written$"));
+    nested(140).toXml(element, QDir(QString()));
+
+    QTEST(enclaveDepth(KelGPXTrack(element.firstChildElement(), QDir(QString()))), "written");
+    int depth = 0;
+    for (QDomElement e = document.documentElement(); !e.isNull(); e = e.lastChildElement())
+        ++depth;
+    QCOMPARE(depth, deepest);
+    QCOMPARE(KelXMLGate::admits(document.toString(-1)), deepest <= KelXMLGate::MAXIMUM_DEPTH);
+}
+
+void tst_KelGPXTrack::enclavesLeftOutAreLoggedOnce()
+{
+    KelGPXTrack t;
+    t.setName(QStringLiteral("Lakes"));
+    for (int i = 0; i < 3; ++i)
+        t.addEnclave(nested(140));
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+    QTest::ignoreMessage(QtWarningMsg, "enclaves of the track \"Lakes\" lie too deep to be written");
+    QDomElement root = KelTestSupport::document("<store/>").documentElement();
+    t.toXml(root, QDir(QString()));
 }
 
 void tst_KelGPXTrack::sharedEnclavesAreNotCopiedWhenTheyEnd()

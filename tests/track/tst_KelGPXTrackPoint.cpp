@@ -5,15 +5,18 @@
 #include <KelGPXTrackPointImpl.h>
 #include <KelGeoPositionRect.h>
 
+#include <KelSlabPool.h>
 #include <KelTestSupport.h>
 
 #include <QDomDocument>
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <array>
 #include <memory>
 #include <new>
 #include <random>
+#include <stdexcept>
 
 class tst_KelGPXTrackPoint : public QObject
 {
@@ -43,6 +46,7 @@ private Q_SLOTS:
     void equality();
     void copiesShareData();
     void dataMayBeMadeWithoutExceptions();
+    void memoryOfDataThatCannotBeMadeIsTakenBack();
     void movedFromPointMayBeAssignedTo();
     void elementOperations();
 };
@@ -469,6 +473,44 @@ void tst_KelGPXTrackPoint::dataMayBeMadeWithoutExceptions()
     QVERIFY(data);
     QCOMPARE(data->elevation(), 3);
     QCOMPARE(data->description(), "d");
+}
+
+namespace
+{
+
+/// Cannot be made.
+class FailingData : public KelGPXTrackPointImpl
+{
+public:
+    explicit FailingData(void *&place)
+    {
+        place = this;
+        throw std::runtime_error("cannot be made");
+    }
+};
+
+class LargeFailingData : public FailingData
+{
+public:
+    using FailingData::FailingData;
+    std::array<char, 200> more{};
+};
+
+} // namespace
+
+void tst_KelGPXTrackPoint::memoryOfDataThatCannotBeMadeIsTakenBack()
+{
+    void *place = nullptr;
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, delete new (std::nothrow) FailingData(place));
+    const auto next = std::make_unique<KelGPXTrackPointImpl>();
+    if (!KelSlabPool::STANDS_ASIDE)
+        QCOMPARE(static_cast<void *>(next.get()), place);
+
+    // Not from the pool, so not back into it.
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, delete new (std::nothrow) LargeFailingData(place));
+    const auto other = std::make_unique<KelGPXTrackPointImpl>();
+    if (!KelSlabPool::STANDS_ASIDE)
+        QVERIFY(static_cast<void *>(other.get()) != place);
 }
 
 void tst_KelGPXTrackPoint::movedFromPointMayBeAssignedTo()

@@ -162,7 +162,8 @@ void KelSlabPool::giveBack(Slab *slabs) noexcept
     }
 }
 
-// Of slabs that the system does not take back. Their pages it does.
+// Of slabs that the system does not take back. Their pages it does; the first of each comes back for the header that is
+// written into it.
 void KelSlabPool::keepAddresses(char *slabs, char *end) noexcept
 {
     madvise(slabs, static_cast<std::size_t>(end - slabs), MADV_DONTNEED);

@@ -34,7 +34,8 @@
 /// thread takes for the first time in a static destructor ends with the process.
 ///
 /// Where the system has no pages of their own to give (a limit on addresses or on mappings), slabs come from the heap.
-/// A slab that the system does not take back keeps its addresses, without pages, until it is wanted again.
+/// A slab that the system does not take back keeps its addresses, and of its pages only that of its header, until it is
+/// wanted again.
 ///
 /// Sanitizers see neither borders nor lifetimes within a slab, so in their builds classes should leave the pool alone:
 /// \code

@@ -11,7 +11,6 @@
 #include <KelXMLTextReader.h>
 #include <KelZIP.h>
 
-#include <QFile>
 #include <QFileInfo>
 #include <QStringView>
 
@@ -49,16 +48,11 @@ QDomElement nextBelow(const QDomElement &element, const QDomElement &top)
 
 QString readPlainFile(const QFileInfo &file, KelErrorHistory *errors)
 {
-    const QString text = KelFileHandler::readText(file);
-    if (text.isNull() && errors) {
-        QFile reader(file.filePath());
-        QString reason = QStringLiteral("the file is empty or cannot be read");
-        if (!reader.open(QIODevice::ReadOnly))
-            reason = reader.errorString();
-        else if (reader.size() > KelFileHandler::MAXIMUM_SIZE)
-            reason = QStringLiteral("the file is larger than the %1 GiB that are read").arg(KelFileHandler::MAXIMUM_SIZE >> 30);
+    // From the one that reads: whoever opened a pipe once more, to see what was wrong, would wait for another writer.
+    QString reason;
+    const QString text = KelFileHandler::readText(file, &reason);
+    if (text.isNull())
         report(errors, file.filePath(), reason);
-    }
     return text;
 }
 

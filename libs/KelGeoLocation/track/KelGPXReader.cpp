@@ -41,7 +41,6 @@ constexpr int MAXIMUM_LEVELS = KelXMLGate::MAXIMUM_DEPTH / 2; // of enclaves, ea
 constexpr int keptDecimals = 7; // as KelGPXTrackElement::safeDouble()
 constexpr int keptWithoutPoint = 7;
 constexpr std::array<double, keptDecimals + 1> powersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
-constexpr std::array<quint64, 5> wholePowersOfTen = {1, 10, 100, 1000, 10000};
 constexpr int maximumWholeDigits = 8; // with the decimals below 2^53: exact
 constexpr int maximumCutDigits = 9; // usual: what a double prints
 constexpr int maximumElevationDigits = 9; // fit into 32 bits

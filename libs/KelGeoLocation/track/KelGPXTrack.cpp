@@ -40,14 +40,22 @@ KelGeoPosition firstOfAllPoints(const KelGPXTrackImpl &track)
     return KelGeoPosition();
 }
 
-/// How many levels of enclaves find room below a "trk": with all of them a file is read again.
+/// How many levels of enclaves find room below a "trk": with more of them nobody could read the file again.
 int enclaveLevelsBelow(const QDomElement &trk)
 {
     constexpr int levelsOfPoints = 2; // "trkseg" and "compressedPoints" of the innermost
     int depth = 0;
     for (QDomNode node = trk; node.isElement(); node = node.parentNode())
         ++depth;
-    return std::max(KelGPXTrack::MAXIMUM_ENCLAVE_DEPTH, (KelXMLGate::MAXIMUM_DEPTH - depth - levelsOfPoints) / 2);
+    return std::max(0, (KelXMLGate::MAXIMUM_DEPTH - depth - levelsOfPoints) / 2);
+}
+
+bool hasMoreEnclaveLevels(const KelGPXTrack &track, int levels)
+{
+    const QList<KelGPXTrack> enclaves = track.enclaves();
+    return std::any_of(enclaves.cbegin(), enclaves.cend(), [levels](const KelGPXTrack &enclave) {
+        return levels == 0 || hasMoreEnclaveLevels(enclave, levels - 1);
+    });
 }
 
 } // namespace
@@ -220,7 +228,13 @@ QDomElement KelGPXTrack::buildTrackElement(QDomElement &parent) const
 
 void KelGPXTrack::buildXmlBody(QDomElement &trk) const
 {
-    buildXmlBody(trk, enclaveLevelsBelow(trk));
+    const int levels = enclaveLevelsBelow(trk);
+    buildXmlBody(trk, levels);
+    // Once, however many they are.
+    if (hasMoreEnclaveLevels(*this, levels)) {
+        qCWarning(filesCategory).noquote()
+            << QStringLiteral("enclaves of the track \"%1\" lie too deep to be written").arg(d->name());
+    }
 }
 
 /// With so many levels of enclaves.
@@ -231,13 +245,8 @@ void KelGPXTrack::buildXmlBody(QDomElement &trk, int depth) const
     KelXMLBuilder::buildDomElement(trk, KelGPXNames::Shape.toString(), d->shape().encode());
     for (const KelGPXTrackSegment &segment : d->segments())
         segment.toXml(trk);
-    if (d->enclaves().isEmpty())
+    if (d->enclaves().isEmpty() || depth == 0)
         return;
-    if (depth == 0) {
-        qCWarning(filesCategory).noquote()
-            << QStringLiteral("the enclaves of the enclave \"%1\" lie too deep to be written").arg(d->name());
-        return;
-    }
     QDomElement enclaves = KelXMLBuilder::buildDomElement(trk, KelGPXNames::Enclaves.toString());
     for (const KelGPXTrack &enclave : d->enclaves()) {
         QDomElement element = enclave.buildTrackElement(enclaves);

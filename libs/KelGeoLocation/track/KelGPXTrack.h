@@ -29,8 +29,8 @@ class QFileInfo;
 class KELGEOLOCATION_EXPORT KelGPXTrack : public KelGPXTrackElement
 {
 public:
-    /// Enclaves may hold enclaves. So many levels of them are written wherever the track stands in a document: each takes
-    /// two levels of nested elements, of which a file that is read has KelXMLGate::MAXIMUM_DEPTH.
+    /// Enclaves may hold enclaves. So many levels of them are written where a track stands below up to 13 elements, fewer
+    /// only further down: each takes two levels of nested elements, of which a file that is read has KelXMLGate::MAXIMUM_DEPTH.
     static constexpr int MAXIMUM_ENCLAVE_DEPTH = 120;
 
     /// No name, no segments, no enclaves. Deliberate: the shape is linestring, not auto.
@@ -117,7 +117,8 @@ public:
     /// Appends an empty "trk" to `parent` and returns it.
     [[nodiscard]] QDomElement buildTrackElement(QDomElement &parent) const;
     /// Writes name, shape, segments and enclaves into `trk`. Deliberate: the description is read but not written.
-    /// Enclaves beyond MAXIMUM_ENCLAVE_DEPTH that a reader of the file would refuse are left out, and the log says so.
+    /// Enclaves that lie so deep in each other that nobody could read the document again are left out, and the log says so;
+    /// see MAXIMUM_ENCLAVE_DEPTH.
     void buildXmlBody(QDomElement &trk) const;
     /// Appends a "trk" to `parent`: into an existing directory only an "include" of a file there, which the
     /// KelGPXTrackFileRegistry writes when needed; otherwise everything.
