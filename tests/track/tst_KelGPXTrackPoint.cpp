@@ -5,18 +5,14 @@
 #include <KelGPXTrackPointImpl.h>
 #include <KelGeoPositionRect.h>
 
-#include <KelSlabPool.h>
 #include <KelTestSupport.h>
 
 #include <QDomDocument>
 #include <QRegularExpression>
 #include <QtTest>
 
-#include <array>
 #include <memory>
-#include <new>
 #include <random>
-#include <stdexcept>
 
 class tst_KelGPXTrackPoint : public QObject
 {
@@ -45,8 +41,6 @@ private Q_SLOTS:
     void equality_data();
     void equality();
     void copiesShareData();
-    void dataMayBeMadeWithoutExceptions();
-    void memoryOfDataThatCannotBeMadeIsTakenBack();
     void movedFromPointMayBeAssignedTo();
     void elementOperations();
 };
@@ -464,53 +458,6 @@ void tst_KelGPXTrackPoint::copiesShareData()
     QVERIFY(KelGPXTrackPoint() == KelGPXTrackPoint());
     const KelGPXTrackPoint separate(KelGeoPosition(qQNaN(), qQNaN()), 0, noTime, QString());
     QVERIFY(!(separate == p));
-}
-
-void tst_KelGPXTrackPoint::dataMayBeMadeWithoutExceptions()
-{
-    const std::unique_ptr<KelGPXTrackPointImpl> data(
-        new (std::nothrow) KelGPXTrackPointImpl(KelGeoPosition(1.0, 2.0), 3, someTime, QStringLiteral("d")));
-    QVERIFY(data);
-    QCOMPARE(data->elevation(), 3);
-    QCOMPARE(data->description(), "d");
-}
-
-namespace
-{
-
-/// Cannot be made.
-class FailingData : public KelGPXTrackPointImpl
-{
-public:
-    explicit FailingData(void *&place)
-    {
-        place = this;
-        throw std::runtime_error("cannot be made");
-    }
-};
-
-class LargeFailingData : public FailingData
-{
-public:
-    using FailingData::FailingData;
-    std::array<char, 200> more{};
-};
-
-} // namespace
-
-void tst_KelGPXTrackPoint::memoryOfDataThatCannotBeMadeIsTakenBack()
-{
-    void *place = nullptr;
-    QVERIFY_THROWS_EXCEPTION(std::runtime_error, delete new (std::nothrow) FailingData(place));
-    const auto next = std::make_unique<KelGPXTrackPointImpl>();
-    if (!KelSlabPool::STANDS_ASIDE)
-        QCOMPARE(static_cast<void *>(next.get()), place);
-
-    // Not from the pool, so not back into it.
-    QVERIFY_THROWS_EXCEPTION(std::runtime_error, delete new (std::nothrow) LargeFailingData(place));
-    const auto other = std::make_unique<KelGPXTrackPointImpl>();
-    if (!KelSlabPool::STANDS_ASIDE)
-        QVERIFY(static_cast<void *>(other.get()) != place);
 }
 
 void tst_KelGPXTrackPoint::movedFromPointMayBeAssignedTo()

@@ -17,15 +17,6 @@ constinit KelSlabPool pointPool(sizeof(KelGPXTrackPointImpl));
 // Read for every object: not worth a function call.
 [[gnu::tls_model("initial-exec")]] constinit thread_local KelSlabPool::ThreadCache pointCache;
 
-// The latest that this thread asked for with std::nothrow. Subclasses have other sizes, which only the usual operator delete
-// is told.
-struct UnthrownPoint
-{
-    void *memory = nullptr;
-    std::size_t size = 0;
-};
-constinit thread_local UnthrownPoint latestUnthrownPoint;
-
 } // namespace
 
 KelGPXTrackPointImpl::KelGPXTrackPointImpl() = default;
@@ -68,26 +59,9 @@ void *KelGPXTrackPointImpl::operator new(std::size_t size)
     return KelSlabPool::STANDS_ASIDE ? ::operator new(size) : pointPool.allocate(pointCache, size);
 }
 
-void *KelGPXTrackPointImpl::operator new(std::size_t size, const std::nothrow_t &) noexcept
-{
-    try {
-        latestUnthrownPoint = {operator new(size), size};
-        return latestUnthrownPoint.memory;
-    } catch (const std::bad_alloc &) {
-        return nullptr;
-    }
-}
-
 void KelGPXTrackPointImpl::operator delete(void *memory, std::size_t size) noexcept
 {
     KelSlabPool::STANDS_ASIDE ? ::operator delete(memory) : pointPool.release(pointCache, memory, size);
-}
-
-void KelGPXTrackPointImpl::operator delete(void *memory, const std::nothrow_t &) noexcept
-{
-    // Another one was asked for in between, by the constructor that threw: better lost than in the wrong place.
-    if (memory == latestUnthrownPoint.memory)
-        operator delete(memory, latestUnthrownPoint.size);
 }
 
 bool KelGPXTrackPointImpl::operator==(const KelGPXTrackPointImpl &other) const

@@ -13,7 +13,6 @@
 #include <QString>
 
 #include <cstddef>
-#include <new>
 
 /// The data of a KelGPXTrackPoint, shared among its copies and never changed. Hosts use the handle.
 class KELGEOLOCATION_EXPORT KelGPXTrackPointImpl : public KelGPXTrackElement, public QSharedData
@@ -35,14 +34,10 @@ public:
 
     /// Points come by the million: their memory comes from a pool, that of subclasses of another size does not.
     static void *operator new(std::size_t size);
-    /// Null where there is no memory for the object itself. What its constructor throws is thrown.
-    static void *operator new(std::size_t size, const std::nothrow_t &) noexcept;
     /// In memory that the caller has.
     static void *operator new(std::size_t, void *place) noexcept { return place; }
     /// In any thread.
     static void operator delete(void *memory, std::size_t size) noexcept;
-    /// Called where a constructor throws in memory that was asked for with std::nothrow.
-    static void operator delete(void *memory, const std::nothrow_t &) noexcept;
     /// Leaves the caller's memory alone.
     static void operator delete(void *, void *) noexcept { }
 
