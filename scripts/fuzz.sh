@@ -71,7 +71,7 @@ merge_target() {
     rm -r "$merged"
 }
 
-export ASAN_OPTIONS=detect_leaks=0:allocator_may_return_null=1:max_allocation_size_mb=1024
+export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1:max_allocation_size_mb=1024
 export UBSAN_OPTIONS=print_stacktrace=1
 install_clang
 cmake --preset fuzz >/dev/null

@@ -188,7 +188,6 @@ private:
 void tst_HostileFiles::initTestCase()
 {
     qputenv("XDG_CONFIG_HOME", m_dir.filePath(QStringLiteral("config")).toLocal8Bit());
-    qputenv("ASAN_OPTIONS", "detect_leaks=0");
     m_factor = qMax(1, qEnvironmentVariableIntValue("KEL_HOSTILE_FACTOR"));
     QFile file(m_dir.filePath(QStringLiteral("usual.gpx")));
     QVERIFY(file.open(QIODevice::WriteOnly));

@@ -100,7 +100,6 @@ void tst_KelRenderForPrograms::init()
     QVERIFY(m_dir->isValid());
     m_environment = QProcessEnvironment::systemEnvironment();
     m_environment.insert("XDG_CONFIG_HOME", m_dir->filePath("config"));
-    m_environment.insert("ASAN_OPTIONS", "detect_leaks=0");
 }
 
 tst_KelRenderForPrograms::Result tst_KelRenderForPrograms::run(const QStringList &arguments,
