@@ -41,7 +41,7 @@ done
 
 topics=(gpx compact_points numbers coordinates kml kmz configuration texts keys renderer)
 tests=(
-    tst_KelXMLLoader tst_KelXMLParser tst_KelXMLTextReader tst_KelXMLConversion tst_KelXMLCursor tst_KelXMLPlainCursor
+    tst_KelFileHandler tst_KelXMLGate tst_KelXMLLoader tst_KelXMLParser tst_KelXMLTextReader tst_KelXMLConversion tst_KelXMLCursor tst_KelXMLPlainCursor
     tst_KelXMLBuilder tst_KelZIP tst_KelErrorHistory tst_KelPenStyle tst_KelEnumToStringTable tst_KelGeoArc tst_KelLatitude tst_KelLongitude
     tst_KelGeoPosition tst_KelLatitudeRange tst_KelLongitudeRange tst_KelGeoPositionRect tst_KelGPXTrackShape
     tst_KelGPXTrackDisplayOptions tst_KelGPXReader tst_KelGPXTrackPoint tst_KelGPXTrackSegment tst_KelGPXTrack
