@@ -3,6 +3,7 @@
 
 #include "KelGPXTrackRenderer.h"
 
+#include "KelPathCutter.h"
 #include "KelPathPainter.h"
 #include "KelPixel.h"
 
@@ -411,6 +412,14 @@ std::optional<KelGeoPosition> firstDrawingPoint(const KelGPXConfiguredTrack &con
 
 // ---- lines and areas ------------------------------------------------------------------------------------------
 
+// What of a line the painter is given. Dashes are counted from the line's beginning.
+QPainterPath lineNearPicture(const QPainter *painter, const QPainterPath &path, const QPen &pen)
+{
+    if (pen.style() != Qt::SolidLine)
+        return path;
+    return KelPathCutter(painter, pen.widthF() * std::max(1.0, pen.miterLimit())).line(path);
+}
+
 // Calls draw(path, configuration, offset) for each world copy of a track that is not drawn as a point.
 template <typename Draw>
 void forEachCopyOfPath(const KelGPXTrackRenderer &renderer, QPainter *painter,
@@ -441,12 +450,15 @@ void drawTrackFast(const KelGPXTrackRenderer &renderer, KelPathPainter *pathPain
                           const QPointF &offset) {
         if (shape == TrackShapePolygon && (everything || isFilled(configuration))) {
             const QBrush brush = renderer.brushFromTrack(configuration, option);
-            if (!pathPainter->fill(path, brush, offset))
-                painter->fillPath(path, brush);
+            const QPainterPath area = KelPathCutter(painter, 0.0).area(path);
+            if (!pathPainter->fill(area, brush, offset))
+                painter->fillPath(area, brush);
         }
         if (everything || isStroked(configuration)) {
-            if (!pathPainter->stroke(path, renderer.penFromTrack(configuration, option), offset))
-                renderer.drawPath(painter, path, configuration, option);
+            const QPen pen = renderer.penFromTrack(configuration, option);
+            const QPainterPath line = lineNearPicture(painter, path, pen);
+            if (!pathPainter->stroke(line, pen, offset))
+                renderer.drawPath(painter, line, configuration, option);
         }
         if (shape != TrackShapePolygon && hasArrow(configuration))
             renderer.drawArrowHead(painter, path, configuration, option);
@@ -938,8 +950,9 @@ void KelGPXTrackRenderer::strokeOver(QImage *image, const QPainterPath &path, co
     paintOn(image, QPainter::Antialiasing, [&](QPainter *painter, KelPathPainter *pathPainter) {
         const QRectF area = grown(path.controlPointRect(), pen.widthF() * std::max(1.0, pen.miterLimit()));
         forEachWorldCopy(*this, painter, area, [&](const QPointF &offset) {
-            if (!pathPainter || !pathPainter->stroke(path, pen, offset))
-                painter->strokePath(path, pen);
+            const QPainterPath line = lineNearPicture(painter, path, pen);
+            if (!pathPainter || !pathPainter->stroke(line, pen, offset))
+                painter->strokePath(line, pen);
         });
     });
 }
@@ -1011,7 +1024,7 @@ void KelGPXTrackRenderer::drawPolygon(QPainter *painter, const QPainterPath &pat
 {
     painter->save();
     if (option == Foreground || isFilled(configuration))
-        painter->fillPath(path, brushFromTrack(configuration, option));
+        painter->fillPath(KelPathCutter(painter, 0.0).area(path), brushFromTrack(configuration, option));
     drawPath(painter, path, configuration, option);
     painter->restore();
 }
@@ -1021,8 +1034,10 @@ void KelGPXTrackRenderer::drawPath(QPainter *painter, const QPainterPath &path,
 {
     painter->save();
     painter->setPen(penFromTrack(configuration, option));
+    // A host's painter may have a brush, too.
+    const bool isLine = painter->brush().style() == Qt::NoBrush;
     if (option == Foreground || isStroked(configuration))
-        painter->drawPath(path);
+        painter->drawPath(isLine ? lineNearPicture(painter, path, painter->pen()) : path);
     painter->restore();
 }
 
