@@ -4,6 +4,8 @@
 #ifndef KELPLAINRENDERER_H
 #define KELPLAINRENDERER_H
 
+#include "KelPathCutter.h"
+
 #include <KelDistance.h>
 #include <KelGPXConfiguredTrack.h>
 #include <KelGPXConfiguredTrackList.h>
@@ -194,7 +196,7 @@ private:
         forEachShift(painter, [&] {
             if (shape == TrackShapePolygon) {
                 if (has(configuration, DisplayFill, option))
-                    painter->fillPath(whole, m_renderer.brushFromTrack(configuration, option));
+                    painter->fillPath(KelPathCutter(painter, 0.0).area(whole), m_renderer.brushFromTrack(configuration, option));
                 drawPath(painter, whole, configuration, option);
             } else {
                 drawPath(painter, whole, configuration, option);
@@ -207,10 +209,12 @@ private:
     void drawPath(QPainter *painter, const QPainterPath &whole, const KelGPXTrackConfiguration &configuration,
                   Option option) const
     {
+        const QPen pen = m_renderer.penFromTrack(configuration, option);
+        const KelPathCutter cutter(painter, pen.widthF() * std::max(1.0, pen.miterLimit()));
         painter->save();
-        painter->setPen(m_renderer.penFromTrack(configuration, option));
+        painter->setPen(pen);
         if (has(configuration, DisplayStroke, option))
-            painter->drawPath(whole);
+            painter->drawPath(pen.style() == Qt::SolidLine ? cutter.line(whole) : whole);
         painter->restore();
     }
 
