@@ -67,6 +67,8 @@ private Q_SLOTS:
     void scales();
     void origins_data() { KelExtremeNumbers::addRows(); }
     void origins();
+    void linesFarBeyondThePicture_data();
+    void linesFarBeyondThePicture();
     void worldWidths_data() { KelExtremeNumbers::addRows(); }
     void worldWidths();
     void positions_data() { KelExtremeNumbers::addRows(); }
@@ -105,6 +107,38 @@ void tst_ExtremeDrawing::origins()
 {
     QFETCH(double, value);
     renderAll(LinearRenderer(everything(3.0, 1.0), pictureSize, 1.0, PIXELS_PER_DEGREE, QPointF(value, value)));
+}
+
+void tst_ExtremeDrawing::linesFarBeyondThePicture_data()
+{
+    QTest::addColumn<double>("pixelsPerDegree");
+    QTest::addColumn<bool>("polygon");
+    for (const double scale : {1e3, 1e4, 3e4, 6e4, 1e5, 1.6e5, 1e6, 1e9}) {
+        QTest::addRow("line, %g pixels per degree", scale) << scale << false;
+        QTest::addRow("polygon, %g pixels per degree", scale) << scale << true;
+    }
+}
+
+// A small file that goes around half the world many times, seen from near: painters follow each edge all the way.
+void tst_ExtremeDrawing::linesFarBeyondThePicture()
+{
+    QFETCH(double, pixelsPerDegree);
+    QFETCH(bool, polygon);
+    KelGeoPositionList points;
+    for (int i = 0; i < 400; ++i)
+        points.append(KelGeoPosition((i * 37 % 101 - 50) * 0.01, i % 2 ? -60 + i * 17 % 97 * 0.1 : 60 + i * 13 % 89 * 0.1));
+    KelGPXTrackConfiguration look(Qt::blue, KelDistance(6), Qt::yellow, KelDistance(3), strokeAndFill(), KelGPXMarkerShape(MarkerArrow),
+                                  KelGPXTrackShape(polygon ? TrackShapePolygon : TrackShapeLineString),
+                                  KelPenStyle(Qt::SolidLine), 100, 1);
+    const QPointF origin(pictureSize.width() / 2.0, pictureSize.height() / 2.0);
+    const LinearRenderer renderer(selectionOf({KelGPXConfiguredTrack(trackOf({segment(points)}), look)}), pictureSize, 1.0,
+                                  pixelsPerDegree, origin);
+    renderAll(renderer);
+    QImage image(pictureSize, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    renderer.renderWith(&painter, KelGPXTrackRenderer::Normal);
 }
 
 void tst_ExtremeDrawing::worldWidths()

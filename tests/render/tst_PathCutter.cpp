@@ -26,6 +26,7 @@ class tst_PathCutter : public QObject
 private Q_SLOTS:
     void whatIsCut_data();
     void whatIsCut();
+    void aLowerLimit();
     void curvesAreLeftAlone();
     void devicesWithoutPixelsGetEverything();
     void pensWiderThanThePictureCutNothing();
@@ -122,6 +123,20 @@ void tst_PathCutter::whatIsCut()
     QCOMPARE(cutArea(path) != path, isCut);
     QVERIFY(cutLine(QPainterPath()).isEmpty());
     QVERIFY(cutArea(QPainterPath()).isEmpty());
+}
+
+void tst_PathCutter::aLowerLimit()
+{
+    QImage image = blank();
+    const QPainter painter(&image);
+    const double limit = KelPathCutter::FARTHEST_FOR_PAINTERS;
+    const KelPathCutter cutter(&painter, 3.0, limit);
+    const QPainterPath bearable = pathThrough({{5, 5}, {8, 9}, {limit, 9}});
+    QCOMPARE(cutter.line(bearable), bearable);
+    QCOMPARE(cutter.area(bearable), bearable);
+    const QPainterPath cut = cutter.line(pathThrough({{5, 5}, {8, 9}, {limit + 1, 9}}));
+    QCOMPARE(QPointF(cut.elementAt(2)), QPointF(WIDTH + limit / 8 + 3, 9));
+    QVERIFY(cutter.area(pathThrough({{5, 5}, {8, 9}, {limit + 1, 9}})).controlPointRect().right() < limit / 4);
 }
 
 void tst_PathCutter::curvesAreLeftAlone()

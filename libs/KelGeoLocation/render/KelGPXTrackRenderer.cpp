@@ -413,11 +413,12 @@ std::optional<KelGeoPosition> firstDrawingPoint(const KelGPXConfiguredTrack &con
 // ---- lines and areas ------------------------------------------------------------------------------------------
 
 // What of a line the painter is given. Dashes are counted from the line's beginning.
-QPainterPath lineNearPicture(const QPainter *painter, const QPainterPath &path, const QPen &pen)
+QPainterPath lineNearPicture(const QPainter *painter, const QPainterPath &path, const QPen &pen,
+                             double farthest = KelPathCutter::FARTHEST)
 {
     if (pen.style() != Qt::SolidLine)
         return path;
-    return KelPathCutter(painter, pen.widthF() * std::max(1.0, pen.miterLimit())).line(path);
+    return KelPathCutter(painter, pen.widthF() * std::max(1.0, pen.miterLimit()), farthest).line(path);
 }
 
 // Calls draw(path, configuration, offset) for each world copy of a track that is not drawn as a point.
@@ -458,7 +459,7 @@ void drawTrackFast(const KelGPXTrackRenderer &renderer, KelPathPainter *pathPain
             const QPen pen = renderer.penFromTrack(configuration, option);
             const QPainterPath line = lineNearPicture(painter, path, pen);
             if (!pathPainter->stroke(line, pen, offset))
-                renderer.drawPath(painter, line, configuration, option);
+                painter->strokePath(line, pen);
         }
         if (shape != TrackShapePolygon && hasArrow(configuration))
             renderer.drawArrowHead(painter, path, configuration, option);
@@ -1024,7 +1025,8 @@ void KelGPXTrackRenderer::drawPolygon(QPainter *painter, const QPainterPath &pat
 {
     painter->save();
     if (option == Foreground || isFilled(configuration))
-        painter->fillPath(KelPathCutter(painter, 0.0).area(path), brushFromTrack(configuration, option));
+        painter->fillPath(KelPathCutter(painter, 0.0, KelPathCutter::FARTHEST_FOR_PAINTERS).area(path),
+                          brushFromTrack(configuration, option));
     drawPath(painter, path, configuration, option);
     painter->restore();
 }
@@ -1036,8 +1038,10 @@ void KelGPXTrackRenderer::drawPath(QPainter *painter, const QPainterPath &path,
     painter->setPen(penFromTrack(configuration, option));
     // A host's painter may have a brush, too.
     const bool isLine = painter->brush().style() == Qt::NoBrush;
-    if (option == Foreground || isStroked(configuration))
-        painter->drawPath(isLine ? lineNearPicture(painter, path, painter->pen()) : path);
+    if (option == Foreground || isStroked(configuration)) {
+        painter->drawPath(isLine ? lineNearPicture(painter, path, painter->pen(), KelPathCutter::FARTHEST_FOR_PAINTERS)
+                                 : path);
+    }
     painter->restore();
 }
 

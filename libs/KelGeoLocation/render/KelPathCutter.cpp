@@ -18,7 +18,10 @@ namespace
 {
 
 // What is kept around the picture. Less would turn the edges of lines that are cut, more would be slow again.
-constexpr double KEPT = KelPathCutter::FARTHEST / 128;
+double keptOf(double farthest)
+{
+    return farthest < KelPathCutter::FARTHEST ? farthest / 8 : farthest / 128;
+}
 
 using Points = std::vector<QPointF>;
 
@@ -171,7 +174,7 @@ Points partOfPolygon(const Points &polygon, const QRectF &rect)
 
 } // namespace
 
-KelPathCutter::KelPathCutter(const QPainter *painter, double reach)
+KelPathCutter::KelPathCutter(const QPainter *painter, double reach, double farthest)
 {
     const QPaintDevice *device = painter->device();
     const QPaintEngine *engine = painter->paintEngine();
@@ -182,8 +185,8 @@ KelPathCutter::KelPathCutter(const QPainter *painter, double reach)
         return;
     const double ratio = device->devicePixelRatioF();
     const QRectF picture(0, 0, device->width() * ratio, device->height() * ratio);
-    const QRectF bearable(-FARTHEST, -FARTHEST, 2 * FARTHEST, 2 * FARTHEST);
-    const QRectF kept = grown(fromDevice.mapRect(grown(picture, KEPT)), reach);
+    const QRectF bearable(-farthest, -farthest, 2 * farthest, 2 * farthest);
+    const QRectF kept = grown(fromDevice.mapRect(grown(picture, keptOf(farthest))), reach);
     // Nothing would be gained from pens that are so wide.
     if (!bearable.contains(toDevice.mapRect(kept)))
         return;

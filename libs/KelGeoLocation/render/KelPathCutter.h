@@ -12,7 +12,7 @@ class QPainter;
 /// Cuts off what lies so far outside of a picture that painters get slow and inexact there: a few hundred wide lines
 /// that go some million pixels beyond it keep a raster painter busy for minutes.
 ///
-/// Nothing is cut as long as a path stays within FARTHEST pixels, and nothing for devices that have no pixels. What is
+/// Nothing is cut as long as a path stays within some distance, and nothing for devices that have no pixels. What is
 /// cut looks the same but for the rounding of edges that come from so far away.
 ///
 /// Private to the library.
@@ -23,9 +23,12 @@ public:
     /// moves their edges; it is nearer where pointers are short.
     static constexpr double FARTHEST = sizeof(void *) == 8 ? 4.0e6 : 1.6e4;
 
-    /// For paths as \a painter has them now, painted with what reaches \a reach beyond them (half the width of a pen
+    /// For what QPainter paints itself: each wide line that goes that far takes it milliseconds, farther ones take longer.
+    static constexpr double FARTHEST_FOR_PAINTERS = 16384.0;
+
+    /// Cuts paths that go beyond \a farthest. For paths as \a painter has them now, painted with what reaches \a reach beyond them (half the width of a pen
     /// with round caps and joins), in the path's units.
-    KelPathCutter(const QPainter *painter, double reach);
+    KelPathCutter(const QPainter *painter, double reach, double farthest = FARTHEST);
 
     /// The path, or what is near the picture of a far one, for a solid pen. What was closed and is cut is open. Paths with
     /// curves are left as they are.
