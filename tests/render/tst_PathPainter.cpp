@@ -100,13 +100,15 @@ public:
     /// Lines as tracks have them, and lines that are meant to be difficult.
     void addLine(QPainterPath *path, const QSize &size, int points)
     {
-        const double reach = real(0.2, oneIn(16) ? 12.0 : 1.2);
+        // Now and then most lies outside of the picture, or so far that a line has more dashes than are painted.
+        const double reach = oneIn(60) ? real(300.0, 3000.0) : real(0.2, oneIn(16) ? 12.0 : 1.2);
         const auto anywhere = [&] {
             return QPointF(size.width() * (0.5 + real(-reach, reach)), size.height() * (0.5 + real(-reach, reach)));
         };
         // Lines right across are the slowest of all.
         const int kind = points > 400 || !oneIn(points > 40 ? 16 : 8) ? integer(0, 5) : 6;
-        const double step = real(0.5, 20.0);
+        // Lengths of dashes that are whole numbers of pixels end where lines do.
+        const double step = oneIn(3) ? integer(1, 18) : real(0.5, 20.0);
         const double grid = oneIn(3) ? 1.0 / integer(1, 4) : 0.0;
         QPointF point = anywhere();
         double direction = real(0, 2 * PI);
@@ -149,6 +151,8 @@ public:
                 point = anywhere();
             path->lineTo(placed(point));
         }
+        if (oneIn(20)) // which the painter leaves out
+            path->lineTo(path->currentPosition());
         if (oneIn(3))
             path->closeSubpath();
     }
@@ -173,6 +177,21 @@ public:
             addLine(path, size, 2);
     }
 
+    Qt::PenStyle penStyle()
+    {
+        constexpr Qt::PenStyle DASHED[] = {Qt::DashLine, Qt::DotLine, Qt::DashDotLine, Qt::DashDotDotLine};
+        return oneIn(3) ? DASHED[integer(0, 3)] : Qt::SolidLine;
+    }
+
+    double penWidth()
+    {
+        if (oneIn(10))
+            return real(10, 150);
+        if (oneIn(10))
+            return real(1.0, 1.6);
+        return oneIn(2) ? integer(1, 12) : real(0.2, 12);
+    }
+
     Scene scene()
     {
         Scene result;
@@ -180,9 +199,7 @@ public:
         const bool isLong = oneIn(8);
         result.size = isLong ? QSize(integer(1, 110), integer(1, 90)) : QSize(integer(1, 60), integer(1, 40));
         result.path = path(result.size, isLong);
-        const double width = oneIn(10) ? real(10, 150) : oneIn(2) ? integer(1, 12)
-                                                                  : real(0.2, 12);
-        result.pen = QPen(QBrush(color()), width, oneIn(20) ? Qt::DashLine : Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+        result.pen = QPen(QBrush(color()), penWidth(), penStyle(), Qt::RoundCap, Qt::RoundJoin);
         result.brush = QBrush(color());
         if (oneIn(3))
             result.offset = QPointF(real(-200, 200), oneIn(2) ? 0 : real(-200, 200));
@@ -224,9 +241,64 @@ QPainterPath zigzag(int points)
     return path;
 }
 
-QPen roundPen(double width)
+QPen roundPen(double width, Qt::PenStyle style = Qt::SolidLine)
 {
-    return QPen(QBrush(QColor(200, 0, 0, 100)), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    return QPen(QBrush(QColor(200, 0, 0, 100)), width, style, Qt::RoundCap, Qt::RoundJoin);
+}
+
+// Around squares, step by step, and home again.
+QPainterPath squares(double side, double step, int count)
+{
+    QPainterPath path;
+    for (int i = 0; i < count; ++i) {
+        const QPointF corner(10 + 9 * i, 12 + 4 * i);
+        path.moveTo(corner);
+        for (double way = step; way < side; way += step)
+            path.lineTo(corner + QPointF(way, 0));
+        for (double way = 0; way < side; way += step)
+            path.lineTo(corner + QPointF(side, way));
+        for (double way = 0; way < side; way += step)
+            path.lineTo(corner + QPointF(side - way, side));
+        for (double way = 0; way < side; way += step)
+            path.lineTo(corner + QPointF(0, side - way));
+        path.closeSubpath();
+    }
+    return path;
+}
+
+QPainterPath randomLine(const QSizeF &reach, int points)
+{
+    std::mt19937 engine(1);
+    std::uniform_real_distribution<double> part(-1, 1);
+    QPainterPath path(QPointF(40, 30));
+    for (int i = 1; i < points; ++i) {
+        const double x = part(engine);
+        path.lineTo(40 + x * reach.width(), 30 + part(engine) * reach.height());
+    }
+    return path;
+}
+
+QPainterPath pairs()
+{
+    QPainterPath path;
+    for (int i = 0; i < 200; ++i) {
+        path.moveTo(i % 50, i % 40);
+        path.lineTo(80 - i % 31, i % 47);
+    }
+    return path;
+}
+
+// Lines without length, where dashes begin and end as well as between.
+QPainterPath standstill()
+{
+    QPainterPath path(QPointF(10, 10));
+    for (int i = 1; i < 60; ++i) {
+        const QPointF point(10 + (i % 9) * 6, 10 + (i / 9) * 6);
+        path.lineTo(point);
+        path.lineTo(1000, 1000);
+        path.setElementPositionAt(path.elementCount() - 1, point.x(), point.y());
+    }
+    return path;
 }
 
 bool isStroked(const QPainterPath &path, const QPen &pen, const QPointF &offset = QPointF())
@@ -256,9 +328,12 @@ private Q_SLOTS:
     void seamOfAClosedLine();
     void piecesOfLinesThatComeBack_data();
     void piecesOfLinesThatComeBack();
+    void dashes_data();
+    void dashes();
     void colorsOneAfterTheOther();
     void largePictures_data();
     void largePictures();
+    void memoryDoesNotGrowWithTheOutline_data();
     void memoryDoesNotGrowWithTheOutline();
 
 private:
@@ -331,7 +406,16 @@ void tst_PathPainter::whatIsLeftToThePlainForm_data()
     QTest::newRow("thin pen") << zigzag(400) << roundPen(1) << QPointF() << false;
     QPen pen = roundPen(4);
     pen.setStyle(Qt::DotLine);
-    QTest::newRow("dotted pen") << zigzag(400) << pen << QPointF() << false;
+    QTest::newRow("dotted pen") << zigzag(400) << pen << QPointF() << true;
+    QTest::newRow("dotted pen, short line") << zigzag(3) << pen << QPointF() << true;
+    pen.setDashOffset(1);
+    QTest::newRow("dotted pen that begins later") << zigzag(400) << pen << QPointF() << false;
+    pen = roundPen(4);
+    pen.setDashPattern({1, 2});
+    QTest::newRow("pen with dashes of a host's own") << zigzag(400) << pen << QPointF() << false;
+    pen = roundPen(1);
+    pen.setStyle(Qt::DotLine);
+    QTest::newRow("thin dotted pen") << zigzag(400) << pen << QPointF() << false;
     pen = roundPen(4);
     pen.setJoinStyle(Qt::MiterJoin);
     QTest::newRow("mitred pen") << zigzag(400) << pen << QPointF() << false;
@@ -364,6 +448,16 @@ void tst_PathPainter::whatIsLeftToThePlainForm_data()
         path.lineTo(i % 50 + 3, i % 40 + 5);
     }
     QTest::newRow("nothing but single lines") << path << roundPen(4) << QPointF() << false;
+    pen = roundPen(4);
+    pen.setStyle(Qt::DashLine);
+    QTest::newRow("nothing but single dashed lines") << path << pen << QPointF() << true;
+    path = zigzag(20);
+    path.cubicTo(1, 2, 3, 4, 5, 6);
+    QTest::newRow("dashed curve") << path << pen << QPointF() << false;
+    path = zigzag(20);
+    path.lineTo(40, 40);
+    path.setElementPositionAt(path.elementCount() - 1, path.elementAt(19).x + 1e-13, path.elementAt(19).y);
+    QTest::newRow("dashed line with points that are nearly equal") << path << pen << QPointF() << false;
 }
 
 void tst_PathPainter::whatIsLeftToThePlainForm()
@@ -456,6 +550,56 @@ void tst_PathPainter::piecesOfLinesThatComeBack()
     }
 }
 
+void tst_PathPainter::dashes_data()
+{
+    QTest::addColumn<QPainterPath>("path");
+    QTest::addColumn<double>("width");
+
+    QTest::newRow("long line") << zigzag(400) << 3.0;
+    QTest::newRow("short line") << zigzag(20) << 2.5;
+    QPainterPath path(QPointF(5, 7));
+    path.lineTo(70, 50);
+    QTest::newRow("single line") << path << 2.0;
+    QTest::newRow("single lines") << pairs() << 2.0;
+    QTest::newRow("dashes that end in corners") << squares(24, 24, 4) << 2.0;
+    QTest::newRow("dashes that end where lines do") << squares(24, 6, 4) << 3.0;
+    QTest::newRow("dashes that come back to their begin") << squares(10, 10, 3) << 10.0;
+    QTest::newRow("dots that come back to their begin") << squares(8, 8, 3) << 32.0;
+    QTest::newRow("dashes of many lines that come back to their begin") << squares(20, 0.5, 2) << 20.0;
+    QTest::newRow("dots of many lines that come back to their begin") << squares(10, 0.25, 2) << 40.0;
+    QTest::newRow("dash as long as a closed line of many lines") << squares(20, 0.5, 2) << 90.0;
+    QTest::newRow("dashes of many lines") << randomLine(QSizeF(0.5, 0.6), 3000) << 30.0;
+    QTest::newRow("mostly outside of the picture") << randomLine(QSizeF(500, 400), 300) << 2.7;
+    QTest::newRow("mostly outside, whole numbers") << squares(90, 45, 20) << 3.0;
+    QTest::newRow("more dashes than are painted") << randomLine(QSizeF(90000, 50000), 40) << 1.1;
+    QTest::newRow("dashes between lines with more than are painted") << randomLine(QSizeF(35000, 20000), 300) << 1.2;
+    QTest::newRow("lines without length") << standstill() << 3.0;
+    QTest::newRow("nothing but points") << QPainterPath(QPointF(20, 20)) << 3.0;
+}
+
+// Dashes are put where QPainter puts them, in lines that are difficult for this.
+void tst_PathPainter::dashes()
+{
+    QFETCH(QPainterPath, path);
+    QFETCH(double, width);
+    for (const Qt::PenStyle style : {Qt::DashLine, Qt::DotLine, Qt::DashDotLine, Qt::DashDotDotLine}) {
+        for (const QPointF &offset : {QPointF(), QPointF(3.3, -4.7), QPointF(-12, 11)}) {
+            for (const bool antialiased : {true, false}) {
+                const Scene scene{QSize(80, 60), path, roundPen(width, style), QBrush(), offset, antialiased};
+                const QImage expected = plainStroke(scene);
+                QVERIFY(expected != blank(scene) || path.elementCount() < 2);
+                for (const int segments : {18, 100, KelPathPainter::SEGMENTS_PER_PIECE}) {
+                    QImage actual = blank(scene);
+                    QVERIFY(KelPathPainter(&actual, hints(scene), segments).stroke(path, scene.pen, offset));
+                    QVERIFY2(actual == expected,
+                             qPrintable(QStringLiteral("Style %1, %2 segments: ").arg(style).arg(segments)
+                                        + firstDifference(actual, expected)));
+                }
+            }
+        }
+    }
+}
+
 // An invalid colour paints as QPainter takes it, be it the first or a later one.
 void tst_PathPainter::colorsOneAfterTheOther()
 {
@@ -517,24 +661,35 @@ void tst_PathPainter::largePictures()
     }
 }
 
-// The outline of a stroke takes some hundreds of bytes for each segment.
+void tst_PathPainter::memoryDoesNotGrowWithTheOutline_data()
+{
+    QTest::addColumn<Qt::PenStyle>("style");
+    QTest::addColumn<int>("points");
+    QTest::newRow("solid") << Qt::SolidLine << 200000;
+    QTest::newRow("dots") << Qt::DotLine << 50000;
+    QTest::newRow("dashes") << Qt::DashLine << 50000;
+}
+
+// The outline of a stroke takes some hundreds of bytes for each segment, and for each dash.
 void tst_PathPainter::memoryDoesNotGrowWithTheOutline()
 {
     if (!KelMemoryLimit::IS_POSSIBLE)
         QSKIP("Not with sanitizers");
+    QFETCH(Qt::PenStyle, style);
+    QFETCH(int, points);
     Random random(1);
     const QSize size(60, 50);
     QPainterPath path(QPointF(30, 25));
-    for (int i = 0; i < 200000; ++i)
+    for (int i = 0; i < points; ++i)
         path.lineTo(random.real(0, size.width()), random.real(0, size.height()));
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     // Memory that is free already would hide what is taken.
     mallopt(M_MMAP_THRESHOLD, 128 * 1024);
     KelPathPainter painter(&image, QPainter::Antialiasing);
-    QVERIFY(painter.stroke(zigzag(4000), roundPen(2), QPointF())); // with all threads that there will be
+    QVERIFY(painter.stroke(zigzag(4000), roundPen(2, style), QPointF())); // with all threads that there will be
     const KelMemoryLimit limit(16 * 1024 * 1024);
-    QVERIFY(painter.stroke(path, roundPen(2), QPointF()));
+    QVERIFY(painter.stroke(path, roundPen(2, style), QPointF()));
 }
 
 QTEST_MAIN(tst_PathPainter)

@@ -76,11 +76,12 @@ public:
         static constexpr KelGPXMarkerShapeEnum MARKERS[] = {MarkerUnknown, MarkerDisk, MarkerCircle, MarkerX, MarkerBlock};
         static constexpr KelGPXTrackShapeEnum SHAPES[] = {TrackShapeAuto, TrackShapeAuto, TrackShapePoint,
                                                           TrackShapeLineString, TrackShapePolygon};
+        static constexpr Qt::PenStyle DASHED[] = {Qt::DashLine, Qt::DotLine, Qt::DashDotLine, Qt::DashDotDotLine};
         const int marker = MARKERS[integer(0, 4)] | (oneIn(3) ? MarkerArrow : 0);
         return KelGPXTrackConfiguration(
             color(), KelDistance(oneIn(4) ? integer(0, 3) : real(0.5, 14)), color(), KelDistance(oneIn(2) ? 0 : real(0, 6)),
             KelGPXTrackDisplayOptions(integer(0, 3)), KelGPXMarkerShape(marker), KelGPXTrackShape(SHAPES[integer(0, 4)]),
-            KelPenStyle(oneIn(6) ? Qt::DashLine : Qt::SolidLine), oneIn(2) ? 100 : integer(0, 99), integer(1, 4));
+            KelPenStyle(oneIn(2) ? DASHED[integer(0, 3)] : Qt::SolidLine), oneIn(2) ? 100 : integer(0, 99), integer(1, 4));
     }
 
     KelGPXTrackSelection selection()

@@ -3,6 +3,7 @@
 
 #include "KelPathPainter.h"
 
+#include "KelDashedLine.h"
 #include "KelPixelOutline.h"
 
 #include <KelConcurrent.h>
@@ -197,7 +198,18 @@ bool areApart(const QPointF &a, const QPointF &b)
     return (a - b).manhattanLength() > 1e-3;
 }
 
-// Cuts the parts of a line that come near a box into pieces and calls take(path, sign) for each.
+// Also where the path would leave the point out, because it is that before or nearly so: parts of dashes may be that short.
+void addLine(QPainterPath *path, const QPointF &end)
+{
+    if (path->currentPosition() == end) {
+        path->lineTo(end + QPointF(1, 0));
+        path->setElementPositionAt(path->elementCount() - 1, end.x(), end.y());
+    } else {
+        path->lineTo(end);
+    }
+}
+
+// Cuts the parts of lines that come near a box into pieces and calls take(path, sign) for each.
 //
 // Where a line is cut, the outlines of both pieces would show ends. So both have some segments in common, and the outline
 // of these alone, which has the very same ends, is taken away again: what is left is the outline of the line that was
@@ -208,15 +220,17 @@ template<typename Take>
 class StrokePieces
 {
 public:
-    StrokePieces(const std::vector<QPointF> &points, int segmentsPerPiece, Take take)
-        : m_points(points)
+    StrokePieces(const QRectF &box, int segmentsPerPiece, Take take)
+        : m_box(box)
         , m_most(std::max(segmentsPerPiece, 2 * SEAM_CONTEXT))
         , m_take(std::move(take))
     {
     }
 
-    void add(const Subpath &subpath, Runs runs)
+    void add(const std::vector<QPointF> &points, const Subpath &subpath)
     {
+        m_points = points.data();
+        Runs runs = runsNear(m_box, points, subpath);
         if (runs.empty())
             return;
         const Run whole{subpath.first, subpath.last - 1};
@@ -229,6 +243,20 @@ public:
             addOpen(run);
     }
 
+    // Most dashes are short and taken as they are.
+    void addDash(const std::vector<QPointF> &points)
+    {
+        const Run whole{0, static_cast<int>(points.size()) - 2};
+        const QPointF &first = points.front();
+        const QPointF &last = points.back();
+        if (whole.count() > m_most && !isNearlyEqual(first, last)) {
+            add(points, {whole.first, whole.last + 1, first == last});
+        } else {
+            m_points = points.data();
+            addPath(&m_added, whole);
+        }
+    }
+
     void finish()
     {
         pass(&m_added, KelOutlineFiller::Added);
@@ -237,7 +265,7 @@ public:
     }
 
 private:
-    const QPointF &point(int index) const { return m_points[static_cast<std::size_t>(index)]; }
+    const QPointF &point(int index) const { return m_points[index]; }
     const QPointF &begin(const Run &run) const { return point(run.first); }
     const QPointF &end(const Run &run) const { return point(run.last + 1); }
     bool isOpen(const Run &run) const { return areApart(begin(run), end(run)); }
@@ -252,7 +280,7 @@ private:
     void lineAlong(QPainterPath *path, const Run &run)
     {
         for (int i = run.first; i <= run.last; ++i)
-            path->lineTo(point(i + 1));
+            addLine(path, point(i + 1));
         m_count += run.count();
     }
 
@@ -320,8 +348,9 @@ private:
         return false;
     }
 
-    const std::vector<QPointF> &m_points;
-    int m_most;
+    const QRectF m_box;
+    const int m_most;
+    const QPointF *m_points = nullptr;
     Take m_take;
     QPainterPath m_added;
     QPainterPath m_takenAway;
@@ -331,7 +360,7 @@ private:
 // Plain pens of the kind the renderers make.
 bool isRound(const QPen &pen)
 {
-    return pen.style() == Qt::SolidLine && pen.capStyle() == Qt::RoundCap && pen.joinStyle() == Qt::RoundJoin
+    return pen.capStyle() == Qt::RoundCap && pen.joinStyle() == Qt::RoundJoin
         && !pen.isCosmetic() && pen.brush().style() == Qt::SolidPattern && pen.widthF() > THINNEST_PEN
         && pen.widthF() < THICKEST_PEN;
 }
@@ -400,7 +429,11 @@ QRgb KelPathPainter::premultiplied(const QColor &color)
 
 bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPointF &offset)
 {
-    if (!isRound(pen) || !hasCorner(path) || !isPaintable(path, offset))
+    if (!isRound(pen) || !isPaintable(path, offset))
+        return false;
+    if (pen.style() != Qt::SolidLine)
+        return strokeDashes(path, pen, offset);
+    if (!hasCorner(path))
         return false;
     if (path.elementCount() < FEWEST_FOR_STRIPES) {
         const QRect whole(QPoint(), m_size);
@@ -413,6 +446,32 @@ bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPo
     const std::optional<Polyline> polyline = polylineOf(path);
     if (!polyline)
         return false;
+    const auto addTo = [&](auto *pieces, const QRectF &) {
+        for (const Subpath &subpath : polyline->subpaths)
+            pieces->add(polyline->points, subpath);
+    };
+    return strokePieces(stripes(), path, pen, offset, addTo);
+}
+
+bool KelPathPainter::strokeDashes(const QPainterPath &path, const QPen &pen, const QPointF &offset)
+{
+    if (!KelDashedLine::isPossible(pen, m_size) || !KelDashedLine::isPossible(path))
+        return false;
+    const QRect whole(QPoint(), m_size);
+    const KelDashedLine dashes(path, pen, QRectF(whole).translated(-offset));
+    QPen solid(pen);
+    solid.setStyle(Qt::SolidLine);
+    const auto addTo = [&](auto *pieces, const QRectF &box) {
+        dashes.forEachDashIn(box, [&](const std::vector<QPointF> &points) { pieces->addDash(points); });
+    };
+    const bool areMany = dashes.hasMoreThan(FEWEST_FOR_STRIPES);
+    return strokePieces(areMany ? stripes() : QList<QRect>{whole}, path, solid, offset, addTo);
+}
+
+template<typename AddTo>
+bool KelPathPainter::strokePieces(const QList<QRect> &stripes, const QPainterPath &path, const QPen &pen,
+                                  const QPointF &offset, AddTo addTo)
+{
     const double reach = pen.widthF() / 2 + PEN_MARGIN;
     const QRect pixels = pixelsOf(path, offset, reach);
     const auto fillerIn = [&](const QRect &stripe) {
@@ -425,13 +484,12 @@ bool KelPathPainter::stroke(const QPainterPath &path, const QPen &pen, const QPo
             filler->add(KelPixelOutline(stroker.createStroke(piece), offset, stripe), sign);
         };
         const QRectF box = grown(QRectF(stripe).translated(-offset), reach);
-        StrokePieces pieces(polyline->points, m_segmentsPerPiece, take);
-        for (const Subpath &subpath : polyline->subpaths)
-            pieces.add(subpath, runsNear(box, polyline->points, subpath));
+        StrokePieces pieces(box, m_segmentsPerPiece, take);
+        addTo(&pieces, box);
         pieces.finish();
         return filler;
     };
-    return fillStripes(stripes(), fillerIn, pen.color(), Qt::WindingFill);
+    return fillStripes(stripes, fillerIn, pen.color(), Qt::WindingFill);
 }
 
 bool KelPathPainter::fill(const QPainterPath &path, const QBrush &brush, const QPointF &offset)

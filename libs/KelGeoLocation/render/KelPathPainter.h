@@ -43,9 +43,9 @@ public:
     KelPathPainter(QImage *image, QPainter::RenderHints hints, int segmentsPerPiece = SEGMENTS_PER_PIECE);
 
     /// Paints what QPainter::strokePath() would, for a painter that is moved by \a offset. False, and nothing is
-    /// painted, where that might look different: coordinates far away from the image, pens that are dashed, thin or not
-    /// round, paths of nothing but single lines, long paths with curves, images with more than 32,767 rows or columns,
-    /// versions of Qt that paint otherwise.
+    /// painted, where that might look different: coordinates far away from the image, pens that are thin, not round, or
+    /// dashed in a way of their own, paths of nothing but single lines with pens that are not dashed, paths with curves
+    /// that are long or dashed, images with more than 32,767 rows or columns, versions of Qt that paint otherwise.
     [[nodiscard]] bool stroke(const QPainterPath &path, const QPen &pen, const QPointF &offset);
 
     /// The same for QPainter::fillPath(), with plain colours.
@@ -55,6 +55,10 @@ private:
     [[nodiscard]] bool isPaintable(const QPainterPath &path, const QPointF &offset) const;
     [[nodiscard]] QList<QRect> stripes() const;
     [[nodiscard]] QRgb premultiplied(const QColor &color);
+    [[nodiscard]] bool strokeDashes(const QPainterPath &path, const QPen &pen, const QPointF &offset);
+    template<typename AddTo>
+    bool strokePieces(const QList<QRect> &stripes, const QPainterPath &path, const QPen &pen, const QPointF &offset,
+                      AddTo addTo);
     template<typename FillerIn>
     bool fillStripes(const QList<QRect> &stripes, FillerIn fillerIn, const QColor &color, Qt::FillRule rule);
 
