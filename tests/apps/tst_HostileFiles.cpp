@@ -173,6 +173,8 @@ private Q_SLOTS:
     void initTestCase();
     void files_data();
     void files();
+    void dashedLines_data();
+    void dashedLines();
     void selections_data();
     void selections();
     void nothingIsWrittenBesideAnArchive();
@@ -561,6 +563,37 @@ void tst_HostileFiles::files()
           OUTLINE_TIMES * made);
     if (!QTest::currentTestFailed())
         QCOMPARE(QFileInfo::exists(picture), drawn == 0);
+}
+
+void tst_HostileFiles::dashedLines_data()
+{
+    QTest::addColumn<QString>("penStyle");
+    for (const char *style : {"dash", "dot", "dash-dot", "dash-dot-dot"})
+        QTest::newRow(style) << QString::fromLatin1(style);
+}
+
+// Each line right across the picture has a great many dashes, of which none may stay in memory.
+void tst_HostileFiles::dashedLines()
+{
+    QFETCH(QString, penStyle);
+    const int points = 10000 * m_factor;
+    const QString name = m_dir.filePath(QStringLiteral("dashes.gpx"));
+    {
+        QByteArray zigzag;
+        for (int i = 0; i < points; ++i)
+            zigzag += "<trkpt lat='" + QByteArray::number(50 + double(i) / points) + "' lon='" + (i % 2 == 0 ? "8" : "9") + "'/>";
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write("<gpx><trk><trkseg>" + zigzag + "</trkseg></trk></gpx>");
+    }
+    const QString picture = m_dir.filePath(QStringLiteral("map.png"));
+    QFile::remove(picture);
+    const Outcome outcome = run(m_dir.path(), {name, QStringLiteral("-o"), picture, QStringLiteral("--size=300x200"),
+                                               QStringLiteral("--no-map"), QStringLiteral("--shape=linestring"),
+                                               QStringLiteral("--pen-style=") + penStyle, QStringLiteral("--line-width=2")});
+    judge(name, outcome, 0, QString(), OUTLINE_TIMES * POINT * 10000);
+    if (!QTest::currentTestFailed())
+        QVERIFY(QFileInfo::exists(picture));
 }
 
 void tst_HostileFiles::selections_data()
