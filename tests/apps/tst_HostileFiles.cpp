@@ -588,9 +588,9 @@ void tst_HostileFiles::dashedLines()
     }
     const QString picture = m_dir.filePath(QStringLiteral("map.png"));
     QFile::remove(picture);
-    const Outcome outcome = run(m_dir.path(), {name, QStringLiteral("-o"), picture, QStringLiteral("--size=300x200"),
-                                               QStringLiteral("--no-map"), QStringLiteral("--shape=linestring"),
-                                               QStringLiteral("--pen-style=") + penStyle, QStringLiteral("--line-width=2")});
+    QStringList arguments{name, QStringLiteral("-o"), picture, QStringLiteral("--size=300x200"), QStringLiteral("--no-map")};
+    arguments << QStringLiteral("--shape=linestring") << QStringLiteral("--pen-style=") + penStyle << QStringLiteral("--line-width=2");
+    const Outcome outcome = run(m_dir.path(), arguments);
     judge(name, outcome, 0, QString(), OUTLINE_TIMES * POINT * 10000);
     if (!QTest::currentTestFailed())
         QVERIFY(QFileInfo::exists(picture));

@@ -25,7 +25,7 @@ namespace
 constexpr double MOST_PATTERNS = 10000.0;
 constexpr double MOST_PATTERNS_OF_PICTURE = 9990.0;
 
-// A rectangle as the painter sees it: its lines are not part of it, and what touches a corner is in it.
+// A rectangle as the painter sees it: without its border.
 class Frame
 {
 public:
@@ -59,7 +59,7 @@ public:
         const QPointF right = QPointF(m_right, toTheRight ? m_top : m_bottom) - upper;
         const double besideLeft = left.x() * way.y() - left.y() * way.x();
         const double besideRight = right.x() * way.y() - right.y() * way.x();
-        return (besideLeft <= 0 && besideRight >= 0) || (besideLeft >= 0 && besideRight <= 0);
+        return (besideLeft < 0 && besideRight > 0) || (besideLeft > 0 && besideRight < 0);
     }
 
 private:

@@ -43,8 +43,8 @@ public:
     /// Two points or more, which may be equal.
     using Take = std::function<void(const std::vector<QPointF> &points)>;
 
-    /// Calls take(points) for each dash that comes into \a box, where \a box reaches to the picture's edge, and for a few
-    /// others. Dashes are open lines.
+    /// Calls take(points) for each dash that comes into \a box, and maybe for some that come near it. Dashes are open lines.
+    /// Those that lie outside of the picture, by more than a pen's width, may be left out.
     void forEachDashIn(const QRectF &box, const Take &take) const;
 
     struct Pattern
