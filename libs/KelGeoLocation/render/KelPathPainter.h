@@ -29,7 +29,8 @@ class QPointF;
 /// that comes near it, with two more segments at each end, so that joins look at the same neighbours. What is painted
 /// in a stripe does not depend on edges elsewhere, as long as the outline stays closed. Long parts are outlined piece by
 /// piece, so that memory is bounded by the picture, not by the outline, which takes hundreds of bytes for each segment;
-/// dashes are gathered into such pieces, one after the other; outlines of areas, and lines that come back to the same points all the time, are held whole.
+/// dashes are gathered into such pieces, one after the other; outlines of areas, and lines that come back to the same
+/// points all the time, are held whole.
 ///
 /// Private to the library. The painter keeps the image's memory: nothing else may copy or resize the image while the
 /// painter lives, but others may paint on it between two calls.
