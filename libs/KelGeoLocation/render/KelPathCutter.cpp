@@ -88,7 +88,7 @@ bool narrow(Passage *passage, double position, double way, double least, double 
 {
     if (way == 0.0)
         return position >= least && position <= most;
-    const auto [first, last] = std::minmax((least - position) / way, (most - position) / way);
+    const auto [first, last] = std::minmax({(least - position) / way, (most - position) / way});
     passage->entry = std::max(passage->entry, first);
     passage->exit = std::min(passage->exit, last);
     return passage->entry <= passage->exit;
