@@ -401,6 +401,8 @@ private Q_SLOTS:
     void areasLeftToThePlainForm();
     void seamOfAClosedLine_data();
     void seamOfAClosedLine();
+    void piecesThatEndWhereTheLineEnds_data();
+    void piecesThatEndWhereTheLineEnds();
     void piecesOfLinesThatComeBack_data();
     void piecesOfLinesThatComeBack();
     void dashes_data();
@@ -591,6 +593,36 @@ void tst_PathPainter::seamOfAClosedLine()
                 QCOMPARE(strokes, 1);
             }
         }
+    }
+}
+
+void tst_PathPainter::piecesThatEndWhereTheLineEnds_data()
+{
+    QTest::addColumn<int>("seed");
+    for (int seed = 1; seed <= 10; ++seed)
+        QTest::addRow("walk %d", seed) << seed;
+}
+
+// To and fro in small steps on a line that is nearly straight, under a wide pen: sooner or later a cut would be where the
+// line's end is, too. A piece that ends where it begins is painted closed, with a join instead of two ends.
+void tst_PathPainter::piecesThatEndWhereTheLineEnds()
+{
+    QFETCH(int, seed);
+    Random random(seed);
+    const double step = random.real(0.5, 4);
+    QPainterPath path(QPointF(40, 30));
+    QPointF point(40, 30);
+    for (int i = random.integer(280, 400); i > 0; --i) {
+        point += QPointF(random.oneIn(2) ? step : -step, 0);
+        point.setY(30 + 0.01 * step * (qRound(point.x() / step) % 3));
+        path.lineTo(point);
+    }
+    const Scene scene{QSize(80, 60), path, roundPen(20.5), QBrush(), QPointF(), true};
+    const QImage expected = plainStroke(scene);
+    for (int segments = 18; segments < 24; ++segments) {
+        QImage actual = blank(scene);
+        QVERIFY(KelPathPainter(&actual, hints(scene), segments).stroke(path, scene.pen, scene.offset));
+        QVERIFY2(actual == expected, qPrintable(QString::number(segments) + firstDifference(actual, expected)));
     }
 }
 
