@@ -4,6 +4,7 @@
 #include "KelRenderApplication.h"
 
 #include "KelBeelineBuilder.h"
+#include "KelFilePlace.h"
 #include "KelMapArea.h"
 #include "KelMapBounds.h"
 #include "KelMapGeometry.h"
@@ -31,6 +32,7 @@
 
 #include <cmath>
 #include <new>
+#include <utility>
 
 namespace
 {
@@ -40,6 +42,11 @@ constexpr QSize DEFAULT_SIZE(1600, 1000);
 // endless rows of worlds.
 constexpr double LARGEST_WORLD_PIXELS = 1e9;
 constexpr double MOST_COPIES_OF_THE_WORLD = 100.0;
+
+KelFilePlace storeOf(const QString &document)
+{
+    return KelFilePlace::ofResult(KelSelectionFile(document).store().path());
+}
 
 } // namespace
 
@@ -78,12 +85,15 @@ void KelRenderApplication::drawWithinMemory()
 bool KelRenderApplication::readInputs()
 {
     const KelRunStatistics::Watch watch(m_statistics, KelRunStatistics::Read);
+    KelTrackLoader loader(m_diagnostics);
+    loader.find(m_options.inputs);
+    m_trackFiles = loader.files();
+    if (!checkTargets())
+        return false;
     if (!m_options.selectionFile.isEmpty())
         loadSelection();
     m_storedRows = m_selection.count();
-    KelTrackLoader loader(m_diagnostics);
-    m_selection.addTracks(loader.load(m_options.inputs));
-    m_trackFiles = loader.files();
+    m_selection.addTracks(loader.load());
     for (const KelBeelineOption &option : std::as_const(m_options.beelines)) {
         if (const auto track = KelBeelineBuilder::build(option, m_diagnostics))
             m_selection.addTrack(*track);
@@ -99,43 +109,70 @@ bool KelRenderApplication::readInputs()
                             QStringLiteral("there is nothing to draw: no input holds a track"));
         return false;
     }
-    return checkTargets();
+    return checkWholeness();
 }
 
-/// A slip of the pen must not cost the only copy of a track: no result replaces what was read, or another result.
-/// Stored again are selections, and single tracks that --export rewrites.
+/// A slip of the pen must not cost the only copy of a track: no result replaces what is read, or another result. Only a
+/// selection may be stored again.
 bool KelRenderApplication::checkTargets()
 {
-    const auto same = [](const QString &a, const QString &b) {
-        const auto place = [](const QString &name) {
-            const QFileInfo file(name);
-            return file.exists() ? file.canonicalFilePath() : QDir::cleanPath(file.absoluteFilePath());
-        };
-        return place(a) == place(b);
-    };
-    const auto refuse = [this](const QString &target, const QString &reason) {
-        m_diagnostics.error(KelExitCode::UsageError, target, QStringLiteral("nothing was written: %1").arg(reason));
-        return false;
-    };
-    const QString picture = m_options.toStandardOutput() ? QString() : m_options.outputFile;
-    const QString &selection = m_options.saveSelectionFile;
-    QStringList sources = m_trackFiles;
-    if (m_options.map == KelRenderOptions::Map::Picture)
-        sources.append(m_options.mapFile);
-    for (const QString &target : {picture, selection}) {
-        QStringList others = sources;
-        if (target == picture)
-            others << m_options.selectionFile << selection << m_options.exportFile;
-        else
-            others << m_options.exportFile;
-        for (const QString &other : std::as_const(others)) {
-            if (!target.isEmpty() && !other.isEmpty() && same(target, other))
-                return refuse(target, QStringLiteral("the file is named for something else, too; name another one"));
-        }
+    const QString &document = m_options.selectionFile;
+    QStringList targets{m_options.exportFile, m_options.saveSelectionFile};
+    if (!m_options.toStandardOutput())
+        targets.append(m_options.outputFile);
+    targets.removeAll(QString());
+    QList<KelFilePlace> taken;
+    for (const QString &source : sources())
+        taken.append(KelFilePlace::ofInput(source));
+    for (const QString &target : std::as_const(targets)) {
+        const KelFilePlace place = KelFilePlace::ofResult(target);
+        const bool isStoredAgain = target == m_options.saveSelectionFile && !document.isEmpty()
+            && storeOf(target) == storeOf(document);
+        const bool isTheDocument = !document.isEmpty() && place == KelFilePlace::ofInput(document);
+        if (taken.contains(place) || (isTheDocument && !isStoredAgain))
+            return refuse(target, QStringLiteral("the file is named for something else, too; name another one"));
+        if (isInAStore(target))
+            return refuse(target, QStringLiteral("it lies in the folder of a selection's tracks; name another place"));
+        taken.append(place);
     }
-    if (!m_selectionIsWhole && !selection.isEmpty() && same(selection, m_options.selectionFile))
-        return refuse(selection, QStringLiteral("it could not be read completely; save under another name"));
     return true;
+}
+
+/// What a stored selection could not give is still in its document, until the user decides.
+bool KelRenderApplication::checkWholeness()
+{
+    const QString &selection = m_options.saveSelectionFile;
+    if (m_selectionIsWhole || selection.isEmpty()
+        || KelFilePlace::ofResult(selection) != KelFilePlace::ofInput(m_options.selectionFile))
+        return true;
+    return refuse(selection, QStringLiteral("it could not be read completely; save under another name"));
+}
+
+bool KelRenderApplication::refuse(const QString &target, const QString &reason)
+{
+    m_diagnostics.error(KelExitCode::UsageError, target, QStringLiteral("nothing was written: %1").arg(reason));
+    return false;
+}
+
+/// All files that are read, but the document of the selection.
+QStringList KelRenderApplication::sources() const
+{
+    QStringList files = m_trackFiles;
+    if (!m_options.mapFile.isEmpty())
+        files.append(m_options.mapFile);
+    if (!m_options.selectionFile.isEmpty())
+        files.append(KelSelectionFile(m_options.selectionFile).storedFiles());
+    return files;
+}
+
+/// Whether a file is to lie among the tracks of a selection, stored already or about to be.
+bool KelRenderApplication::isInAStore(const QString &target) const
+{
+    for (const QString &document : {m_options.selectionFile, m_options.saveSelectionFile}) {
+        if (!document.isEmpty() && KelFilePlace::folderOfResult(target) == storeOf(document))
+            return true;
+    }
+    return false;
 }
 
 void KelRenderApplication::loadSelection()
@@ -194,7 +231,7 @@ bool KelRenderApplication::writeResults()
 bool KelRenderApplication::exportTracks()
 {
     const KelRunStatistics::Watch watch(m_statistics, KelRunStatistics::Store);
-    KelTrackExporter exporter(m_diagnostics);
+    KelTrackExporter exporter(m_diagnostics, sources() + QStringList{m_options.saveSelectionFile, m_options.outputFile});
     const bool done = exporter.write(m_selection, m_options.exportFile);
     for (const QString &file : exporter.files())
         addResult("gpx", file);

@@ -30,6 +30,10 @@ private:
     bool readInputs();
     void loadSelection();
     bool checkTargets();
+    bool checkWholeness();
+    bool refuse(const QString &target, const QString &reason);
+    [[nodiscard]] QStringList sources() const;
+    [[nodiscard]] bool isInAStore(const QString &target) const;
     bool saveSelection();
     void applyStyle();
     bool writeResults();
@@ -48,7 +52,7 @@ private:
     KelRenderOptions m_options;
     KelDiagnostics m_diagnostics;
     KelGPXTrackSelection m_selection;
-    QStringList m_trackFiles; ///< that were read
+    QStringList m_trackFiles; ///< that are read, readable or not
     bool m_selectionIsWhole = true;
     int m_storedRows = 0; ///< rows of the selection that brought their looks along
     KelMapPicture m_ownMap;

@@ -68,7 +68,7 @@ constexpr OptionText OPTIONS[] = {
     {"name", "Name of the beeline before it.", "text"},
     {"selection", "Read tracks, looks and cropping from a file of --save-selection.", "file"},
     {"save-selection", "Store tracks, looks and cropping in <file> and the tracks in a folder beside it.", "file"},
-    {"export", "Write the tracks as GPX, one file for each; numbered where there are several.", "file.gpx"},
+    {"export", "Write the tracks as GPX, one file for each; numbered where there are several. No result replaces an input.", "file.gpx"},
     {"info", "Print name, shape, segments, points, length, bounds and times of each track.", nullptr},
     {"report", "Print all that --info tells, and all messages, for programs; the one kind is json.", "json"},
     {"stats", "Print times, counts and memory for programs; the one kind is json.", "json"},

@@ -17,27 +17,41 @@
 #include <QSet>
 #include <QTemporaryDir>
 
-KelTrackExporter::KelTrackExporter(KelDiagnostics &diagnostics)
+KelTrackExporter::KelTrackExporter(KelDiagnostics &diagnostics, const QStringList &reserved)
     : m_diagnostics(diagnostics)
 {
+    // The names of files that are there are not taken anyhow.
+    for (const QString &name : reserved) {
+        const KelFilePlace place = KelFilePlace::ofResult(name);
+        if (!name.isEmpty() && !place.exists())
+            m_reserved.append(place);
+    }
 }
 
 bool KelTrackExporter::write(const KelGPXTrackSelection &selection, const QString &path)
 {
     if (selection.count() == 1)
         return writeTrack(selection.value(0).track(), path);
-    const QFileInfo wanted(path);
-    const QDir folder = wanted.absoluteDir();
     for (int row = 0; row < selection.count(); ++row) {
-        const QFileInfo file = KelUniqueFilenameMaker::instance().makeUniqueFileNameInSafeContainer(
-            QFileInfo(folder, wanted.fileName()), QSet<QDir>{folder});
-        const QString name = wanted.path() == QLatin1String(".") && !path.startsWith(QLatin1String("./"))
-            ? file.fileName()
-            : QDir(wanted.path()).filePath(file.fileName());
-        if (!writeTrack(selection.value(row).track(), name))
+        if (!writeTrack(selection.value(row).track(), freeName(path)))
             return false;
     }
     return true;
+}
+
+/// As the user would write it, relative names too.
+QString KelTrackExporter::freeName(const QString &path) const
+{
+    const QFileInfo wanted(path);
+    const QDir folder = wanted.absoluteDir();
+    QFileInfo file;
+    do {
+        file = KelUniqueFilenameMaker::instance().makeUniqueFileNameInSafeContainer(QFileInfo(folder, wanted.fileName()),
+                                                                                    QSet<QDir>{folder});
+    } while (m_reserved.contains(KelFilePlace::ofResult(file.filePath())));
+    return wanted.path() == QLatin1String(".") && !path.startsWith(QLatin1String("./"))
+        ? file.fileName()
+        : QDir(wanted.path()).filePath(file.fileName());
 }
 
 bool KelTrackExporter::writeTrack(const KelGPXTrack &track, const QString &path)

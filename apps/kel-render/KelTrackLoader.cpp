@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include <unistd.h>
 
@@ -58,13 +59,26 @@ KelTrackLoader::KelTrackLoader(KelDiagnostics &diagnostics)
 {
 }
 
-KelGPXConfiguredTrackList KelTrackLoader::load(const QStringList &paths)
+void KelTrackLoader::find(const QStringList &paths)
+{
+    m_inputs.clear();
+    for (const QString &path : paths)
+        m_inputs.append({path, filesOf(path)});
+}
+
+QStringList KelTrackLoader::files() const
 {
     QStringList files;
-    for (const QString &path : paths)
-        files.append(filesOf(path));
-    m_files = files;
+    for (const Input &input : m_inputs)
+        files.append(input.files);
+    return files;
+}
 
+KelGPXConfiguredTrackList KelTrackLoader::load()
+{
+    for (const Input &input : std::as_const(m_inputs))
+        explainFolder(input);
+    const QStringList files = this->files();
     KelGPXConfiguredTrackList tracks;
     for (qsizetype i = 0; i < files.size(); ++i) {
         m_diagnostics.progress(QStringLiteral("Reading %1 of %2: %3").arg(i + 1).arg(files.size()).arg(files.at(i)));
@@ -78,21 +92,26 @@ QStringList KelTrackLoader::filesOf(const QString &path)
 {
     if (!QFileInfo(path).isDir())
         return {path};
-    const QDir folder(path);
-    if (!folder.isReadable()) {
-        m_diagnostics.error(KelExitCode::InputUnreadable, path,
-                            QStringLiteral("the folder cannot be read; check its permissions"));
-        return {};
-    }
     const QStringList patterns = KelTrackSelectionFactory::instance().supportedFileFormats();
     QStringList files;
-    const QStringList names = folder.entryList(patterns, QDir::Files, QDir::Name);
+    const QStringList names = QDir(path).entryList(patterns, QDir::Files, QDir::Name);
     for (const QString &name : names)
         files.append(path.endsWith(QLatin1Char('/')) ? path + name : path + QLatin1Char('/') + name);
-    if (files.isEmpty())
-        m_diagnostics.warning(
-            path, QStringLiteral("no track files in this folder (%1)").arg(patterns.join(QLatin1String(", "))));
     return files;
+}
+
+void KelTrackLoader::explainFolder(const Input &input)
+{
+    if (!input.files.isEmpty())
+        return;
+    if (!QDir(input.path).isReadable()) {
+        m_diagnostics.error(KelExitCode::InputUnreadable, input.path,
+                            QStringLiteral("the folder cannot be read; check its permissions"));
+        return;
+    }
+    const QStringList patterns = KelTrackSelectionFactory::instance().supportedFileFormats();
+    m_diagnostics.warning(
+        input.path, QStringLiteral("no track files in this folder (%1)").arg(patterns.join(QLatin1String(", "))));
 }
 
 void KelTrackLoader::loadFile(const QString &path, KelGPXConfiguredTrackList &tracks)

@@ -6,6 +6,7 @@
 
 #include <KelGPXConfiguredTrackList.h>
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -19,20 +20,31 @@ class KelTrackLoader
 public:
     explicit KelTrackLoader(KelDiagnostics &diagnostics);
 
-    /// Everything from the named files and folders, in their order; of a folder the files that lie directly in it, by
-    /// name. Tracks without any point are left out. Failures go to the diagnostics, the rest is read all the same.
-    [[nodiscard]] KelGPXConfiguredTrackList load(const QStringList &paths);
-    /// The files that load() has taken from its paths, readable or not.
-    [[nodiscard]] const QStringList &files() const noexcept { return m_files; }
+    /// Looks which files are to be read: the named ones, in their order, and of a folder those that lie directly in it, by
+    /// name. Nothing is said yet.
+    void find(const QStringList &paths);
+    /// The files that find() has found, readable or not.
+    [[nodiscard]] QStringList files() const;
+
+    /// Everything from the files that find() has found. Tracks without any point are left out. Failures go to the
+    /// diagnostics, the rest is read all the same.
+    [[nodiscard]] KelGPXConfiguredTrackList load();
 
 private:
-    [[nodiscard]] QStringList filesOf(const QString &path);
+    struct Input
+    {
+        QString path; ///< as it was named
+        QStringList files;
+    };
+
+    [[nodiscard]] static QStringList filesOf(const QString &path);
+    void explainFolder(const Input &input);
     void loadFile(const QString &path, KelGPXConfiguredTrackList &tracks);
     bool isReadable(const QFileInfo &file);
     void explainNothing(const QFileInfo &file, const KelErrorHistory &reasons);
 
     KelDiagnostics &m_diagnostics;
-    QStringList m_files;
+    QList<Input> m_inputs;
 };
 
 #endif

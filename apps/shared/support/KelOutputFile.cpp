@@ -3,6 +3,8 @@
 
 #include "KelOutputFile.h"
 
+#include "KelFilePlace.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
@@ -18,8 +20,6 @@
 
 namespace
 {
-
-constexpr int MAXIMUM_LINKS = 40; // as the kernel follows
 
 /// The reason, and what to do about it where that can be said.
 QString explain(int errorNumber)
@@ -85,20 +85,8 @@ bool KelOutputFile::write(const QByteArray &bytes)
         return writeThrough(bytes); // a device or a pipe
     if (info.exists() && !info.isWritable())
         return fail(EACCES);
-    const QString target = targetOf(info.absoluteFilePath());
+    const QString target = KelFilePlace::endOfLinks(m_path);
     return target.isEmpty() ? fail(ELOOP) : replace(target, bytes);
-}
-
-/// Where links lead in the end, which need not exist; empty if they lead nowhere at all.
-QString KelOutputFile::targetOf(const QString &path)
-{
-    QFileInfo info(path);
-    for (int i = 0; i < MAXIMUM_LINKS; ++i) {
-        if (!info.isSymLink())
-            return info.absoluteFilePath();
-        info.setFile(info.symLinkTarget());
-    }
-    return QString();
 }
 
 bool KelOutputFile::writeThrough(const QByteArray &bytes)

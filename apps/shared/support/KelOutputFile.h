@@ -23,7 +23,6 @@ public:
     static bool writeToStandardOutput(const QByteArray &bytes, QString &error);
 
 private:
-    [[nodiscard]] static QString targetOf(const QString &path);
     bool writeThrough(const QByteArray &bytes);
     bool replace(const QString &target, const QByteArray &bytes);
     bool fail(int errorNumber);

@@ -365,6 +365,14 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
     return Result::Done;
 }
 
+QStringList KelSelectionFile::storedFiles() const
+{
+    QStringList paths = m_store.entryList(QDir::Files);
+    for (QString &path : paths)
+        path = m_store.filePath(path);
+    return paths;
+}
+
 void KelSelectionFile::removeUnusedTracks() const
 {
     // What another process is about to save may not be mentioned yet.

@@ -51,6 +51,8 @@ public:
 
     /// The folder with the tracks, absolute.
     [[nodiscard]] QDir store() const { return m_store; }
+    /// All files in it, absolute.
+    [[nodiscard]] QStringList storedFiles() const;
 
 private:
     [[nodiscard]] static QStringList trackFiles(const QDomElement &root);
