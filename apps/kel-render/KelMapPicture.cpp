@@ -5,117 +5,45 @@
 
 #include "KelDiagnostics.h"
 #include "KelMapGeometry.h"
+#include "KelPictureReader.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QImageReader>
-#include <QLoggingCategory>
 #include <QPainter>
 
 #include <cmath>
-#include <cstdio>
-
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace
 {
 
-/// Image libraries print remarks of their own about damaged files; the user gets one line, and it is ours.
-class SilentStandardError
-{
-public:
-    SilentStandardError()
-        : m_kept(::dup(STDERR_FILENO))
-    {
-        std::fflush(stderr);
-        const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-        if (nowhere >= 0) {
-            ::dup2(nowhere, STDERR_FILENO);
-            ::close(nowhere);
-        }
-    }
-    ~SilentStandardError()
-    {
-        std::fflush(stderr);
-        if (m_kept >= 0) {
-            ::dup2(m_kept, STDERR_FILENO);
-            ::close(m_kept);
-        }
-    }
-    SilentStandardError(const SilentStandardError &) = delete;
-    SilentStandardError &operator=(const SilentStandardError &) = delete;
-
-private:
-    int m_kept;
-};
-
-/// Keeps what Qt's JPEG reader remarks: a picture that is cut off counts as read, its rest is grey.
-class JpegRemarks
-{
-public:
-    JpegRemarks()
-        : m_former(qInstallMessageHandler(keep))
-    {
-        s_first.clear();
-    }
-    ~JpegRemarks() { qInstallMessageHandler(m_former); }
-    JpegRemarks(const JpegRemarks &) = delete;
-    JpegRemarks &operator=(const JpegRemarks &) = delete;
-
-    [[nodiscard]] static QString first() { return s_first; }
-
-private:
-    static void keep(QtMsgType, const QMessageLogContext &context, const QString &text)
-    {
-        if (s_first.isEmpty() && QLatin1String(context.category) == QLatin1String("qt.gui.imageio.jpeg"))
-            s_first = text.trimmed();
-    }
-
-    static inline QString s_first;
-    QtMessageHandler m_former;
-};
-
-constexpr int LARGEST_PICTURE_MB = 1024;
 const QColor NOT_COVERED(0xe4, 0xe4, 0xe4);
 
 } // namespace
 
 bool KelMapPicture::load(const QString &fileName, const KelMapBounds &bounds, KelDiagnostics &diagnostics)
 {
-    const QFileInfo info(fileName);
-    if (info.exists() && !info.isFile() && !info.isDir()) { // opening a pipe would wait for somebody to write
-        diagnostics.error(KelExitCode::InputUnreadable, fileName,
-                          QStringLiteral("the map picture cannot be read: a pipe or device"));
+    const auto fail = [&](KelExitCode code, const QString &reason) {
+        diagnostics.error(code, fileName, QStringLiteral("the map picture ") + reason);
         return false;
+    };
+    KelPictureReader reader;
+    switch (reader.read(fileName)) {
+    case KelPictureReader::Result::Done:
+        break;
+    case KelPictureReader::Result::Unreadable:
+        return fail(KelExitCode::InputUnreadable, QStringLiteral("cannot be read: %1").arg(reader.reason()));
+    case KelPictureReader::Result::UnknownKind:
+        return fail(KelExitCode::UnsupportedFormat, QStringLiteral("is of no known kind; use PNG, JPEG or WebP"));
+    case KelPictureReader::Result::TooLarge:
+        return fail(KelExitCode::InputMalformed,
+                    QStringLiteral("is too large: %1; %2 for each side, %3 million pixels in all are possible")
+                        .arg(reader.reason())
+                        .arg(KelPictureReader::MAXIMUM_SIDE)
+                        .arg(KelPictureReader::MAXIMUM_PIXELS / 1'000'000));
+    case KelPictureReader::Result::Damaged:
+        return fail(KelExitCode::InputMalformed, QStringLiteral("is damaged: %1").arg(reader.reason()));
     }
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        diagnostics.error(KelExitCode::InputUnreadable, fileName,
-                          QStringLiteral("the map picture cannot be read: %1").arg(file.errorString()));
-        return false;
-    }
-    QImageReader::setAllocationLimit(LARGEST_PICTURE_MB);
-    QImageReader reader(&file);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    QString remark;
-    {
-        const SilentStandardError silence;
-        const JpegRemarks remarks;
-        m_image = reader.read();
-        remark = JpegRemarks::first();
-    }
-    if (m_image.isNull()) {
-        const bool unknown = reader.error() == QImageReader::UnsupportedFormatError;
-        diagnostics.error(
-            unknown ? KelExitCode::UnsupportedFormat : KelExitCode::InputMalformed, fileName,
-            unknown ? QStringLiteral("the map picture is of no known kind; use PNG, JPEG or WebP")
-                    : QStringLiteral("the map picture is damaged or too large: %1").arg(reader.errorString()));
-        return false;
-    }
-    if (!remark.isEmpty())
-        diagnostics.warning(fileName, QStringLiteral("the map picture may be damaged: %1").arg(remark));
+    if (!reader.remark().isEmpty())
+        diagnostics.warning(fileName, QStringLiteral("the map picture may be damaged: %1").arg(reader.remark()));
+    m_image = reader.image();
     m_bounds = bounds;
     return true;
 }

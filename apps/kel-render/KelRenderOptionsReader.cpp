@@ -41,7 +41,7 @@ constexpr OptionText OPTIONS[] = {
      "factor"},
     {"padding", "Free border around the tracks in percent of the picture (default 8).", "percent"},
     {"bounds", "Show this area, in degrees. A west greater than the east goes across the date line.", "S,W,N,E"},
-    {"map", "Your own map picture (Mercator); needs --map-bounds.", "image"},
+    {"map", "Your own map picture (Mercator; PNG, JPEG or WebP); needs --map-bounds.", "image"},
     {"map-bounds", "The area that the picture of --map shows, edge to edge.", "S,W,N,E"},
     {"no-map", "No map: tracks on a transparent (jpg: white) ground.", nullptr},
     {"dark", "The built-in map in dark colours.", nullptr},

@@ -3,6 +3,8 @@
 
 #include "KelOwnMapDialog.h"
 
+#include "KelPictureReader.h"
+
 #include <KelGeoArcEdit.h>
 #include <KelGeoPosition.h>
 
@@ -12,7 +14,6 @@
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QImageReader>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -78,12 +79,17 @@ void KelOwnMapDialog::chooseFile()
                                                       tr("Bilder (*.png *.jpg *.jpeg *.webp)"));
     if (name.isEmpty())
         return;
-    QImageReader reader(name);
-    m_image = reader.read();
+    KelPictureReader reader;
+    const KelPictureReader::Result result = reader.read(name);
+    m_image = reader.image();
     m_file->setText(name);
     validate();
-    if (m_image.isNull())
-        m_problem->setText(tr("Das Bild ist nicht lesbar: %1").arg(reader.errorString()));
+    if (result == KelPictureReader::Result::UnknownKind)
+        m_problem->setText(tr("Das Bild ist nicht lesbar: es ist weder PNG noch JPEG noch WebP."));
+    else if (result == KelPictureReader::Result::TooLarge)
+        m_problem->setText(tr("Das Bild ist zu groß: mehr als 100 Millionen Bildpunkte oder 32767 auf einer Seite."));
+    else if (result != KelPictureReader::Result::Done)
+        m_problem->setText(tr("Das Bild ist nicht lesbar: %1").arg(reader.reason()));
 }
 
 void KelOwnMapDialog::validate()

@@ -3,6 +3,7 @@
 
 #include <KelTestArchive.h>
 
+#include <QBuffer>
 #include <QColor>
 #include <QDir>
 #include <QDirIterator>
@@ -183,6 +184,16 @@ int rowsOfColor(const QImage &image, int column, const QColor &color)
     for (int y = 0; y < image.height(); ++y)
         rows += image.pixelColor(column, y) == color ? 1 : 0;
     return rows;
+}
+
+/// 32,768 pixels in one row, of which nobody sees any.
+QByteArray tooWidePicture()
+{
+    QImage image(32768, 1, QImage::Format_Mono);
+    image.fill(0);
+    QBuffer buffer;
+    image.save(&buffer, "PNG");
+    return buffer.data();
 }
 
 bool near(const QColor &a, const QColor &b, int tolerance = 6)
@@ -1443,6 +1454,10 @@ void tst_KelRender::ownMapPictureMayBeBad_data()
 
     QTest::newRow("missing") << QByteArray() << 3;
     QTest::newRow("no picture") << QByteArray("just text") << 5;
+    QTest::newRow("drawing that names a file") << QByteArray(
+        "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='9' height='9'>"
+        "<image width='9' height='9' xlink:href='pipe.png'/></svg>") << 5;
+    QTest::newRow("too large") << tooWidePicture() << 4;
     QTest::newRow("truncated PNG") << QByteArray::fromHex("89504e470d0a1a0a0000000d4948445200000010000000100806000000")
                                    << 4;
 }
@@ -1454,6 +1469,7 @@ void tst_KelRender::ownMapPictureMayBeBad()
 
     if (!content.isNull())
         write("map.png", content);
+    QCOMPARE(::mkfifo(path("pipe.png").toLocal8Bit().constData(), 0600), 0); // whoever opens it waits for ever
     const Result result = run(
         {writeTrack("track.gpx", EQUATOR), "-q", "--map=map.png", "--map-bounds=-5,-40,5,0", "-o", "out.png"});
     QCOMPARE(result.code, code);

@@ -173,6 +173,7 @@ void tst_KelViewerDialogs::mapPictures_data()
     QTest::addColumn<QByteArray>("content"); // empty: a good picture
     QTest::newRow("a picture") << QByteArray();
     QTest::newRow("no picture") << QByteArray("hello");
+    QTest::newRow("a drawing") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>");
     QTest::newRow("cut off") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16);
 }
 

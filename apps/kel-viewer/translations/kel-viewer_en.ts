@@ -184,6 +184,14 @@
         <translation>The picture cannot be read: %1</translation>
     </message>
     <message>
+        <source>Das Bild ist nicht lesbar: es ist weder PNG noch JPEG noch WebP.</source>
+        <translation>The picture cannot be read: it is neither PNG nor JPEG nor WebP.</translation>
+    </message>
+    <message>
+        <source>Das Bild ist zu groß: mehr als 100 Millionen Bildpunkte oder 32767 auf einer Seite.</source>
+        <translation>The picture is too large: more than 100 million pixels, or 32767 on one side.</translation>
+    </message>
+    <message>
         <source>Bitte ein Bild wählen.</source>
         <translation>Please choose a picture.</translation>
     </message>
