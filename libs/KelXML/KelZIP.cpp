@@ -133,10 +133,20 @@ private:
     qint64 lastReadAt = -1;
 };
 
+QString entryFailure(zip_error_t *error)
+{
+    if (zip_error_code_zip(error) == ZIP_ER_INVAL)
+        return QStringLiteral("the archive ends before the place where it should be");
+    return QString::fromUtf8(zip_error_strerror(error));
+}
+
 QString openFailure(zip_error_t *error)
 {
     if (zip_error_code_zip(error) == ZIP_ER_NOZIP)
         return QStringLiteral("not a zip archive, or its end is missing");
+    // It says so of sizes and offsets that the directory promises in a 64-bit form and does not give.
+    if (zip_error_code_zip(error) == ZIP_ER_NOENT)
+        return QStringLiteral("the archive's directory is damaged: a size or an offset is missing");
     return QString::fromUtf8(zip_error_strerror(error));
 }
 
@@ -175,7 +185,9 @@ private:
     bool readDirectory();
     bool entriesAreApart();
     bool locate(qsizetype entry, Extent &extent);
-    QByteArray unpack(zip_file_t *entry, const QString &name);
+    qint64 largestSize(const zip_stat_t &status) const;
+    QByteArray unpack(zip_file_t *entry, const QString &name, qint64 largest);
+    QByteArray refuseSize(const QString &name, qint64 largest);
     QByteArray refuse(const QString &why)
     {
         reason = why;
@@ -324,27 +336,46 @@ QByteArray KelZIP::Archive::content(const QString &name)
         return refuse(QStringLiteral("the entry \"%1\" is damaged").arg(name));
     if ((status.valid & ZIP_STAT_ENCRYPTION_METHOD) && status.encryption_method != ZIP_EM_NONE)
         return refuse(QStringLiteral("the entry \"%1\" is encrypted").arg(name));
+    const qint64 largest = largestSize(status);
+    if ((status.valid & ZIP_STAT_SIZE) && status.size > static_cast<zip_uint64_t>(largest))
+        return refuseSize(name, largest);
 
     zip_file_t *entry = zip_fopen_index(zip, index, 0);
     if (!entry) {
         return refuse(QStringLiteral("the entry \"%1\" cannot be read: %2")
-                          .arg(name, QString::fromUtf8(zip_error_strerror(zip_get_error(zip)))));
+                          .arg(name, entryFailure(zip_get_error(zip))));
     }
-    const QByteArray bytes = unpack(entry, name);
+    const QByteArray bytes = unpack(entry, name, largest);
     zip_fclose(entry);
     return bytes;
 }
 
-// The claimed size is no more than a hint; what counts is what comes out.
-QByteArray KelZIP::Archive::unpack(zip_file_t *entry, const QString &name)
+/// How many bytes may come out of an entry. Of the packed bytes that it claims, only those count that the file has.
+qint64 KelZIP::Archive::largestSize(const zip_stat_t &status) const
+{
+    const auto fileSize = static_cast<zip_uint64_t>(file.size());
+    const auto packed = static_cast<qint64>((status.valid & ZIP_STAT_COMP_SIZE) ? std::min(status.comp_size, fileSize) : 0);
+    return packed > MAXIMUM_ENTRY_SIZE / MAXIMUM_RATIO ? MAXIMUM_ENTRY_SIZE : std::max(packed * MAXIMUM_RATIO, UNRATED_SIZE);
+}
+
+QByteArray KelZIP::Archive::refuseSize(const QString &name, qint64 largest)
+{
+    if (largest < MAXIMUM_ENTRY_SIZE)
+        return refuse(QStringLiteral("the entry \"%1\" unpacks to more than %2 times its size").arg(name).arg(MAXIMUM_RATIO));
+    return refuse(QStringLiteral("the entry \"%1\" unpacks to more than %2 MiB")
+                      .arg(name, QString::number(MAXIMUM_ENTRY_SIZE / (1024 * 1024))));
+}
+
+// A size that is claimed to be small is no more than a hint; what counts then is what comes out.
+QByteArray KelZIP::Archive::unpack(zip_file_t *entry, const QString &name, qint64 largest)
 {
     QByteArray bytes;
     qint64 size = 0;
     while (true) {
         // One byte more than allowed, to tell "just as much" from "too much".
-        const qint64 wanted = std::min(READ_BLOCK, MAXIMUM_ENTRY_SIZE + 1 - size);
+        const qint64 wanted = std::min(READ_BLOCK, largest + 1 - size);
         if (bytes.size() < size + wanted)
-            bytes.resize(std::min(std::max(size + wanted, 2 * size), MAXIMUM_ENTRY_SIZE + 1));
+            bytes.resize(std::min(std::max(size + wanted, 2 * size), largest + 1));
         const qint64 count = zip_fread(entry, bytes.data() + size, static_cast<zip_uint64_t>(wanted));
         if (count < 0) {
             return refuse(QStringLiteral("the entry \"%1\" is damaged: %2")
@@ -353,10 +384,8 @@ QByteArray KelZIP::Archive::unpack(zip_file_t *entry, const QString &name)
         if (count == 0)
             break;
         size += count;
-        if (size > MAXIMUM_ENTRY_SIZE) {
-            return refuse(QStringLiteral("the entry \"%1\" unpacks to more than %2 MiB")
-                              .arg(name, QString::number(MAXIMUM_ENTRY_SIZE / (1024 * 1024))));
-        }
+        if (size > largest)
+            return refuseSize(name, largest);
     }
     bytes.resize(size);
     bytes.squeeze();

@@ -38,6 +38,10 @@ private Q_SLOTS:
     void refusesMoreThanTenThousandEntries();
     void refusesBomb_data();
     void refusesBomb();
+    void refusesWhatUnpacksToManyTimesItsSize_data();
+    void refusesWhatUnpacksToManyTimesItsSize();
+    void wrongNumbersInTheDirectory_data();
+    void wrongNumbersInTheDirectory();
     void refusesEncryptedEntry();
     void refusesOverlap_data();
     void refusesOverlap();
@@ -90,7 +94,9 @@ void tst_KelZIP::readsEveryEntry()
 {
     QFETCH(bool, deflated);
     QFETCH(bool, sizesBehindData);
-    const QByteArray large = QByteArray("0123456789abcdef").repeated(100000); // several read blocks
+    QByteArray large; // several read blocks
+    for (int i = 0; i < 250000; ++i)
+        large += QByteArray::number(i);
 
     const KelZIP zip(archive({{"doc.kml", "<kml/>", deflated, sizesBehindData},
                               {"files/", "", false, false},
@@ -290,6 +296,71 @@ void tst_KelZIP::refusesBomb()
     QCOMPARE(zip.fileContent(QStringLiteral("doc.kml")), QByteArray());
     QCOMPARE(zip.errorString(), QStringLiteral("the entry \"doc.kml\" unpacks to more than 256 MiB"));
     QCOMPARE(zip.fileContent(QStringLiteral("other.kml")), QByteArray("fine"));
+}
+
+void tst_KelZIP::refusesWhatUnpacksToManyTimesItsSize_data()
+{
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<int>("packed");
+    QTest::addColumn<qint64>("claimedSize");
+    QTest::addColumn<qint64>("extraPackedSize");
+    QTest::addColumn<bool>("readable");
+
+    QTest::newRow("200 times") << qint64(2000000) << 10000 << qint64(2000000) << qint64(0) << true;
+    QTest::newRow("one byte more, as the archive says") << qint64(2000001) << 10000 << qint64(2000001) << qint64(0) << false;
+    QTest::newRow("one byte more, which the archive denies") << qint64(2000001) << 10000 << qint64(100) << qint64(0) << false;
+    QTest::newRow("packed in one byte less") << qint64(2000000) << 9999 << qint64(2000000) << qint64(0) << false;
+    QTest::newRow("a packed size beyond the end of the file") << qint64(10000000) << 12000 << qint64(10000000) << qint64(1000000) << false;
+    QTest::newRow("1 MiB, however small it is packed") << qint64(1048576) << 1100 << qint64(1048576) << qint64(0) << true;
+    QTest::newRow("1 MiB and a byte") << qint64(1048577) << 1100 << qint64(1048577) << qint64(0) << false;
+}
+
+void tst_KelZIP::refusesWhatUnpacksToManyTimesItsSize()
+{
+    QFETCH(qint64, size);
+    QFETCH(int, packed);
+    QFETCH(qint64, claimedSize);
+    QFETCH(qint64, extraPackedSize);
+    QFETCH(bool, readable);
+    const QByteArray content(size, 'x');
+    const QByteArray wrapped = qCompress(content, 9);
+    const QByteArray stream = wrapped.mid(6, wrapped.size() - 10);
+    QVERIFY(stream.size() <= packed);
+    Entry entry{"doc.kml", content, true, false, false, stream + QByteArray(packed - stream.size(), '\0'), claimedSize};
+    entry.extraPackedSize = extraPackedSize;
+    const KelZIP zip(archive({entry}));
+
+    QVERIFY(zip.fileContent(QStringLiteral("doc.kml")) == (readable ? content : QByteArray()));
+    QCOMPARE(zip.errorString(), readable ? QString() : QStringLiteral("the entry \"doc.kml\" unpacks to more than 200 times its size"));
+}
+
+void tst_KelZIP::wrongNumbersInTheDirectory_data()
+{
+    QTest::addColumn<int>("at"); // in the entry's part of the directory
+    QTest::addColumn<QByteArray>("number");
+    QTest::addColumn<QString>("reason");
+
+    const QByteArray promised64(4, '\xff');
+    const QString missing = QStringLiteral("the archive's directory is damaged: a size or an offset is missing");
+    QTest::newRow("packed size") << 20 << promised64 << missing;
+    QTest::newRow("size") << 24 << promised64 << missing;
+    QTest::newRow("offset") << 42 << promised64 << missing;
+    QTest::newRow("offset behind the end") << 42 << QByteArray("\xff\xff\xff\x7f")
+                                           << "the entry \"doc.kml\" cannot be read: the archive ends before the place where it should be";
+}
+
+void tst_KelZIP::wrongNumbersInTheDirectory()
+{
+    QFETCH(int, at);
+    QFETCH(QByteArray, number);
+    QFETCH(QString, reason);
+    QByteArray bytes = KelTestArchive::build({{"doc.kml", "<kml/>"}});
+    bytes.replace(bytes.lastIndexOf("PK\x01\x02") + at, number.size(), number);
+    const KelZIP zip(archive(bytes));
+
+    if (zip.isOpen())
+        QCOMPARE(zip.fileContent(QStringLiteral("doc.kml")), QByteArray());
+    QCOMPARE(zip.errorString(), reason);
 }
 
 void tst_KelZIP::refusesEncryptedEntry()
