@@ -615,6 +615,16 @@ void tst_KelTrackSelectionFactoryKmlFile::reasons_data()
                                  << qint64(-1);
     QTest::newRow("no Document in an archive") << "a.kmz" << archive(noDocument) << "no \"Document\" element"
                                                << qint64(-1);
+    const QString wide = "this is UTF-16 or UTF-32; KML is read as UTF-8: save it as UTF-8";
+    const QString text = "<kml><Document>" + placemark("ä") + "</Document></kml>";
+    for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE, QStringConverter::Utf32LE, QStringConverter::Utf32BE}) {
+        const char *name = QStringConverter::nameForEncoding(encoding);
+        QTest::addRow("%s", name) << "a.kml" << QByteArray(QStringEncoder(encoding).encode(text)) << wide << qint64(1);
+        const QByteArray marked = QStringEncoder(encoding, QStringConverter::Flag::WriteBom).encode(text);
+        QTest::addRow("%s with a byte order mark", name) << "a.kml" << marked << wide << qint64(1);
+        QTest::addRow("%s in an archive", name) << "a.kmz" << archive(marked) << wide << qint64(1);
+    }
+    QTest::newRow("a zero further on") << "a.kml" << QByteArray("<kml>\n<\0", 8) << "" << qint64(2);
     QTest::newRow("no placemark") << "a.kml" << QByteArray("<kml><Document/></kml>")
                                   << "the \"Document\" holds no placemarks" << qint64(-1);
     QTest::newRow("no coordinates")

@@ -27,6 +27,15 @@ void report(KelErrorHistory *errors, const QString &fileName, const QString &mes
         errors->add({fileName, NO_POSITION, NO_POSITION, message});
 }
 
+/// Whether the text was UTF-16 or UTF-32 before it was read as UTF-8: a zero beside its first "<".
+bool isOfWideCharacters(const QString &text)
+{
+    constexpr qsizetype mostBefore = 7; // a byte order mark and zeros
+    const qsizetype first = text.indexOf(u'<');
+    return first >= 0 && first <= mostBefore
+        && ((first > 0 && text.at(first - 1).isNull()) || (first + 1 < text.size() && text.at(first + 1).isNull()));
+}
+
 /// The element that follows in document order without going below this one; null at the end of @p top.
 QDomElement nextBeside(QDomElement element, const QDomElement &top)
 {
@@ -152,6 +161,8 @@ KelGPXConfiguredTrackList KelTrackSelectionFactoryKmlFile::decode(const QString 
         if (errors) {
             KelErrorHistory::Entry entry = parseErrors.last();
             entry.fileName = fileName;
+            if (isOfWideCharacters(kmlText))
+                entry.message = QStringLiteral("this is UTF-16 or UTF-32; KML is read as UTF-8: save it as UTF-8");
             errors->add(entry);
         }
         return {};
