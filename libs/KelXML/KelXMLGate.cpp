@@ -25,8 +25,17 @@ constexpr qsizetype skimmedAtOnce = 64 * 1024;
 class EntityCosts
 {
 public:
+    /// Of several entities with one name the first counts, as XML has it. Only where the reader's list may hold
+    /// parameter entities, which it does not tell apart, all are taken together: that is never too little.
+    explicit EntityCosts(bool firstCounts)
+        : m_firstCounts(firstCounts)
+    {
+    }
+
     void add(const QXmlStreamEntityDeclaration &declaration)
     {
+        if (m_firstCounts && m_entities.contains(declaration.name().toString()))
+            return;
         KelXMLSkimmer skimmer;
         skimmer.countReferences();
         const bool isWhole = skimmer.feed(declaration.value()) && skimmer.isBalanced() && !skimmer.hasDocumentType();
@@ -80,6 +89,7 @@ private:
     }
 
     QHash<QString, Entity> m_entities;
+    bool m_firstCounts;
 };
 
 bool needsNoCloserLook(const KelXMLSkimmer &skimmer)
@@ -143,7 +153,7 @@ struct KelXMLGate::Private
             reader.raiseError(QStringLiteral("Multiple DTD sections are not allowed"));
         hasDocumentType = true;
         const QXmlStreamEntityDeclarations declarations = reader.entityDeclarations();
-        EntityCosts costs;
+        EntityCosts costs(!device.skimmer().declaresParameters());
         for (const QXmlStreamEntityDeclaration &declaration : declarations)
             costs.add(declaration);
         QHash<QString, KelXMLSkimmingDevice::EntityCost> known;
@@ -198,6 +208,8 @@ QXmlStreamReader::TokenType KelXMLGate::next()
         break;
     case QXmlStreamReader::EndDocument:
         d->device.checkTotal();
+        // What is refused behind the document element ends the document for the reader.
+        d->takeOverRefusal();
         break;
     default:
         break;

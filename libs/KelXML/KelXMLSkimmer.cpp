@@ -206,6 +206,7 @@ void KelXMLSkimmer::stepDocumentType(char16_t character)
     } else if (m_previous == u'<' && character == u'?') {
         enter(State::Instruction);
     } else if (m_inDeclaration) {
+        m_declaresParameters = m_declaresParameters || character == u'%';
         m_inDeclaration = character != u'>';
     } else if (character == u'[') {
         m_inSubset = true;

@@ -42,6 +42,9 @@ public:
     /// Whether there is a document type, which may declare entities. Their references are counted from there on.
     [[nodiscard]] bool hasDocumentType() const noexcept { return m_hasDocumentType; }
 
+    /// Whether the document type declares parameter entities, whose names are apart from those of the others.
+    [[nodiscard]] bool declaresParameters() const noexcept { return m_declaresParameters; }
+
     /// Counts references from here on, for a text without a document type of its own.
     void countReferences() noexcept { m_countsReferences = true; }
     /// How many references to each entity there were since the last call, but for those that XML itself defines.
@@ -86,6 +89,7 @@ private:
     char16_t m_quote = 0;
     char16_t m_previous = 0;
     bool m_hasDocumentType = false;
+    bool m_declaresParameters = false;
     bool m_countsReferences = false;
     bool m_inReference = false;
     bool m_inSubset = false;

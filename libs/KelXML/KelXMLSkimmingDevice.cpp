@@ -21,6 +21,13 @@ constexpr qint64 unboundedExpansion = qint64(1) << 40;
 /// In characters. The reader's first block has to hold it, in any encoding.
 constexpr qsizetype longestDeclaration = 1024;
 
+/// How many bytes all characters of the encoding consist of, or a multiple of which.
+int unitOf(const QStringDecoder &decoder)
+{
+    const QLatin1String encoding(decoder.name());
+    return encoding.startsWith(QLatin1String("UTF-16")) ? 2 : encoding.startsWith(QLatin1String("UTF-32")) ? 4 : 1;
+}
+
 /// The encoding that the XML declaration names, null if there is none. `end` becomes where the declaration ends, -1
 /// if it does not end in the text.
 QString declaredEncoding(const QString &text, qsizetype &end)
@@ -99,16 +106,77 @@ qint64 KelXMLSkimmingDevice::readData(char *data, qint64 maxSize)
         return m_skimmer.isRefused() ? -1 : 0;
     const bool isFirst = m_isFirst;
     const qint64 count = isFirst ? readFirst(data, maxSize) : m_source->read(data, maxSize);
+    if (count == 0)
+        checkEnd();
     if (count <= 0)
-        return count;
+        return m_skimmer.isRefused() ? -1 : count;
     m_isFirst = false;
     m_size += count;
     const QByteArrayView bytes(data, count);
-    const QString text = isFirst ? decodeFirst(bytes) : QString(m_decoder.decode(bytes));
-    m_skimmer.feed(text);
+    const QString text = isFirst ? decodeFirst(bytes) : QString(m_decoder->decode(bytes));
+    if (isFirst)
+        m_follower.emplace(m_decoder->name());
+    take(bytes, text);
     if (m_skimmer.hasDocumentType())
         countReferences();
     return m_skimmer.isRefused() ? -1 : count;
+}
+
+void KelXMLSkimmingDevice::take(QByteArrayView bytes, const QString &text)
+{
+    if (m_decoder->hasError()) {
+        refuseBytes(bytes);
+        return;
+    }
+    const qsizetype half = unitOf(*m_decoder) == 1 ? -1 : halfPair(text);
+    if (half >= 0) {
+        m_skimmer.feed(text.left(half + 1));
+        refuse(QStringLiteral("half of a pair of surrogates"));
+        return;
+    }
+    m_skimmer.feed(text);
+    const QString followed = m_follower->decode(m_lastBlock);
+    Q_UNUSED(followed);
+    m_lastBlock = bytes.toByteArray();
+}
+
+/// At the first of them that is no text.
+void KelXMLSkimmingDevice::refuseBytes(QByteArrayView bytes)
+{
+    const QString followed = m_follower->decode(m_lastBlock);
+    Q_UNUSED(followed);
+    QString text;
+    for (const char &byte : bytes) {
+        const QString piece = m_follower->decode(QByteArrayView(&byte, 1));
+        if (m_follower->hasError())
+            break;
+        text += piece;
+    }
+    m_skimmer.feed(text + QChar(QChar::ReplacementCharacter));
+    refuse(QStringLiteral("a byte that does not belong to a text in %1").arg(QLatin1String(m_decoder->name())));
+}
+
+/// Where a surrogate stands that is not one of two, -1 for nowhere. Decoders let them pass where they stand for themselves.
+qsizetype KelXMLSkimmingDevice::halfPair(QStringView text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text.at(i).isLowSurrogate() != m_isWithinPair)
+            return i;
+        m_isWithinPair = text.at(i).isHighSurrogate();
+    }
+    return -1;
+}
+
+/// Half a character is an error to a decoder only when more follows.
+void KelXMLSkimmingDevice::checkEnd()
+{
+    if (m_isAtEnd || m_isFirst)
+        return;
+    m_isAtEnd = true;
+    const int unit = unitOf(*m_decoder);
+    const QString behind = unit == 1 ? QString(m_decoder->decode("<")) : QString();
+    if (m_size % unit != 0 || m_decoder->hasError() || m_isWithinPair)
+        refuse(QStringLiteral("the text ends in the middle of a character"));
 }
 
 /// As much as there is, so that the declaration is not torn apart.
@@ -128,8 +196,8 @@ qint64 KelXMLSkimmingDevice::readFirst(char *data, qint64 maxSize)
 /// encodings, of which two readers make two documents.
 QString KelXMLSkimmingDevice::decodeFirst(QByteArrayView bytes)
 {
-    m_decoder = QStringDecoder(QStringConverter::encodingForData(bytes, u'<').value_or(QStringConverter::Utf8));
-    const QString text = m_decoder.decode(bytes);
+    m_decoder.emplace(QStringConverter::encodingForData(bytes, u'<').value_or(QStringConverter::Utf8));
+    const QString text = m_decoder->decode(bytes);
     qsizetype end = 0;
     const QString encoding = declaredEncoding(text, end);
     if (end < 0 && text.size() <= longestDeclaration) {
@@ -142,15 +210,13 @@ QString KelXMLSkimmingDevice::decodeFirst(QByteArrayView bytes)
     }
     if (encoding.isEmpty())
         return text;
-    QStringDecoder declared(encoding.toUtf8().constData());
-    if (!declared.isValid()) // the reader says so
+    const QByteArray name = encoding.toUtf8();
+    if (!QStringDecoder(name.constData()).isValid()) // the reader says so
         return text;
-    const QString declaredText = declared.decode(bytes);
-    if (QStringView(declaredText).left(end) != QStringView(text).left(end)) {
+    m_decoder.emplace(name.constData());
+    const QString declaredText = m_decoder->decode(bytes);
+    if (QStringView(declaredText).left(end) != QStringView(text).left(end))
         refuse(QStringLiteral("the document is not written in the encoding \"%1\" that it declares").arg(encoding));
-        return text;
-    }
-    m_decoder = std::move(declared);
     return declaredText;
 }
 

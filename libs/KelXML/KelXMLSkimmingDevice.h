@@ -12,9 +12,12 @@
 #include <QString>
 #include <QStringDecoder>
 
+#include <optional>
+
 /// Hands on the bytes of another device as long as the text in them keeps the limits, and ends where it does not.
 ///
 /// The bytes are decoded for that as QXmlStreamReader decodes them: by their first bytes, then as the XML declaration says.
+/// Bytes that are no text in that encoding are refused at their place, which the reader does not tell, or not at all.
 class KelXMLSkimmingDevice : public QIODevice
 {
 public:
@@ -49,11 +52,18 @@ protected:
 private:
     qint64 readFirst(char *data, qint64 maxSize);
     [[nodiscard]] QString decodeFirst(QByteArrayView bytes);
+    void take(QByteArrayView bytes, const QString &text);
+    void refuseBytes(QByteArrayView bytes);
+    [[nodiscard]] qsizetype halfPair(QStringView text);
+    void checkEnd();
     void countReferences();
     void check(qint64 limit);
 
     QIODevice *m_source;
-    QStringDecoder m_decoder;
+    // Made in place: one that was moved does not tell errors any more if it is ICU's.
+    std::optional<QStringDecoder> m_decoder;
+    std::optional<QStringDecoder> m_follower; // has read all but the last block: to find the place of an error in the next one
+    QByteArray m_lastBlock;
     KelXMLSkimmer m_skimmer;
     QHash<QString, EntityCost> m_costs;
     qint64 m_expectedSize = -1; // -1: not known before the end
@@ -61,6 +71,8 @@ private:
     qint64 m_expansion = 0;
     bool m_isFirst = true;
     bool m_hasCosts = false;
+    bool m_isAtEnd = false;
+    bool m_isWithinPair = false; // of surrogates
 };
 
 #endif

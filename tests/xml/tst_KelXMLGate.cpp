@@ -107,6 +107,10 @@ private Q_SLOTS:
     void piecesOfAnySize_data();
     void piecesOfAnySize();
     void theEarlierErrorCountsWhereItIsKnown();
+    void bytesThatAreNoText_data();
+    void bytesThatAreNoText();
+    void bytesThatAreNoTextWhereABlockEnds();
+    void pairsOfSurrogatesAcrossBlocks();
     void nothingOutsideIsRead();
     void aFileWithoutEndIsNotReadToItsEnd();
 
@@ -197,6 +201,16 @@ void tst_KelXMLGate::allReadersAgree_data()
                                                         << true;
     QTest::newRow("an entity in itself") << QByteArray("<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a>&e;</a>") << false;
     QTest::newRow("an entity in itself that nobody uses") << QByteArray("<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a/>") << true;
+    const QByteArray longEntity = "<!ENTITY e '" + QByteArray(4000, 'x') + "'>";
+    const QByteArray often = "]><a>" + QByteArray("&e;").repeated(2000) + "</a>";
+    QTest::newRow("an entity that is declared 2,500 times") << "<!DOCTYPE a [" + QByteArray("<!ENTITY e 'xx'>").repeated(2500) + often << true;
+    QTest::newRow("an entity that is declared once more, long") << "<!DOCTYPE a [<!ENTITY e 'x'>" + longEntity + often << true;
+    QTest::newRow("an entity that is declared once more, short") << "<!DOCTYPE a [" + longEntity + "<!ENTITY e 'x'>" + often << false;
+    QTest::newRow("an entity that is declared once more, in half an element")
+        << QByteArray("<!DOCTYPE a [<!ENTITY e 'x'><!ENTITY e '<b>'>]><a>&e;</a>") << true;
+    QTest::newRow("an entity behind a parameter entity of its name") << "<!DOCTYPE a [<!ENTITY % e 'x'>" + longEntity + often << false;
+    QTest::newRow("half an element behind a parameter entity of its name")
+        << QByteArray("<!DOCTYPE a [<!ENTITY % e 'x'><!ENTITY e '<b>'>]><a>&e;</b></a>") << false;
     QTest::newRow("parameter entities") << "<!DOCTYPE a [<!ENTITY % p ''>" + QByteArray("%p;").repeated(100) + "]><a/>" << false;
     QTest::newRow("a parameter entity that nobody uses") << QByteArray("<!DOCTYPE a [<!ENTITY % p 'x'>]><a/>") << true;
     QTest::newRow("a percentage, which no entity may hold") << entity("50%", "<a>&e;</a>") << false;
@@ -330,6 +344,96 @@ void tst_KelXMLGate::theEarlierErrorCountsWhereItIsKnown()
     QVERIFY(!KelXMLLoader::setContent(document, xml, &errors));
     QCOMPARE(errors.last().line, 2);
     QVERIFY(!errors.last().message.contains(u"nested"));
+}
+
+void tst_KelXMLGate::bytesThatAreNoText_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<int>("line");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("reason");
+
+    const QString noUtf8 = QStringLiteral("a byte that does not belong to a text in UTF-8");
+    const QString half = QStringLiteral("the text ends in the middle of a character");
+    const QString halfPair = QStringLiteral("half of a pair of surrogates");
+    const QByteArray lines = "<a>\n" + QByteArray("<b c='d'/>\n").repeated(20000);
+    QTest::newRow("in line 11") << "<a>\n" + QByteArray("<b/>\n").repeated(9) + "<!--\xff--></a>" << 11 << 5 << noUtf8;
+    QTest::newRow("in line 20002") << lines + "<b>\xc0\xaf</b></a>" << 20002 << 4 << noUtf8;
+    QTest::newRow("the first of two") << lines + "<b>\xff</b>\n\xff</a>" << 20002 << 4 << noUtf8;
+    QTest::newRow("at the start of a line") << QByteArray("<a>\n\xff</a>") << 2 << 1 << noUtf8;
+    QTest::newRow("behind a byte order mark") << QByteArray("\xef\xbb\xbf<a>\xff</a>") << 1 << 4 << noUtf8;
+    QTest::newRow("behind a replacement character") << QByteArray("<a>\xef\xbf\xbd\xff</a>") << 1 << 5 << noUtf8;
+    QTest::newRow("behind characters of two, three and four bytes")
+        << QByteArray("<a>\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80\xff</a>") << 1 << 8 << noUtf8; // the last one counts twice
+    QTest::newRow("a character without its end") << QByteArray("<a>\xe2\x82</a>") << 1 << 4 << noUtf8;
+    QTest::newRow("a character in too many bytes") << QByteArray("<a b='\xc0\xaf'/>") << 1 << 7 << noUtf8;
+    QTest::newRow("a surrogate") << QByteArray("<a>\xed\xa0\x80</a>") << 1 << 4 << noUtf8;
+    QTest::newRow("beyond all characters") << QByteArray("<a>\xf7\xbf\xbf\xbf</a>") << 1 << 4 << noUtf8;
+    QTest::newRow("behind the document element") << QByteArray("<a/>\n\xff") << 2 << 1 << noUtf8;
+    QTest::newRow("half a character at the end") << QByteArray("<a/>\n\xe2\x82") << 2 << 1 << half;
+    QTest::newRow("US-ASCII") << QByteArray("<?xml version='1.0' encoding='US-ASCII'?><a>\xc3\xa4</a>") << 1 << 45
+                              << "a byte that does not belong to a text in US-ASCII";
+    QTest::newRow("Shift_JIS") << QByteArray("<?xml version='1.0' encoding='Shift_JIS'?>\n<a>\xff</a>") << 2 << 4
+                               << "a byte that does not belong to a text in Shift_JIS";
+    QTest::newRow("US-ASCII, in line 20002")
+        << "<?xml version='1.0' encoding='US-ASCII'?>" + lines + "<b>\xff</b></a>" << 20002 << 4
+        << "a byte that does not belong to a text in US-ASCII";
+    QTest::newRow("UTF-16 with a byte too many") << encoded("UTF-16LE", "\xef\xbb\xbf<a>\n</a>") + '<' << 2 << 4 << half;
+    const QByteArray x = encoded("UTF-16LE", "x");
+    const QByteArray utf16 = encoded("UTF-16LE", "\xef\xbb\xbf<a>\nx</a>");
+    QTest::newRow("UTF-16, a first surrogate") << QByteArray(utf16).replace(x, QByteArray("\x3d\xd8", 2)) << 2 << 2 << halfPair;
+    QTest::newRow("UTF-16, a second surrogate") << QByteArray(utf16).replace(x, QByteArray("\x00\xde", 2)) << 2 << 1 << halfPair;
+    QTest::newRow("UTF-32 with two bytes too many") << encoded("UTF-32BE", "\xef\xbb\xbf<a/>") + QByteArray(2, '\0') << 1 << 4 << half;
+}
+
+void tst_KelXMLGate::bytesThatAreNoText()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(int, line);
+    QFETCH(int, column);
+    QFETCH(QString, reason);
+    KelErrorHistory errors;
+    QDomDocument document;
+    QVERIFY(!KelXMLLoader::setContent(document, xml, &errors));
+    QCOMPARE(errors.last().toString(), QStringLiteral("%1:%2: %3").arg(line).arg(column).arg(reason));
+    for (const bool isPipe : {false, true}) {
+        KelErrorHistory::Entry error;
+        QVERIFY(!streamReads(xml, isPipe, &error));
+        QCOMPARE(error.toString(), errors.last().toString());
+    }
+}
+
+void tst_KelXMLGate::bytesThatAreNoTextWhereABlockEnds()
+{
+    for (const int block : {4096, 8192, 65536}) {
+        for (int length = block - 12; length < block + 4; ++length) {
+            // Whole characters before, one without its end, and more behind it.
+            const QByteArray xml = "<a>\n" + QByteArray(length, 'x') + "\xe2\x82\xac\xe2\x82" + QByteArray(20000, 'x') + "</a>";
+            KelErrorHistory errors;
+            QDomDocument document;
+            QVERIFY(!KelXMLLoader::setContent(document, xml, &errors));
+            QCOMPARE(errors.last().line, 2);
+            QCOMPARE(errors.last().column, length + 2);
+            KelErrorHistory::Entry error;
+            QVERIFY(!streamReads(xml, true, &error));
+            QCOMPARE(error.line, 2);
+            QCOMPARE(error.column, length + 2);
+        }
+    }
+}
+
+void tst_KelXMLGate::pairsOfSurrogatesAcrossBlocks()
+{
+    for (const char *encoding : {"UTF-16LE", "UTF-16BE", "UTF-32LE"}) {
+        for (const char *before : {"", "x", "xx", "xxx"}) {
+            const QByteArray text = before + QByteArray("\xf0\x9f\x98\x80").repeated(40000);
+            const QByteArray xml = encoded(encoding, "\xef\xbb\xbf<a>" + text + "</a>");
+            QDomDocument document;
+            QVERIFY(KelXMLLoader::setContent(document, xml));
+            QVERIFY(document.documentElement().text() == QString::fromUtf8(text));
+            QVERIFY(streamReads(xml, true));
+        }
+    }
 }
 
 void tst_KelXMLGate::nothingOutsideIsRead()
