@@ -25,7 +25,8 @@ constexpr qsizetype longestDeclaration = 1024;
 int unitOf(const QStringDecoder &decoder)
 {
     const QLatin1String encoding(decoder.name());
-    return encoding.startsWith(QLatin1String("UTF-16")) ? 2 : encoding.startsWith(QLatin1String("UTF-32")) ? 4 : 1;
+    return encoding.startsWith(QLatin1String("UTF-16")) ? 2 : encoding.startsWith(QLatin1String("UTF-32")) ? 4
+                                                                                                           : 1;
 }
 
 /// The encoding that the XML declaration names, null if there is none. `end` becomes where the declaration ends, -1

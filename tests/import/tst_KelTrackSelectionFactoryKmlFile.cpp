@@ -617,7 +617,8 @@ void tst_KelTrackSelectionFactoryKmlFile::reasons_data()
                                                << qint64(-1);
     const QString wide = "this is UTF-16 or UTF-32; KML is read as UTF-8: save it as UTF-8";
     const QString text = "<kml><Document>" + placemark("ä") + "</Document></kml>";
-    for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE, QStringConverter::Utf32LE, QStringConverter::Utf32BE}) {
+    for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE, QStringConverter::Utf32LE,
+                                QStringConverter::Utf32BE}) {
         const char *name = QStringConverter::nameForEncoding(encoding);
         QTest::addRow("%s", name) << "a.kml" << QByteArray(QStringEncoder(encoding).encode(text)) << wide << qint64(1);
         const QByteArray marked = QStringEncoder(encoding, QStringConverter::Flag::WriteBom).encode(text);

@@ -164,6 +164,10 @@ void tst_KelXMLGate::allReadersAgree_data()
     QTest::newRow("300,000 attributes without an end") << "<a" + attributes(300000, "") << false;
     QTest::newRow("1,000 attributes of equals signs") << "<a" + attributes(1000, "==") + "/>" << true;
     QTest::newRow("1,001 equals signs in the text") << "<a>" + QByteArray("b='c' ").repeated(1001) + "</a>" << true;
+    const QByteArray longestName(4096, 'n');
+    QTest::newRow("a name of 4,096 characters") << "<" + longestName + " " + longestName + "='v'/>" << true;
+    QTest::newRow("a name of 4,097 characters") << "<" + longestName + "n/>" << false;
+    QTest::newRow("an attribute's name of 4,097 characters") << "<a " + longestName + "n='v'/>" << false;
     QTest::newRow("an attribute of 2 MB") << "<a b='" + QByteArray(2000000, 'x') + "'/>" << true;
 
     QTest::newRow("an entity") << entity("text", "<a>&e;</a>") << true;
@@ -203,7 +207,8 @@ void tst_KelXMLGate::allReadersAgree_data()
     QTest::newRow("an entity in itself that nobody uses") << QByteArray("<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a/>") << true;
     const QByteArray longEntity = "<!ENTITY e '" + QByteArray(4000, 'x') + "'>";
     const QByteArray often = "]><a>" + QByteArray("&e;").repeated(2000) + "</a>";
-    QTest::newRow("an entity that is declared 2,500 times") << "<!DOCTYPE a [" + QByteArray("<!ENTITY e 'xx'>").repeated(2500) + often << true;
+    QTest::newRow("an entity that is declared 2,500 times")
+        << "<!DOCTYPE a [" + QByteArray("<!ENTITY e 'xx'>").repeated(2500) + often << true;
     QTest::newRow("an entity that is declared once more, long") << "<!DOCTYPE a [<!ENTITY e 'x'>" + longEntity + often << true;
     QTest::newRow("an entity that is declared once more, short") << "<!DOCTYPE a [" + longEntity + "<!ENTITY e 'x'>" + often << false;
     QTest::newRow("an entity that is declared once more, in half an element")

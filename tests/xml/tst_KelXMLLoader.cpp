@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include <KelErrorHistory.h>
+#include <KelXMLGate.h>
 #include <KelXMLLoader.h>
 
 #include <QDir>
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void fileWithoutANameIsReportedQuietly();
     void malformedFileIsReportedWithItsPlace();
     void successReportsNothing();
+    void aFileThatIsTooLargeIsNotRead();
 
 private:
     QString writeFile(const QByteArray &bytes);
@@ -282,6 +284,19 @@ void tst_KelXMLLoader::successReportsNothing()
     KelErrorHistory history;
     QVERIFY(!KelXMLLoader::loadDocumentElement(QFileInfo(writeFile("<gpx/>")), &history).isNull());
     QVERIFY(history.isEmpty());
+}
+
+void tst_KelXMLLoader::aFileThatIsTooLargeIsNotRead()
+{
+    QFile file(writeFile("<gpx/>"));
+    if (!file.resize(KelXMLGate::MAXIMUM_SIZE + 1)) // without taking room on the disk
+        QSKIP("no file of this size here");
+    KelErrorHistory errors;
+    QVERIFY(KelXMLLoader::loadDocumentElement(QFileInfo(file.fileName()), &errors).isNull());
+    QCOMPARE(errors.entries().size(), 1);
+    QCOMPARE(errors.last().line, -1);
+    QCOMPARE(errors.last().message, "the file is too large or has no end");
+    file.remove();
 }
 
 QTEST_GUILESS_MAIN(tst_KelXMLLoader)

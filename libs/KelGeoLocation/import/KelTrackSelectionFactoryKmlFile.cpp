@@ -160,9 +160,9 @@ KelGPXConfiguredTrackList KelTrackSelectionFactoryKmlFile::decode(const QString 
     if (!KelXMLTextReader::read(kmlText, reader, &parseErrors)) {
         if (errors) {
             KelErrorHistory::Entry entry = parseErrors.last();
-            entry.fileName = fileName;
             if (isOfWideCharacters(kmlText))
-                entry.message = QStringLiteral("this is UTF-16 or UTF-32; KML is read as UTF-8: save it as UTF-8");
+                entry = {fileName, 1, 1, QStringLiteral("this is UTF-16 or UTF-32; KML is read as UTF-8: save it as UTF-8")};
+            entry.fileName = fileName;
             errors->add(entry);
         }
         return {};
