@@ -113,9 +113,11 @@ void tst_ExtremeDrawing::linesFarBeyondThePicture_data()
 {
     QTest::addColumn<double>("pixelsPerDegree");
     QTest::addColumn<bool>("polygon");
+    QTest::addColumn<int>("style");
     for (const double scale : {1e3, 1e4, 3e4, 6e4, 1e5, 1.6e5, 1e6, 1e9}) {
-        QTest::addRow("line, %g pixels per degree", scale) << scale << false;
-        QTest::addRow("polygon, %g pixels per degree", scale) << scale << true;
+        QTest::addRow("line, %g pixels per degree", scale) << scale << false << int(Qt::SolidLine);
+        QTest::addRow("polygon, %g pixels per degree", scale) << scale << true << int(Qt::SolidLine);
+        QTest::addRow("dotted line, %g pixels per degree", scale) << scale << false << int(Qt::DotLine);
     }
 }
 
@@ -124,12 +126,13 @@ void tst_ExtremeDrawing::linesFarBeyondThePicture()
 {
     QFETCH(double, pixelsPerDegree);
     QFETCH(bool, polygon);
+    QFETCH(int, style);
     KelGeoPositionList points;
     for (int i = 0; i < 400; ++i)
         points.append(KelGeoPosition((i * 37 % 101 - 50) * 0.01, i % 2 ? -60 + i * 17 % 97 * 0.1 : 60 + i * 13 % 89 * 0.1));
     KelGPXTrackConfiguration look(Qt::blue, KelDistance(6), Qt::yellow, KelDistance(3), strokeAndFill(), KelGPXMarkerShape(MarkerArrow),
                                   KelGPXTrackShape(polygon ? TrackShapePolygon : TrackShapeLineString),
-                                  KelPenStyle(Qt::SolidLine), 100, 1);
+                                  KelPenStyle(static_cast<Qt::PenStyle>(style)), 100, 1);
     const QPointF origin(pictureSize.width() / 2.0, pictureSize.height() / 2.0);
     const LinearRenderer renderer(selectionOf({KelGPXConfiguredTrack(trackOf({segment(points)}), look)}), pictureSize, 1.0,
                                   pixelsPerDegree, origin);

@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPainterPathStroker>
 #include <QPdfWriter>
 #include <QtTest>
 
@@ -16,6 +17,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <initializer_list>
+#include <numeric>
 #include <random>
 
 /// Paths near the picture are left alone; of others what is near it remains, and looks the same.
@@ -40,6 +42,9 @@ private Q_SLOTS:
     void areasKeepTheirSurroundings();
     void movedAndScaledPainters_data();
     void movedAndScaledPainters();
+    void dashesStayWhereTheyAre();
+    void detoursOfDashedLines();
+    void periodsOfNothing();
     void coordinatesWithoutMeasure();
     void farPathsLookTheSame();
 };
@@ -48,7 +53,7 @@ namespace
 {
 
 constexpr double FARTHEST = KelPathCutter::FARTHEST;
-constexpr double KEPT = FARTHEST / 128;
+constexpr double KEPT = KelPathCutter::KEPT;
 constexpr int WIDTH = 60;
 constexpr int HEIGHT = 40;
 
@@ -135,7 +140,7 @@ void tst_PathCutter::aLowerLimit()
     QCOMPARE(cutter.line(bearable), bearable);
     QCOMPARE(cutter.area(bearable), bearable);
     const QPainterPath cut = cutter.line(pathThrough({{5, 5}, {8, 9}, {limit + 1, 9}}));
-    QCOMPARE(QPointF(cut.elementAt(2)), QPointF(WIDTH + limit / 8 + 3, 9));
+    QCOMPARE(QPointF(cut.elementAt(2)), QPointF(WIDTH + KEPT + 3, 9));
     QVERIFY(cutter.area(pathThrough({{5, 5}, {8, 9}, {limit + 1, 9}})).controlPointRect().right() < limit / 4);
 }
 
@@ -309,12 +314,94 @@ void tst_PathCutter::movedAndScaledPainters()
     QCOMPARE(QPointF(cut.elementAt(1)), QPointF(30, 15));
 }
 
+// Against uncut lines, dashed by a stroker: unlike painters it counts dashes that nobody sees as well.
+void tst_PathCutter::dashesStayWhereTheyAre()
+{
+    constexpr int tolerance = 3; // of 255, from the rounding of lengths and ends
+    const int first = int(KelTestSupport::randomSeed(1));
+    const int cases = KelTestSupport::randomCases(100);
+    int seen = 0;
+    for (int seed = first; seed < first + cases; ++seed) {
+        std::mt19937 random(static_cast<unsigned>(seed));
+        const auto real = [&](double from, double to) { return std::uniform_real_distribution<double>(from, to)(random); };
+        const auto anywhere = [&] {
+            const double far = random() % 3 ? 60 : 9e4;
+            return QPointF(30 + real(-far, far), 20 + real(-far, far));
+        };
+        QPainterPath path(anywhere());
+        for (unsigned count = random() % 6 + 2; count > 0; --count)
+            path.lineTo(anywhere());
+        if (random() % 3 == 0)
+            path.closeSubpath();
+        QPen dashed = pen(real(8, 25));
+        dashed.setStyle(static_cast<Qt::PenStyle>(Qt::DashLine + random() % 4));
+        const QList<qreal> pattern = dashed.dashPattern();
+        const double period = dashed.widthF() * std::accumulate(pattern.begin(), pattern.end(), 0.0);
+        QImage whole = blank();
+        QImage cut = blank();
+        for (QImage *image : {&whole, &cut}) {
+            QPainter painter(image);
+            painter.setRenderHint(QPainter::Antialiasing);
+            const KelPathCutter cutter(&painter, 2 * dashed.widthF(), KelPathCutter::FARTHEST_FOR_PAINTERS);
+            const QPainterPath line = image == &cut ? cutter.dashedLine(path, period) : path;
+            seen += line != path && path.controlPointRect().contains(0, 0);
+            painter.fillPath(QPainterPathStroker(dashed).createStroke(line), QColor(200, 0, 0, 100));
+        }
+        QVERIFY2(difference(whole, cut) <= tolerance,
+                 qPrintable(QStringLiteral("seed %1: %2").arg(seed).arg(difference(whole, cut))));
+    }
+    QVERIFY(seen > cases / 3);
+}
+
+void tst_PathCutter::detoursOfDashedLines()
+{
+    QImage image = blank();
+    const QPainter painter(&image);
+    const KelPathCutter cutter(&painter, 0.0);
+    const double period = 100;
+    const QRectF border = QRectF(image.rect()).adjusted(-KEPT, -KEPT, KEPT, KEPT);
+    // Out to the right and back from below, and the other way round.
+    const QPainterPath path = pathThrough({{30, 20}, {1e7, 20}, {1e7, 1e7}, {30, 1e7}, {30, 25}});
+    for (const QPainterPath &line : {path, path.toReversed()}) {
+        const QPainterPath cut = cutter.dashedLine(line, period);
+        QVERIFY(cut != line);
+        QVERIFY(!cut.isEmpty());
+        for (int i = 1; i < cut.elementCount(); ++i)
+            QVERIFY(cut.elementAt(i).isLineTo());
+        QCOMPARE(QPointF(cut.elementAt(0)), QPointF(line.elementAt(0)));
+        QCOMPARE(QPointF(cut.elementAt(cut.elementCount() - 1)), QPointF(line.elementAt(4)));
+        // The same length but for whole periods, and nothing of the detour near the picture.
+        const double left = std::remainder(line.length() - cut.length(), period);
+        QVERIFY2(std::abs(left) < 1e-3, qPrintable(QString::number(left)));
+        for (int i = 2; i < cut.elementCount() - 1; ++i)
+            QVERIFY(!border.adjusted(1, 1, -1, -1).contains(cut.elementAt(i)));
+    }
+    // A line that comes from afar.
+    const QPainterPath coming = cutter.dashedLine(pathThrough({{-1e7 - 33, 20}, {30, 20}}), period);
+    QCOMPARE(coming.elementCount(), 3);
+    QCOMPARE(QPointF(coming.elementAt(1)), QPointF(border.left(), 20));
+    QVERIFY(std::abs(std::remainder(1e7 + 33 + 30 - coming.length(), period)) < 1e-6);
+    QVERIFY(cutter.dashedLine(pathThrough({{-1e7, -1e7}, {-1e7, 1e7}}), period).isEmpty());
+}
+
+void tst_PathCutter::periodsOfNothing()
+{
+    QImage image = blank();
+    const QPainter painter(&image);
+    const QPainterPath path = pathThrough({{30, 20}, {1e7, 20}});
+    for (const double period : {0.0, -1.0, std::nan("")})
+        QCOMPARE(KelPathCutter(&painter, 0.0).dashedLine(path, period), path);
+}
+
 void tst_PathCutter::coordinatesWithoutMeasure()
 {
     for (const double far : {1e9, 1e18, 1e100, 1e127}) {
         const QPainterPath path = pathThrough({{-far, far}, {10, 10}, {far, -far}, {far, far}, {0, -far}});
         const QRectF most(-2 * KEPT, -2 * KEPT, 4 * KEPT, 4 * KEPT);
         QVERIFY(most.contains(cutLine(path).controlPointRect()));
+        QImage image = blank();
+        const QPainter painter(&image);
+        QVERIFY(most.contains(KelPathCutter(&painter, 0.0).dashedLine(path, 10).controlPointRect()));
         QVERIFY(most.contains(cutArea(path).controlPointRect()));
     }
 }

@@ -33,6 +33,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 /// The drawing of a selection once more in its plain form: one point after the other, one drawPath() for each copy of
 /// the world, whether it can be seen or not. The yardstick for whatever makes rendering faster. Projection, colours,
@@ -211,10 +212,12 @@ private:
     {
         const QPen pen = m_renderer.penFromTrack(configuration, option);
         const KelPathCutter cutter(painter, pen.widthF() * std::max(1.0, pen.miterLimit()));
+        const QList<qreal> pattern = pen.dashPattern();
+        const double period = pen.widthF() * std::accumulate(pattern.begin(), pattern.end(), 0.0);
         painter->save();
         painter->setPen(pen);
         if (has(configuration, DisplayStroke, option))
-            painter->drawPath(pen.style() == Qt::SolidLine ? cutter.line(whole) : whole);
+            painter->drawPath(pen.style() == Qt::SolidLine ? cutter.line(whole) : cutter.dashedLine(whole, period));
         painter->restore();
     }
 

@@ -412,13 +412,15 @@ std::optional<KelGeoPosition> firstDrawingPoint(const KelGPXConfiguredTrack &con
 
 // ---- lines and areas ------------------------------------------------------------------------------------------
 
-// What of a line the painter is given. Dashes are counted from the line's beginning.
+// What of a line the painter is given.
 QPainterPath lineNearPicture(const QPainter *painter, const QPainterPath &path, const QPen &pen,
                              double farthest = KelPathCutter::FARTHEST)
 {
-    if (pen.style() != Qt::SolidLine)
-        return path;
-    return KelPathCutter(painter, pen.widthF() * std::max(1.0, pen.miterLimit()), farthest).line(path);
+    const KelPathCutter cutter(painter, pen.widthF() * std::max(1.0, pen.miterLimit()), farthest);
+    if (pen.style() == Qt::SolidLine)
+        return cutter.line(path);
+    const QList<qreal> pattern = pen.dashPattern();
+    return cutter.dashedLine(path, pen.widthF() * std::accumulate(pattern.begin(), pattern.end(), 0.0));
 }
 
 // Calls draw(path, configuration, offset) for each world copy of a track that is not drawn as a point.

@@ -3,6 +3,7 @@
 
 #include "KelPathCutter.h"
 
+#include <QLineF>
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPainter>
@@ -10,18 +11,14 @@
 #include <QTransform>
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <optional>
 #include <utility>
 #include <vector>
 
 namespace
 {
-
-// What is kept around the picture. Less would turn the edges of lines that are cut, more would be slow again.
-double keptOf(double farthest)
-{
-    return farthest < KelPathCutter::FARTHEST ? farthest / 8 : farthest / 128;
-}
 
 using Points = std::vector<QPointF>;
 
@@ -103,38 +100,141 @@ std::optional<Passage> passageThrough(const QRectF &rect, const QPointF &a, cons
     return passage;
 }
 
-// The parts of a line that lie in the rectangle. Points in it stay as they are.
-std::vector<Points> partsOfLine(const Points &line, const QRectF &rect)
+// A part of a line, and how far from the line's beginning it begins and ends.
+struct Part
 {
-    std::vector<Points> parts;
-    bool goesOn = false;
+    Points points;
+    double start;
+    double end;
+};
+
+using Parts = std::vector<Part>;
+
+// The parts of a line that lie in the rectangle. Points in it stay as they are.
+Parts partsOfLine(const Points &line, const QRectF &rect)
+{
+    Parts parts;
     if (line.size() == 1 && rect.contains(line.front()))
-        parts.push_back(line);
+        parts.push_back({line, 0.0, 0.0});
+    bool goesOn = false;
+    double length = 0.0;
     for (std::size_t i = 1; i < line.size(); ++i) {
         const QPointF &a = line[i - 1];
         const QPointF &b = line[i];
+        const double start = length;
+        const double step = QLineF(a, b).length();
+        length += step;
         const std::optional<Passage> passage = passageThrough(rect, a, b);
         if (!passage) {
             goesOn = false;
             continue;
         }
-        if (!goesOn)
-            parts.push_back({passage->entry > 0.0 ? bounded(a + (b - a) * passage->entry, rect) : a});
+        if (!goesOn) {
+            const QPointF entry = passage->entry > 0.0 ? bounded(a + (b - a) * passage->entry, rect) : a;
+            parts.push_back({{entry}, start + step * passage->entry, 0.0});
+        }
         goesOn = passage->exit >= 1.0;
-        parts.back().push_back(goesOn ? b : bounded(a + (b - a) * passage->exit, rect));
+        parts.back().points.push_back(goesOn ? b : bounded(a + (b - a) * passage->exit, rect));
+        parts.back().end = start + step * passage->exit;
     }
     return parts;
 }
 
 // A closed line has a join where it begins.
-void joinAtTheSeam(std::vector<Points> *parts, const Points &line)
+void joinAtTheSeam(Parts *parts, const Points &line)
 {
-    const QPointF seam = line.front();
-    if (parts->size() < 2 || seam != line.back() || parts->front().front() != seam || parts->back().back() != seam)
+    if (parts->size() < 2)
         return;
-    Points &last = parts->back();
-    last.insert(last.end(), parts->front().begin() + 1, parts->front().end());
+    const QPointF seam = line.front();
+    const Points &first = parts->front().points;
+    Points &last = parts->back().points;
+    if (seam != line.back() || first.front() != seam || last.back() != seam)
+        return;
+    last.insert(last.end(), first.begin() + 1, first.end());
     parts->erase(parts->begin());
+}
+
+// ---- dashed lines ---------------------------------------------------------------------------------------------
+
+enum Side { Top, Right, Bottom, Left }; // clockwise
+
+Side sideOf(const QPointF &point, const QRectF &rect)
+{
+    const double distances[] = {point.y() - rect.top(), rect.right() - point.x(), rect.bottom() - point.y(),
+                                point.x() - rect.left()};
+    return static_cast<Side>(std::min_element(std::begin(distances), std::end(distances)) - std::begin(distances));
+}
+
+QPointF outward(Side side, double distance)
+{
+    switch (side) {
+    case Top:
+        return QPointF(0, -distance);
+    case Right:
+        return QPointF(distance, 0);
+    case Bottom:
+        return QPointF(0, distance);
+    case Left:
+        break;
+    }
+    return QPointF(-distance, 0);
+}
+
+// Where the side ends, clockwise.
+QPointF cornerAfter(Side side, const QRectF &rect)
+{
+    const QPointF corners[] = {rect.topRight(), rect.bottomRight(), rect.bottomLeft(), rect.topLeft()};
+    return corners[side];
+}
+
+// What is left of a length after whole periods.
+double remainder(double length, double period)
+{
+    const double rest = std::fmod(length, period);
+    return rest < 0.0 ? rest + period : rest;
+}
+
+double lengthOf(const Points &line)
+{
+    double length = 0.0;
+    for (std::size_t i = 1; i < line.size(); ++i)
+        length += QLineF(line[i - 1], line[i]).length();
+    return length;
+}
+
+// Goes on from a line's last point, at the border, along the border to another point of it, on a way as long as the given one
+// but for whole periods.
+void addDetour(Points *line, const QPointF &to, double length, double period, const QRectF &rect)
+{
+    const QPointF from = line->back();
+    Points border = {from};
+    const Side last = sideOf(to, rect);
+    Side side = sideOf(from, rect);
+    for (; side != last; side = static_cast<Side>((side + 1) % 4))
+        border.push_back(cornerAfter(side, rect));
+    border.push_back(to);
+    const double spur = remainder(length - lengthOf(border), period);
+    line->push_back(from + outward(sideOf(from, rect), spur / 2));
+    line->insert(line->end(), border.begin(), border.end());
+}
+
+// The parts of a line as one, as long between them as it was but for whole periods.
+Points joined(const Parts &parts, double period, const QRectF &rect)
+{
+    Points line;
+    double end = 0.0;
+    for (const Part &part : parts) {
+        const QPointF &begin = part.points.front();
+        if (!line.empty())
+            addDetour(&line, begin, part.start - end, period, rect);
+        else if (part.start > 0.0)
+            line = {begin + outward(sideOf(begin, rect), remainder(part.start, period)), begin};
+        else
+            line = {begin};
+        line.insert(line.end(), part.points.begin() + 1, part.points.end());
+        end = part.end;
+    }
+    return line;
 }
 
 // ---- areas ----------------------------------------------------------------------------------------------------
@@ -186,7 +286,7 @@ KelPathCutter::KelPathCutter(const QPainter *painter, double reach, double farth
     const double ratio = device->devicePixelRatioF();
     const QRectF picture(0, 0, device->width() * ratio, device->height() * ratio);
     const QRectF bearable(-farthest, -farthest, 2 * farthest, 2 * farthest);
-    const QRectF kept = grown(fromDevice.mapRect(grown(picture, keptOf(farthest))), reach);
+    const QRectF kept = grown(fromDevice.mapRect(grown(picture, KEPT)), reach);
     // Nothing would be gained from pens that are so wide.
     if (!bearable.contains(toDevice.mapRect(kept)))
         return;
@@ -206,15 +306,28 @@ QPainterPath KelPathCutter::line(const QPainterPath &path) const
     QPainterPath result;
     bool hadCorner = false;
     forEachSubpath(path, [&](const Points &line) {
-        std::vector<Points> parts = partsOfLine(line, m_kept);
+        Parts parts = partsOfLine(line, m_kept);
         joinAtTheSeam(&parts, line);
-        for (const Points &part : parts)
-            add(&result, part);
+        for (const Part &part : parts)
+            add(&result, part.points);
         hadCorner = hadCorner || hasCorner(line);
     });
     // A painter paints nothing but single lines one over the other: a corner where nobody sees it keeps them one outline.
     if (hadCorner)
         add(&result, {m_kept.topLeft(), m_kept.topLeft() + QPointF(1, 0), m_kept.topLeft() + QPointF(1, 1)});
+    return result;
+}
+
+QPainterPath KelPathCutter::dashedLine(const QPainterPath &path, double period) const
+{
+    if (!isToBeCut(path) || !(period > 0.0))
+        return path;
+    QPainterPath result;
+    forEachSubpath(path, [&](const Points &line) {
+        const Points cut = joined(partsOfLine(line, m_kept), period, m_kept);
+        if (!cut.empty())
+            add(&result, cut);
+    });
     return result;
 }
 

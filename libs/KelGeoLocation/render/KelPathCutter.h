@@ -26,6 +26,9 @@ public:
     /// For what QPainter paints itself: each wide line that goes that far takes it milliseconds, farther ones take longer.
     static constexpr double FARTHEST_FOR_PAINTERS = 16384.0;
 
+    /// Pixels that are kept around the picture.
+    static constexpr double KEPT = 2048.0;
+
     /// Cuts paths that go beyond \a farthest. For paths as \a painter has them now, painted with what reaches \a reach beyond them (half the width of a pen
     /// with round caps and joins), in the path's units.
     KelPathCutter(const QPainter *painter, double reach, double farthest = FARTHEST);
@@ -33,6 +36,10 @@ public:
     /// The path, or what is near the picture of a far one, for a solid pen. What was closed and is cut is open. Paths with
     /// curves are left as they are.
     [[nodiscard]] QPainterPath line(const QPainterPath &path) const;
+
+    /// The same for a pen whose dashes and gaps repeat after \a period, in the path's units. Where the line is far away, a
+    /// detour around the picture takes its place, as long as it was but for whole periods: dashes stay where they are.
+    [[nodiscard]] QPainterPath dashedLine(const QPainterPath &path, double period) const;
 
     /// The path, or what is near the picture of a far one, for filling. Paths with curves are left as they are.
     [[nodiscard]] QPainterPath area(const QPainterPath &path) const;
