@@ -156,7 +156,13 @@ void joinAtTheSeam(Parts *parts, const Points &line)
 
 // ---- dashed lines ---------------------------------------------------------------------------------------------
 
-enum Side { Top, Right, Bottom, Left }; // clockwise
+// Clockwise.
+enum Side {
+    Top,
+    Right,
+    Bottom,
+    Left
+};
 
 Side sideOf(const QPointF &point, const QRectF &rect)
 {

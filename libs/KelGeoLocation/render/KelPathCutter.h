@@ -29,8 +29,8 @@ public:
     /// Pixels that are kept around the picture.
     static constexpr double KEPT = 2048.0;
 
-    /// Cuts paths that go beyond \a farthest. For paths as \a painter has them now, painted with what reaches \a reach beyond them (half the width of a pen
-    /// with round caps and joins), in the path's units.
+    /// For paths as \a painter has them now, painted with what reaches \a reach beyond them (half the width of a pen with
+    /// round caps and joins, in the path's units). Those that go more than \a farthest pixels away are cut.
     KelPathCutter(const QPainter *painter, double reach, double farthest = FARTHEST);
 
     /// The path, or what is near the picture of a far one, for a solid pen. What was closed and is cut is open. Paths with

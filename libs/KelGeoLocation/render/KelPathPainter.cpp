@@ -4,6 +4,7 @@
 #include "KelPathPainter.h"
 
 #include "KelDashedLine.h"
+#include "KelPathCutter.h"
 #include "KelPixelOutline.h"
 
 #include <KelConcurrent.h>
@@ -49,9 +50,6 @@ constexpr int CONTEXT = 2;
 // more, as a choice where to cut.
 constexpr int COMMON = 2 * CONTEXT + 1;
 constexpr int SEAM_CONTEXT = COMMON + 4;
-
-// Half of where the rasterizer begins to cut paths, which moves their edges; it is nearer where pointers are short.
-constexpr double FARTHEST_COORDINATE = sizeof(void *) == 8 ? 4.0e6 : 1.6e4;
 
 // The painter has ways of its own for pens up to a pixel.
 constexpr double THINNEST_PEN = 1.01;
@@ -368,8 +366,8 @@ bool isRound(const QPen &pen)
 bool isNear(const QPainterPath &path, const QPointF &offset)
 {
     const QRectF bounds = path.controlPointRect().translated(offset);
-    return bounds.left() > -FARTHEST_COORDINATE && bounds.right() < FARTHEST_COORDINATE
-        && bounds.top() > -FARTHEST_COORDINATE && bounds.bottom() < FARTHEST_COORDINATE;
+    return bounds.left() > -KelPathCutter::FARTHEST && bounds.right() < KelPathCutter::FARTHEST
+        && bounds.top() > -KelPathCutter::FARTHEST && bounds.bottom() < KelPathCutter::FARTHEST;
 }
 
 // A path of nothing but single lines is painted as lines, not as an outline.
