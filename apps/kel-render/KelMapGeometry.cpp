@@ -34,6 +34,11 @@ KelMapGeometry::KelMapGeometry(const KelGeoPositionRect &area, const QSize &size
     m_frame.origin = QPointF(-west * m_frame.worldSize, -north * m_frame.worldSize);
 }
 
+bool KelMapGeometry::isFinite() const noexcept
+{
+    return std::isfinite(m_frame.worldSize) && std::isfinite(m_frame.origin.x()) && std::isfinite(m_frame.origin.y());
+}
+
 QPointF KelMapGeometry::toPixel(const KelGeoPosition &position) const
 {
     return toPixel(position.latitude().decimalDegrees(), position.longitude().decimalDegrees());

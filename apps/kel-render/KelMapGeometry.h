@@ -26,6 +26,9 @@ public:
     [[nodiscard]] QSize size() const noexcept { return m_size; }
     [[nodiscard]] const KelWorldMapFrame &frame() const noexcept { return m_frame; }
 
+    /// False where the picture would reach so far beyond the poles, several worlds, that no latitude tells its edges.
+    [[nodiscard]] bool isFinite() const noexcept;
+
     /// Pixel of a position. One copy of the world: longitudes of ±180 are one worldWidth() apart. Positions at the
     /// poles are drawn back to 89.9 degrees.
     [[nodiscard]] QPointF toPixel(const KelGeoPosition &position) const;

@@ -27,6 +27,9 @@ constexpr double OVERLAY_SIZE = 0.5;
 constexpr double OVERLAY_FULL_WIDTH = 600.0;
 constexpr double OVERLAY_HEIGHT = 62.0; // of the box with its distance from the edge, at factor 1
 constexpr int OPAQUE = 255;
+// However wide lines are: of the picture's sides, a margin, and both together.
+constexpr double MOST_MARGIN = 0.45;
+constexpr double MOST_MARGINS = 2 * MOST_MARGIN;
 
 const QColor HALO_ON_LIGHT(255, 255, 255, 215);
 const QColor HALO_ON_DARK(12, 17, 22, 215);
@@ -52,23 +55,38 @@ double KelPictureComposer::overlayFactor(const KelRenderOptions &options, const 
 QMarginsF KelPictureComposer::margins(const KelRenderOptions &options, const KelGPXTrackSelection &selection,
                                       const QSize &size)
 {
+    const double line = widestLine(options, selection) * options.scaleFactor / 2;
+    const auto margin = [&](int side) { return std::min(side * options.padding / 100.0 + line, side * MOST_MARGIN); };
+    const double horizontal = margin(size.width());
+    const double vertical = margin(size.height());
+    const bool overlays = options.scale || options.attribution;
+    const double bottom = overlays ? OVERLAY_HEIGHT * overlayFactor(options, size) + line : 0.0;
+    return {horizontal, vertical, horizontal,
+            std::min(std::max(vertical, bottom), size.height() * MOST_MARGINS - vertical)};
+}
+
+/// At scale factor 1, with the halo where it is painted or kept clear.
+double KelPictureComposer::widestLine(const KelRenderOptions &options, const KelGPXTrackSelection &selection)
+{
+    const bool halos = options.style.haloWidth || isCropped(options, selection);
     double widest = 0.0;
     for (int row = 0; row < selection.count(); ++row) {
         const KelGPXTrackConfiguration configuration = selection.configuration(row);
-        widest = std::max(widest, (configuration.lineWidth() + configuration.haloWidth()).value());
+        const double halo = halos ? configuration.haloWidth().value() : 0.0;
+        widest = std::max(widest, configuration.lineWidth().value() + halo);
     }
-    const double line = widest * options.scaleFactor / 2;
-    const double horizontal = std::min(size.width() * options.padding / 100.0 + line, size.width() * 0.45);
-    const double vertical = std::min(size.height() * options.padding / 100.0 + line, size.height() * 0.45);
-    const bool overlays = options.scale || options.attribution;
-    const double bottom = overlays ? OVERLAY_HEIGHT * overlayFactor(options, size) + line : 0.0;
-    return {horizontal, vertical, horizontal, std::max(vertical, bottom)};
+    return widest;
+}
+
+bool KelPictureComposer::isCropped(const KelRenderOptions &options, const KelGPXTrackSelection &selection)
+{
+    // Without a map there is nothing to fade.
+    return options.map != KelRenderOptions::Map::None && selection.effectiveCroppingOpacity() != OPAQUE;
 }
 
 bool KelPictureComposer::isCropped() const
 {
-    // Without a map there is nothing to fade.
-    return m_options.map != KelRenderOptions::Map::None && m_selection.effectiveCroppingOpacity() != OPAQUE;
+    return isCropped(m_options, m_selection);
 }
 
 QImage KelPictureComposer::mapImage() const

@@ -25,7 +25,8 @@ public:
     KelPictureComposer(const KelRenderOptions &options, const KelGPXTrackSelection &selection,
                        const KelMapGeometry &geometry, const KelMapPicture &ownMap);
 
-    /// What tracks should keep away from: the padding, line widths, and the overlays at the bottom.
+    /// What tracks should keep away from: the padding, line widths, and the overlays at the bottom. At least a tenth of
+    /// the picture's width and of its height is left.
     [[nodiscard]] static QMarginsF margins(const KelRenderOptions &options, const KelGPXTrackSelection &selection,
                                            const QSize &size);
 
@@ -36,6 +37,8 @@ public:
 
 private:
     [[nodiscard]] static double overlayFactor(const KelRenderOptions &options, const QSize &size);
+    [[nodiscard]] static double widestLine(const KelRenderOptions &options, const KelGPXTrackSelection &selection);
+    [[nodiscard]] static bool isCropped(const KelRenderOptions &options, const KelGPXTrackSelection &selection);
     [[nodiscard]] bool isCropped() const;
     [[nodiscard]] QImage mapImage() const;
     void paintMap(QPainter &painter) const;

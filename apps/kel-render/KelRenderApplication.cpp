@@ -290,6 +290,14 @@ bool KelRenderApplication::checkScale(const KelMapGeometry &geometry)
                 .arg(size));
         return false;
     }
+    if (!geometry.isFinite()) {
+        m_diagnostics.error(
+            KelExitCode::UsageError,
+            QStringLiteral("a picture of %1 pixels would reach too far beyond the poles; use a less extreme --size or "
+                           "smaller --bounds")
+                .arg(size));
+        return false;
+    }
     if (geometry.size().width() > MOST_COPIES_OF_THE_WORLD * geometry.worldWidth()) {
         m_diagnostics.error(
             KelExitCode::UsageError,
@@ -325,6 +333,17 @@ bool KelRenderApplication::isAnyTrackWithin(const KelMapGeometry &geometry) cons
     return false;
 }
 
+void KelRenderApplication::warnOfEmptyPicture()
+{
+    QString reason = QStringLiteral("; check --bounds");
+    if (!m_options.bounds) {
+        reason = m_options.map == KelRenderOptions::Map::Picture
+            ? QStringLiteral("; check --map-bounds")
+            : QStringLiteral(": the map ends at 85 degrees north and south");
+    }
+    m_diagnostics.warning(QStringLiteral("no track lies within the picture") + reason);
+}
+
 bool KelRenderApplication::writePicture()
 {
     const QSize size = pictureSize();
@@ -344,11 +363,8 @@ bool KelRenderApplication::writePicture()
     const KelMapGeometry geometry(area, size);
     if (!checkScale(geometry))
         return false;
-    if (!isAnyTrackWithin(geometry)) {
-        m_diagnostics.warning(
-            QStringLiteral("no track lies within the picture; check %1")
-                .arg(m_options.bounds ? QStringLiteral("--bounds") : QStringLiteral("--map-bounds")));
-    }
+    if (!isAnyTrackWithin(geometry))
+        warnOfEmptyPicture();
 
     m_diagnostics.progress(QStringLiteral("Drawing %1 x %2 pixels").arg(size.width()).arg(size.height()));
     KelPictureEncoder encoder(m_options.format, size, m_options.scaleFactor, m_options.quality);

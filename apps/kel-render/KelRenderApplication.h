@@ -47,6 +47,7 @@ private:
     void addResult(const char *kind, const QString &file);
     bool checkScale(const KelMapGeometry &geometry);
     [[nodiscard]] bool isAnyTrackWithin(const KelMapGeometry &geometry) const;
+    void warnOfEmptyPicture();
     [[nodiscard]] QSize pictureSize() const;
 
     KelRenderOptions m_options;

@@ -78,6 +78,10 @@ private Q_SLOTS:
     void darkMap();
     void trackLiesWhereItBelongs();
     void paddingLeavesTheBorderFree();
+    void marginsLeaveRoomForTracks_data();
+    void marginsLeaveRoomForTracks();
+    void widestLinesShowTheMap_data();
+    void widestLinesShowTheMap();
     void singleTrackHasTheUsersColor();
     void severalTracksHaveColorsOfTheirOwn();
     void storedDefaultStyleIsUsed();
@@ -85,6 +89,8 @@ private Q_SLOTS:
     void boundsAcrossTheDateLine();
     void tracksOutsideThePictureAreTold_data();
     void tracksOutsideThePictureAreTold();
+    void tracksBeyondTheMapAreTold_data();
+    void tracksBeyondTheMapAreTold();
     void singlePlaceGetsSurroundings();
     void tracksAllAroundTheGlobe();
     void farAwayPointsDoNoHarm_data();
@@ -102,6 +108,8 @@ private Q_SLOTS:
     void scaleBarHasTheRightLength();
     void vectorsHoldPaths();
     void largestPictureIsPossible();
+    void extremePicturesAreDrawn_data();
+    void extremePicturesAreDrawn();
 
     void ownMapPicture();
     void ownMapPictureMayBeBad_data();
@@ -395,6 +403,9 @@ void tst_KelRender::wrongUse_data()
     row("bounds above Mercator's edge", "track.gpx|-o|out.png|--bounds|86,0,89,10", "--bounds");
     row("an area of millimetres", "track.gpx|-o|out.png|--bounds|1,1,1.0000001,1.0000001|--size|20000x100",
         "too small");
+    row("a tower of worlds", "track.gpx|-o|out.png|--bounds|-85,-180,85,180|--size|100x1200", "too far beyond the poles");
+    row("a tower around the track", "track.gpx|-o|out.svg|--size|16x32767", "too far beyond the poles");
+    row("a tower without a map", "track.gpx|-o|out.png|--no-map|--size|16x32767", "too far beyond the poles");
     row("a row of worlds", "track.gpx|-o|out.png|--bounds|-85,-180,85,180|--size|32767x16", "more than 100 times");
     row("colour", "track.gpx|-o|out.png|--line-color|reddish", "reddish is not a colour");
     row("line width", "track.gpx|-o|out.png|--line-width|thick", "--line-width thick");
@@ -1076,6 +1087,100 @@ void tst_KelRender::paddingLeavesTheBorderFree()
     QVERIFY2(edge <= 2 && otherEdge >= 397, qPrintable(QStringLiteral("%1 %2").arg(edge).arg(otherEdge)));
 }
 
+void tst_KelRender::marginsLeaveRoomForTracks_data()
+{
+    QTest::addColumn<QString>("kmlWidth"); // empty: no style
+    QTest::addColumn<QStringList>("style");
+    QTest::addColumn<double>("top");
+    QTest::addColumn<double>("bottom");
+    const auto row = [](const char *name, const char *kmlWidth, const QStringList &style, double top, double bottom) {
+        QTest::newRow(name) << QString::fromLatin1(kmlWidth) << style << top << bottom;
+    };
+
+    // 1000 pixels high: above the track are a padding of 80 and half a line. Below it are the same, or the overlays'
+    // 31 pixels and half a line.
+    row("default line", "", {}, 85, 915);
+    row("overlays need more than the padding", "", {"--padding=1"}, 15, 1000 - 36);
+    row("no overlays", "", {"--padding=1", "--no-scale", "--no-attribution"}, 15, 985);
+    row("line of a style", "30", {}, 170, 830); // six pixels to one of KML
+    row("a halo is drawn", "30", {"--halo-width=100"}, 220, 780);
+    row("a halo is kept clear", "30", {"--crop=50"}, 350, 650); // twice the line
+    row("a halo has no map to be kept clear of", "30", {"--crop=50", "--no-map"}, 170, 830);
+    row("more than a tenth is left", "", {"--line-width=738"}, 449, 551);
+    row("a tenth is left", "", {"--line-width=740"}, 450, 550);
+    row("less would be left", "", {"--line-width=742"}, 450, 550);
+    row("overlays below, more than a tenth is left", "", {"--padding=0", "--line-width=866"}, 433, 536);
+    row("overlays below, less would be left", "", {"--padding=0", "--line-width=872"}, 436, 536);
+    row("widest line", "", {"--line-width=1000"}, 450, 550);
+    row("widest line, largest factor", "", {"--line-width=1000", "--scale-factor=20"}, 450, 550);
+    row("widest line, largest padding", "", {"--line-width=1000", "--padding=45", "--scale-factor=20"}, 450, 550);
+    row("widest halo", "", {"--halo-width=1000"}, 450, 550);
+    row("line of a style as wide as the picture", "170", {}, 450, 550);
+    row("line of a style beyond every picture", "2147483648", {}, 450, 550);
+}
+
+void tst_KelRender::marginsLeaveRoomForTracks()
+{
+    QFETCH(QString, kmlWidth);
+    QFETCH(QStringList, style);
+    QFETCH(double, top);
+    QFETCH(double, bottom);
+
+    const QByteArray look = kmlWidth.isEmpty() ? QByteArray()
+                                               : "<Style id=\"a\"><LineStyle><color>ff0000ff</color><width>"
+            + kmlWidth.toLatin1() + "</width></LineStyle></Style>";
+    const QString track = write("track.kml",
+                                "<kml><Document>" + look
+                                    + "<Placemark><styleUrl>#a</styleUrl><LineString><coordinates>8,-1 9,1</coordinates>"
+                                      "</LineString></Placemark></Document></kml>");
+    const Result result = run(QStringList{track, "-q", "-o", "out.svg", "--size=1600x1000"} + style);
+    QCOMPARE(result.code, 0);
+    QCOMPARE(result.err, QString());
+    const QByteArray svg = contentOf(path("out.svg"));
+    QVERIFY(!svg.contains("nan"));
+
+    static const QRegularExpression line("d=\"M([-.0-9]+),([-.0-9]+) L([-.0-9]+),([-.0-9]+)\"");
+    const QRegularExpressionMatch match = line.match(QString::fromUtf8(svg));
+    QVERIFY(match.hasMatch());
+    QVERIFY2(std::abs(match.captured(4).toDouble() - top) < 0.1, qPrintable(match.captured()));
+    QVERIFY2(std::abs(match.captured(2).toDouble() - bottom) < 0.1, qPrintable(match.captured()));
+    QVERIFY(match.captured(1).toDouble() > 0 && match.captured(3).toDouble() < 1600);
+}
+
+void tst_KelRender::widestLinesShowTheMap_data()
+{
+    QTest::addColumn<QByteArray>("coordinates");
+    QTest::addColumn<QByteArray>("size");
+    QTest::addColumn<QPoint>("beside"); // a pixel of land or sea that the line leaves free
+    QTest::addColumn<QColor>("color");
+
+    QTest::newRow("half a continent") << QByteArray("-5,40 25,60") << QByteArray("1600x1000") << QPoint(1500, 500) << LAND;
+    QTest::newRow("a county") << QByteArray("8,53 9,54") << QByteArray("1600x1000") << QPoint(1400, 900) << LAND;
+    QTest::newRow("a county, in print") << QByteArray("8,53 9,54") << QByteArray("4000x2500") << QPoint(3500, 2200) << LAND;
+    QTest::newRow("a sea") << QByteArray("-30,-30 -20,-20") << QByteArray("1600x1000") << QPoint(300, 900) << SEA;
+}
+
+void tst_KelRender::widestLinesShowTheMap()
+{
+    QFETCH(QByteArray, coordinates);
+    QFETCH(QByteArray, size);
+    QFETCH(QPoint, beside);
+    QFETCH(QColor, color);
+
+    // 600 pixels wide.
+    const QString track =
+        write("track.kml",
+              "<kml><Document><Style id=\"a\"><LineStyle><color>ff0000ff</color><width>100</width></LineStyle></Style>"
+              "<Placemark><styleUrl>#a</styleUrl><LineString><coordinates>"
+                  + coordinates + "</coordinates></LineString></Placemark></Document></kml>");
+    const Result result = run({track, "-q", "-o", "out.png", "--size=" + size});
+    QCOMPARE(result.code, 0);
+    QCOMPARE(result.err, QString());
+    const QImage image(path("out.png"));
+    QCOMPARE(image.pixelColor(image.rect().center()), QColor(Qt::red));
+    QVERIFY2(near(image.pixelColor(beside), color), qPrintable(image.pixelColor(beside).name()));
+}
+
 void tst_KelRender::singleTrackHasTheUsersColor()
 {
     const QImage image = picture(QStringList{writeTrack("track.gpx", EQUATOR)} + EQUATOR_VIEW);
@@ -1181,6 +1286,46 @@ void tst_KelRender::tracksOutsideThePictureAreTold()
     QCOMPARE(result.code, 0);
     const QString warning("kel-render: warning: no track lies within the picture; check --bounds\n");
     QCOMPARE(result.err, told ? warning : QString());
+    QVERIFY(QFileInfo::exists(path("out.png")));
+}
+
+void tst_KelRender::tracksBeyondTheMapAreTold_data()
+{
+    QTest::addColumn<QByteArray>("points");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("warning");
+
+    const QString none;
+    const QString beyond(": the map ends at 85 degrees north and south");
+    const QString bounds("; check --bounds");
+    const QString mapBounds("; check --map-bounds");
+    const QStringList ownMap{"--map=map.png", "--map-bounds=-5,-40,5,0"};
+    QTest::newRow("near the pole") << QByteArray("86,1 87,2") << QStringList() << beyond;
+    QTest::newRow("near the south pole") << QByteArray("-86,1 -87,2") << QStringList() << beyond;
+    QTest::newRow("at the pole") << QByteArray("90,1 90,2") << QStringList() << beyond;
+    QTest::newRow("near the pole, without a map") << QByteArray("86,1 87,2") << QStringList("--no-map") << beyond;
+    QTest::newRow("into the map") << QByteArray("85,1 87,2") << QStringList() << none;
+    QTest::newRow("over the whole map") << QByteArray("-87,1 87,2") << QStringList() << none;
+    QTest::newRow("near the pole, with an area") << QByteArray("86,1 87,2") << QStringList("--bounds=80,0,85,3") << bounds;
+    QTest::newRow("beside an own map") << QByteArray("6,-30 7,-20") << ownMap << mapBounds;
+    QTest::newRow("on an own map") << QByteArray("2,-30 3,-20") << ownMap << none;
+    QTest::newRow("beside an area of an own map")
+        << QByteArray("2,-30 3,-20") << (ownMap + QStringList("--bounds=-5,10,5,20")) << bounds;
+}
+
+void tst_KelRender::tracksBeyondTheMapAreTold()
+{
+    QFETCH(QByteArray, points);
+    QFETCH(QStringList, options);
+    QFETCH(QString, warning);
+
+    QImage map(400, 100, QImage::Format_RGB32);
+    map.fill(Qt::green);
+    QVERIFY(map.save(path("map.png")));
+    const Result result = run(QStringList{writeTrack("track.gpx", points), "-q", "-s", "400x100", "-o", "out.png"} + options);
+    QCOMPARE(result.code, 0);
+    QCOMPARE(result.err,
+             warning.isNull() ? QString() : "kel-render: warning: no track lies within the picture" + warning + "\n");
     QVERIFY(QFileInfo::exists(path("out.png")));
 }
 
@@ -1408,6 +1553,43 @@ void tst_KelRender::largestPictureIsPossible()
     QCOMPARE(QImage(path("out.png")).size(), QSize(32767, 64));
     QCOMPARE(run({track, "-o", "out.png", "--size=16x16"}).code, 0);
     QCOMPARE(QImage(path("out.png")).size(), QSize(16, 16));
+}
+
+void tst_KelRender::extremePicturesAreDrawn_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QPoint>("sahara");  // 18° north, 10° east, on some copy of the world
+    QTest::addColumn<QPoint>("pacific"); // 18° south, 100° west
+
+    const QString world("--bounds=-85,-180,85,180");
+    QTest::newRow("a row of worlds") << QStringList{world} << QSize(8000, 80) << QPoint(470, 36) << QPoint(7910, 44);
+    QTest::newRow("a row of worlds, largest factor")
+        << QStringList{world, "--scale-factor=20"} << QSize(4000, 40) << QPoint(2001, 18) << QPoint(1989, 22);
+    QTest::newRow("a row of worlds, lines of hardly more than a pixel")
+        << QStringList{world, "--scale-factor=1.12"} << QSize(4000, 40) << QPoint(2001, 18) << QPoint(1989, 22);
+    QTest::newRow("largest factor") << QStringList{world, "--scale-factor=20"} << QSize(1600, 1000) << QPoint(828, 449)
+                                    << QPoint(523, 551);
+    QTest::newRow("a tower of worlds") << QStringList{world} << QSize(100, 1000) << QPoint(53, 495) << QPoint(22, 505);
+}
+
+void tst_KelRender::extremePicturesAreDrawn()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QSize, size);
+    QFETCH(QPoint, sahara);
+    QFETCH(QPoint, pacific);
+
+    // The line is too short to be seen, and there is no marker that hides the map.
+    const QString track = writeTrack("track.gpx", "0,-30 0,-30.0001");
+    const QImage image = picture(QStringList{track, "--size", QStringLiteral("%1x%2").arg(size.width()).arg(size.height()),
+                                             "--no-scale", "--no-attribution", "--display-options=fill", "--fill-color=#00000000"}
+                                 + options);
+    QCOMPARE(image.size(), size);
+    // Land is warmer than the sea, also below the wide lines of the graticule.
+    const QColor land = image.pixelColor(sahara);
+    const QColor sea = image.pixelColor(pacific);
+    QVERIFY2(land.red() - land.blue() > sea.red() - sea.blue() + 10, qPrintable(land.name() + " " + sea.name()));
 }
 
 // --------------------------------------------------------------------------------------------------------- own map
