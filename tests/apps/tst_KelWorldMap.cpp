@@ -36,6 +36,12 @@ private Q_SLOTS:
     void meridianStep();
     void graticuleLabel_data();
     void graticuleLabel();
+    void imagesGetThePaintersPixels_data();
+    void imagesGetThePaintersPixels();
+    void onlyThePictureIsPainted_data();
+    void onlyThePictureIsPainted();
+    void outlinesDoNotCoverSmallWorlds_data();
+    void outlinesDoNotCoverSmallWorlds();
     void painterKeepsItsState();
 };
 
@@ -311,6 +317,110 @@ void tst_KelWorldMap::graticuleLabel()
     QFETCH(double, degrees);
     QFETCH(double, step);
     QTEST(KelWorldMapPainter::graticuleLabel(degrees, step, 'E', 'W'), "label");
+}
+
+void tst_KelWorldMap::imagesGetThePaintersPixels_data()
+{
+    QTest::addColumn<QSizeF>("size");
+    QTest::addColumn<double>("pixelsPerDegree");
+    QTest::addColumn<double>("factor");
+    QTest::addColumn<QImage::Format>("format");
+
+    const QImage::Format premultiplied = QImage::Format_ARGB32_Premultiplied;
+    QTest::newRow("lines of less than a pixel") << QSizeF(300, 200) << 10.0 << 0.1 << premultiplied;
+    QTest::newRow("ordinary") << QSizeF(300, 200) << 10.0 << 1.0 << premultiplied;
+    QTest::newRow("coasts of a pixel") << QSizeF(300, 200) << 10.0 << 1.0 / 0.9 << premultiplied;
+    QTest::newRow("wide coasts") << QSizeF(300, 200) << 10.0 << 3.0 << premultiplied;
+    QTest::newRow("largest factor") << QSizeF(300, 200) << 10.0 << 20.0 << premultiplied;
+    QTest::newRow("near") << QSizeF(300, 200) << 1000.0 << 2.0 << premultiplied;
+    QTest::newRow("as wide as is filled at once") << QSizeF(1024, 60) << 2.0 << 1.0 << premultiplied;
+    QTest::newRow("wider than is filled at once") << QSizeF(1025, 60) << 2.0 << 1.0 << premultiplied;
+    QTest::newRow("several copies, filled in bands") << QSizeF(2500, 60) << 2.0 << 2.0 << premultiplied;
+    QTest::newRow("pixels of another kind") << QSizeF(300, 200) << 10.0 << 2.0 << QImage::Format_RGB32;
+}
+
+void tst_KelWorldMap::imagesGetThePaintersPixels()
+{
+    QFETCH(QSizeF, size);
+    QFETCH(double, pixelsPerDegree);
+    QFETCH(double, factor);
+    QFETCH(QImage::Format, format);
+
+    const KelWorldMapPainter map(frameAround(40.0, 20.0, size, pixelsPerDegree), factor, COLORS);
+    QImage image(size.toSize(), format);
+    image.fill(Qt::transparent);
+    QImage expected = image;
+    {
+        QPainter painter(&image);
+        map.paint(painter);
+    }
+    {
+        QPainter painter(&expected);
+        painter.setClipRect(expected.rect()); // the painter paints everything itself
+        map.paint(painter);
+    }
+    QCOMPARE(image, expected);
+}
+
+void tst_KelWorldMap::onlyThePictureIsPainted_data()
+{
+    QTest::addColumn<QPoint>("offset");
+
+    QTest::newRow("in the corner of a larger image") << QPoint(0, 0);
+    QTest::newRow("in the middle of a larger image") << QPoint(20, 30);
+}
+
+void tst_KelWorldMap::onlyThePictureIsPainted()
+{
+    QFETCH(QPoint, offset);
+
+    QImage image(200, 200, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::magenta);
+    {
+        QPainter painter(&image);
+        painter.translate(offset);
+        // Coasts everywhere, with lines that reach beyond the picture's edges.
+        KelWorldMapPainter(frameAround(38.0, 24.0, QSizeF(100, 100), 20.0), 4.0, COLORS).paint(painter);
+    }
+    const QRect painted(offset, QSize(100, 100));
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            QCOMPARE(image.pixelColor(x, y) != QColor(Qt::magenta), painted.contains(x, y));
+    }
+}
+
+void tst_KelWorldMap::outlinesDoNotCoverSmallWorlds_data()
+{
+    QTest::addColumn<double>("worldSize");
+    QTest::addColumn<double>("factor");
+    QTest::addColumn<double>("sameAs");
+    QTest::addColumn<bool>("same");
+
+    QTest::newRow("40 pixels are needed for each pixel of width") << 80.0 << 20.0 << 2.0 << true;
+    QTest::newRow("just enough of them") << 800.0 << 20.0 << 19.9 << false;
+    QTest::newRow("not quite enough of them") << 796.0 << 20.0 << 19.9 << true;
+    QTest::newRow("never narrower than ordinary lines") << 20.0 << 20.0 << 1.0 << true;
+    QTest::newRow("small factors count") << 20.0 << 0.9 << 1.0 << false;
+}
+
+void tst_KelWorldMap::outlinesDoNotCoverSmallWorlds()
+{
+    QFETCH(double, worldSize);
+    QFETCH(double, factor);
+    QFETCH(double, sameAs);
+    QFETCH(bool, same);
+
+    KelWorldMapColors colors = plain();
+    colors.shallows = Qt::red;
+    // The wide ocean.
+    const KelWorldMapFrame frame = frameAround(-20.0, -120.0, QSizeF(200, 100), worldSize / 360.0);
+    const auto picture = [&](double lineFactor) {
+        QImage image(200, 100, QImage::Format_ARGB32_Premultiplied);
+        QPainter painter(&image);
+        KelWorldMapPainter(frame, lineFactor, colors).paint(painter);
+        return image;
+    };
+    QCOMPARE(picture(factor) == picture(sameAs), same);
 }
 
 void tst_KelWorldMap::painterKeepsItsState()

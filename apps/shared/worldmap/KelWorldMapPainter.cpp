@@ -3,8 +3,14 @@
 
 #include "KelWorldMapPainter.h"
 
+#include <KelGPXTrackRenderer.h>
+#include <KelGPXTrackSelection.h>
+#include <KelGeoPosition.h>
+
 #include <QFont>
 #include <QFontMetricsF>
+#include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPen>
 
@@ -12,6 +18,7 @@
 #include <cmath>
 #include <numbers>
 #include <optional>
+#include <vector>
 
 namespace
 {
@@ -26,6 +33,11 @@ constexpr double SHALLOWS_WIDTH = 7.0;
 constexpr double COAST_WIDTH = 0.9;
 constexpr double BORDER_WIDTH = 0.9;
 constexpr double GRATICULE_WIDTH = 0.8;
+// Worlds of less than so many pixels per unit of width have narrower outlines: wider ones would cover them.
+constexpr double LEAST_WORLD = 40.0;
+// Pixels. Lines between one and this are what neither way of painting is quick with.
+constexpr double NARROWEST_OUTLINE = 1.02;
+constexpr int BAND_PIXELS = 1024; // of wide images, which are filled band by band
 // Degrees, then minutes and seconds.
 constexpr double STEPS[] = {30.0,      20.0,      10.0,      5.0,       2.0,        1.0,
                             1.0 / 2,   1.0 / 3,   1.0 / 6,   1.0 / 12,  1.0 / 30,   1.0 / 60,
@@ -104,6 +116,104 @@ std::optional<QLineF> cutLine(const QLineF &line, const QRectF &clip)
     return QLineF(line.pointAt(from), line.pointAt(to));
 }
 
+/// Strokes on images the way that tracks are: the painter's own pixels, in a time that grows with the length of the
+/// path only. A painter takes minutes for the shallows of many worlds side by side, or for very wide ones.
+class OutlineStroker : public KelGPXTrackRenderer
+{
+public:
+    explicit OutlineStroker(const QSize &size)
+        : KelGPXTrackRenderer(KelGPXTrackSelection(), size, 1.0)
+    {
+    }
+
+    /// No picture shows this world twice: the paths hold all copies already.
+    [[nodiscard]] QPointF projectPosition(const KelGeoPosition &position) const override
+    {
+        constexpr double PIXELS_PER_DEGREE = 1e6;
+        return {position.longitude().decimalDegrees() * PIXELS_PER_DEGREE, 0.0};
+    }
+};
+
+/// The image whose pixels are the painter's units, if it paints on one and nothing of it is left out or changed.
+QImage *plainImage(const QPainter &painter)
+{
+    const QPaintEngine *engine = painter.paintEngine();
+    if (!engine || engine->type() != QPaintEngine::Raster || painter.device()->devType() != QInternal::Image)
+        return nullptr;
+    const bool plain = painter.deviceTransform().isIdentity() && !painter.hasClipping() && painter.opacity() == 1.0
+        && painter.compositionMode() == QPainter::CompositionMode_SourceOver;
+    return plain ? static_cast<QImage *>(painter.device()) : nullptr;
+}
+
+void stroke(QPainter &painter, QImage *image, const QPainterPath &path, const QPen &pen)
+{
+    // Lines up to a pixel are no outlines for the painter, and quick.
+    if (!image || pen.widthF() <= 1.0) {
+        painter.strokePath(path, pen);
+        return;
+    }
+    QPen widePen(pen);
+    widePen.setWidthF(std::max(pen.widthF(), NARROWEST_OUTLINE));
+    QImage pixels(image->bits(), image->width(), image->height(), image->bytesPerLine(), image->format());
+    OutlineStroker(pixels.size()).strokeOver(&pixels, path, widePen);
+}
+
+/// One of the areas that a path holds: its elements, and the columns from its west to its east.
+struct PathPart
+{
+    int first;
+    int end;
+    double west;
+    double east;
+};
+
+std::vector<PathPart> partsOf(const QPainterPath &path)
+{
+    std::vector<PathPart> parts;
+    for (int i = 0; i < path.elementCount(); ++i) {
+        const QPainterPath::Element element = path.elementAt(i);
+        if (element.isMoveTo())
+            parts.push_back({i, i, element.x, element.x});
+        PathPart &part = parts.back();
+        part.end = i + 1;
+        part.west = std::min(part.west, element.x);
+        part.east = std::max(part.east, element.x);
+    }
+    return parts;
+}
+
+/// The areas that come into the rectangle's columns, as wholes.
+QPainterPath areasWithin(const QPainterPath &path, const std::vector<PathPart> &parts, const QRect &rect)
+{
+    QPainterPath result;
+    result.setFillRule(path.fillRule());
+    for (const PathPart &part : parts) {
+        if (part.east < rect.left() - 1.0 || part.west > rect.right() + 2.0)
+            continue;
+        result.moveTo(path.elementAt(part.first));
+        for (int i = part.first + 1; i < part.end; ++i)
+            result.lineTo(path.elementAt(i));
+    }
+    return result;
+}
+
+/// What the painter makes of a path takes a time that grows with the square of the edges in a row of pixels: wide images
+/// are filled band by band. A pixel has the same edges around it as ever.
+void fill(QPainter &painter, const QImage *image, const QPainterPath &path, const QColor &color)
+{
+    if (!image || image->width() <= BAND_PIXELS) {
+        painter.fillPath(path, color);
+        return;
+    }
+    const std::vector<PathPart> parts = partsOf(path);
+    for (int left = 0; left < image->width(); left += BAND_PIXELS) {
+        const QRect band = QRect(left, 0, BAND_PIXELS, image->height()) & image->rect();
+        painter.setClipRect(band);
+        painter.fillPath(areasWithin(path, parts, band), color);
+    }
+    painter.setClipRect(image->rect());
+}
+
 double mercator(double latitude)
 {
     return 0.5 - std::log(std::tan((90.0 + latitude) * std::numbers::pi / 360.0)) / (2.0 * std::numbers::pi);
@@ -128,17 +238,21 @@ KelWorldMapPainter::KelWorldMapPainter(const KelWorldMapFrame &frame, double fac
 void KelWorldMapPainter::paint(QPainter &painter, const KelWorldMap &map) const
 {
     const Paths paths = collect(map);
-    const auto pen = [this](const QColor &color, double width) {
-        return QPen(color, width * m_factor, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    const double factor = std::min(m_factor, std::max(1.0, m_frame.worldSize / LEAST_WORLD));
+    const auto pen = [factor](const QColor &color, double width) {
+        return QPen(color, width * factor, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     };
+    QImage *image = plainImage(painter);
+    if (image && QSizeF(image->size()) != m_frame.size)
+        image = nullptr;
     painter.save();
     painter.setClipRect(QRectF(QPointF(0, 0), m_frame.size));
     painter.fillRect(QRectF(QPointF(0, 0), m_frame.size), m_colors.sea);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.strokePath(paths.coasts, pen(m_colors.shallows, SHALLOWS_WIDTH));
-    painter.fillPath(paths.land, m_colors.land);
-    painter.strokePath(paths.borders, pen(m_colors.border, BORDER_WIDTH));
-    painter.strokePath(paths.coasts, pen(m_colors.coast, COAST_WIDTH));
+    stroke(painter, image, paths.coasts, pen(m_colors.shallows, SHALLOWS_WIDTH));
+    fill(painter, image, paths.land, m_colors.land);
+    stroke(painter, image, paths.borders, pen(m_colors.border, BORDER_WIDTH));
+    stroke(painter, image, paths.coasts, pen(m_colors.coast, COAST_WIDTH));
     drawGraticule(painter);
     painter.restore();
 }
@@ -155,9 +269,9 @@ KelWorldMapPainter::Paths KelWorldMapPainter::collect(const KelWorldMap &map) co
         const bool polar = outline.kind == KelWorldMap::PolarLand;
         if (outline.level > level || outline.north > southEast.y() || (outline.south < northWest.y() && !polar))
             continue;
-        const double first = std::ceil(northWest.x() - outline.east);
-        const double last = std::floor(southEast.x() - outline.west);
-        for (double shift = first; shift <= last; shift += 1.0) {
+        const int first = static_cast<int>(std::ceil(northWest.x() - outline.east));
+        const int last = static_cast<int>(std::floor(southEast.x() - outline.west));
+        for (int shift = first; shift <= last; ++shift) {
             if (outline.kind == KelWorldMap::Border) {
                 addLine(paths.borders, outline, level, shift);
                 continue;
