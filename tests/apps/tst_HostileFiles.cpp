@@ -12,6 +12,9 @@
 #include <functional>
 
 #include <fcntl.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -72,6 +75,9 @@ Outcome run(const QString &directory, const QStringList &arguments)
         pointers.append(text.data());
     pointers.append(nullptr);
 
+#ifdef __GLIBC__
+    ::malloc_trim(0); // a child counts its parent's memory as its own
+#endif
     const pid_t child = ::fork();
     if (child == 0) {
         constexpr mode_t mode = 0600;
@@ -537,7 +543,7 @@ void tst_HostileFiles::files_data()
             const QByteArray text = "<kml><Document><Placemark><coordinates>" + QByteArray("1,1 ").repeated(1000000 * f);
             return archive({{.name = "doc.kml", .content = text, .deflated = true, .claimedSize = 100}});
         },
-        malformed, "unpacks to more than 200 times its size");
+        malformed, "unpacks to more than 200 times its size", 2 * MEGABYTE); // what came out until then
     row(
         "entries that share their data", "kmz",
         [](int) { return archive({{.name = "a.kml", .content = kml("")}, {.name = "b.kml", .content = kml(""), .sharesDataOf = 0}}); },
@@ -553,10 +559,7 @@ void tst_HostileFiles::files_data()
         nothing, "no .kml entry");
     row(
         "levels in an archive", "kmz",
-        [](int f) {
-            return archive({{.name = "doc.kml", .content = kml("", QByteArray("<a>").repeated(10000 * f)), .deflated = true}});
-        },
-        malformed, tooDeep);
+        [](int f) { return packedAsMayBe(kml("", QByteArray("<a>").repeated(10000 * f))); }, malformed, tooDeep);
 }
 
 /// For scripts/hostile.sh.
@@ -603,7 +606,7 @@ void tst_HostileFiles::files()
     QFETCH(int, drawn);
     const QString name = m_dir.filePath(QStringLiteral("hostile.") + suffix);
     {
-        // Freed before the child starts: a child counts its parent's memory as its own.
+        // Freed before the child starts, which would count it as its own.
         const QByteArray content = make(m_factor);
         QFile file(name);
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -730,7 +733,7 @@ void tst_HostileFiles::selections_data()
 
     // A tree takes 800 bytes for an element.
     row(
-        "rows of one file", [=](int f) { return track("a.gps").repeated(5000 * f); }, read, "", 5000 * (TRACK + 4 * 800));
+        "rows of one file", [=](int f) { return track("a.gps").repeated(2000 * f); }, read, "", 2000 * (TRACK + 4 * 800));
     row(
         "rows of nothing", [=](int f) { return track("a.gps") + QByteArray("<configuredTrack/>").repeated(10000 * f); }, read, "",
         10000 * (TRACK + 800));
