@@ -4,6 +4,7 @@
 #include "KelBeelineBuilder.h"
 
 #include "KelDiagnostics.h"
+#include "KelPlainText.h"
 
 #include <KelGPXBeelineCreator.h>
 #include <KelGeoPositionSamples.h>
@@ -64,7 +65,7 @@ std::optional<KelGPXTrack> KelBeelineBuilder::build(const KelBeelineOption &opti
                 QStringLiteral(
                     "--beeline: \"%1\" is no place; write \"N53.14 E8.21\", \"53.14,8.21\", \"53,8,24 N; 8,12,36 E\" "
                     "or a known place such as Sydney")
-                    .arg(text));
+                    .arg(KelPlainText::shortened(text)));
         }
         return position;
     };

@@ -3,6 +3,8 @@
 
 #include "KelDiagnostics.h"
 
+#include "KelPlainText.h"
+
 #include <QJsonObject>
 
 #include <cstdio>
@@ -12,14 +14,20 @@
 namespace
 {
 
+// No path is longer; and nobody reads on.
+constexpr qsizetype LONGEST_TEXT = 5000;
+
 /// One line stays one line, whatever characters a file name holds.
-QByteArray printable(QString text)
+QByteArray printable(const QString &text)
 {
-    for (QChar &character : text) {
-        if (character.category() == QChar::Other_Control)
-            character = QLatin1Char('?');
-    }
-    return text.toUtf8();
+    return KelPlainText::oneLine(text).toUtf8();
+}
+
+KelErrorHistory::Entry shortened(KelErrorHistory::Entry entry)
+{
+    entry.fileName = KelPlainText::shortened(entry.fileName, LONGEST_TEXT);
+    entry.message = KelPlainText::shortened(entry.message, LONGEST_TEXT);
+    return entry;
 }
 
 KelErrorHistory::Entry entryOf(const QString &file, const QString &text)
@@ -56,22 +64,24 @@ void KelDiagnostics::warning(const QString &file, const QString &text)
 
 void KelDiagnostics::note(const QString &file, const QString &text)
 {
-    const KelErrorHistory::Entry entry = entryOf(file, text);
+    const KelErrorHistory::Entry entry = shortened(entryOf(file, text));
     keep("note", entry);
     if (!m_quiet)
         write(entry.toString());
 }
 
-void KelDiagnostics::error(KelExitCode code, const KelErrorHistory::Entry &entry)
+void KelDiagnostics::error(KelExitCode code, const KelErrorHistory::Entry &whole)
 {
+    const KelErrorHistory::Entry entry = shortened(whole);
     if (!hasErrors())
         m_exitCode = code;
     keep("error", entry, code);
     write(entry.toString());
 }
 
-void KelDiagnostics::warning(const KelErrorHistory::Entry &entry)
+void KelDiagnostics::warning(const KelErrorHistory::Entry &whole)
 {
+    const KelErrorHistory::Entry entry = shortened(whole);
     keep("warning", entry);
     write(QStringLiteral("warning: ") + entry.toString());
 }
@@ -100,6 +110,11 @@ void KelDiagnostics::progress(const QString &text)
     std::fputs(printable(text).constData(), stderr);
     std::fflush(stderr);
     m_showsProgress = !text.isEmpty();
+}
+
+void KelDiagnostics::showLogLine(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    std::fprintf(stderr, "%s\n", printable(qFormatLogMessage(type, context, text)).constData());
 }
 
 void KelDiagnostics::write(const QString &text)

@@ -10,6 +10,7 @@
 
 #include <QJsonArray>
 #include <QString>
+#include <QtGlobal>
 
 /// Everything that the program says to the person at the command line: one line on standard error for each thing,
 /// and the exit code that follows from it. The first error decides the exit code.
@@ -36,6 +37,9 @@ public:
 
     /// A line that the next one replaces, on a terminal only. An empty text removes it.
     void progress(const QString &text);
+
+    /// A handler of Qt's messages: those lines, too, may hold names from strangers.
+    static void showLogLine(QtMsgType type, const QMessageLogContext &context, const QString &text);
 
     [[nodiscard]] KelExitCode exitCode() const noexcept { return m_exitCode; }
     [[nodiscard]] bool hasErrors() const noexcept { return m_exitCode != KelExitCode::Success; }

@@ -11,6 +11,7 @@
 #include "KelOutputFile.h"
 #include "KelPictureComposer.h"
 #include "KelPictureEncoder.h"
+#include "KelPlainText.h"
 #include "KelRenderOptionsReader.h"
 #include "KelSelectionFile.h"
 #include "KelTimedPicture.h"
@@ -50,9 +51,9 @@ KelFilePlace storeOf(const QString &document)
 
 } // namespace
 
-KelExitCode KelRenderApplication::run(const QStringList &arguments)
+KelExitCode KelRenderApplication::run(const QStringList &arguments, const QStringList &undecodable)
 {
-    KelRenderOptionsReader reader;
+    KelRenderOptionsReader reader(undecodable);
     const KelRenderOptionsReader::Outcome outcome = reader.read(arguments, m_options, m_diagnostics);
     if (outcome == KelRenderOptionsReader::Outcome::Done)
         return m_diagnostics.exitCode();
@@ -67,7 +68,7 @@ void KelRenderApplication::drawWithinMemory()
 {
     m_diagnostics.setQuiet(m_options.quiet);
     if (m_options.verbose)
-        qInstallMessageHandler(nullptr);
+        qInstallMessageHandler(KelDiagnostics::showLogLine);
     try {
         if (!readInputs())
             return;
@@ -257,7 +258,7 @@ void KelRenderApplication::printReport()
     }
     if (m_options.stats)
         report.insert(QStringLiteral("stats"), m_statistics.toJson());
-    print(QJsonDocument(report).toJson());
+    print(KelPlainText::json(QJsonDocument(report).toJson()));
 }
 
 bool KelRenderApplication::print(const QByteArray &text)

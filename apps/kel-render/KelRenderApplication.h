@@ -23,7 +23,8 @@ class KelPictureSource;
 class KelRenderApplication
 {
 public:
-    [[nodiscard]] KelExitCode run(const QStringList &arguments);
+    /// Undecodable are those of the arguments that are not what was typed: that was no UTF-8.
+    [[nodiscard]] KelExitCode run(const QStringList &arguments, const QStringList &undecodable);
 
 private:
     void drawWithinMemory();

@@ -5,6 +5,7 @@
 
 #include "KelDiagnostics.h"
 #include "KelOutputFile.h"
+#include "KelPlainText.h"
 
 #include <KelGPXMarkerShape.h>
 #include <KelGPXTrackDisplayOptions.h>
@@ -13,6 +14,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <type_traits>
@@ -107,10 +109,10 @@ bool fail(KelDiagnostics &diagnostics, const QString &text)
     return false;
 }
 
-/// A value as a message shows it: nothing would leave a gap.
+/// A value as a message shows it: nothing would leave a gap, and what was pasted by mistake may be long.
 QString shown(const QString &value)
 {
-    return value.isEmpty() ? QStringLiteral("\"\"") : value;
+    return value.isEmpty() ? QStringLiteral("\"\"") : KelPlainText::shortened(value);
 }
 
 /// What was asked for instead of a run.
@@ -158,9 +160,21 @@ bool allKeysKnown(const QString &list)
     return true;
 }
 
+
+/// Another file would be read or written than the one that was named.
+bool failUndecodable(QLatin1String option, const QString &name, KelDiagnostics &diagnostics)
+{
+    const bool isInput = option == QLatin1String("selection") || option == QLatin1String("map");
+    diagnostics.error(isInput ? KelExitCode::InputUnreadable : KelExitCode::UsageError, name,
+                      QStringLiteral("the name in --%1 is no UTF-8; %2 another one")
+                          .arg(option, isInput ? QStringLiteral("give the file") : QStringLiteral("choose")));
+    return false;
+}
+
 } // namespace
 
-KelRenderOptionsReader::KelRenderOptionsReader()
+KelRenderOptionsReader::KelRenderOptionsReader(const QStringList &undecodable)
+    : m_undecodable(undecodable)
 {
     m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsCompactedShortOptions);
     for (const OptionText &option : OPTIONS) {
@@ -189,7 +203,7 @@ KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &
         QString text = m_parser.errorText();
         if (text.endsWith(QLatin1Char('.')))
             text.chop(1);
-        fail(diagnostics, text + QStringLiteral("; kel-render --help lists all options"));
+        fail(diagnostics, shown(text) + QStringLiteral("; kel-render --help lists all options"));
         return Outcome::Failed;
     }
 
@@ -208,6 +222,10 @@ KelRenderOptionsReader::Outcome KelRenderOptionsReader::read(const QStringList &
     options.scale = !m_parser.isSet(QStringLiteral("no-scale"));
     options.attribution = !m_parser.isSet(QStringLiteral("no-attribution"));
     options.attributionText = m_parser.value(QStringLiteral("attribution"));
+    if (!KelPlainText::isForXml(options.attributionText)) {
+        fail(diagnostics, QStringLiteral("--attribution holds a control character or half a character; leave it out"));
+        return Outcome::Failed;
+    }
 
     const bool ok = checkFileNames(diagnostics) && readOutput(options, diagnostics) && readNumbers(options, diagnostics)
         && readMap(options, diagnostics) && readStyle(options.style, diagnostics) && checkWhole(options, diagnostics);
@@ -267,6 +285,14 @@ bool KelRenderOptionsReader::readKind(const char *option, bool &wanted, KelDiagn
                 QStringLiteral("--%1 %2 is not known; use json").arg(name, shown(m_parser.value(name))));
 }
 
+/// Names may be joined with their options.
+bool KelRenderOptionsReader::isUndecodable(const QString &name) const
+{
+    return name.contains(QChar::ReplacementCharacter)
+        && std::any_of(m_undecodable.cbegin(), m_undecodable.cend(),
+                       [&name](const QString &argument) { return argument.endsWith(name); });
+}
+
 /// An empty name is most often a variable that was never set, and of two names only one could be obeyed: in both cases
 /// something that the user counts on would not happen.
 bool KelRenderOptionsReader::checkFileNames(KelDiagnostics &diagnostics) const
@@ -279,6 +305,8 @@ bool KelRenderOptionsReader::checkFileNames(KelDiagnostics &diagnostics) const
             return fail(diagnostics, QStringLiteral("--%1 is given %2 times; once is possible")
                                          .arg(QLatin1String(option))
                                          .arg(names.size()));
+        if (isUndecodable(names.value(0)))
+            return failUndecodable(QLatin1String(option), names.value(0), diagnostics);
     }
     if (m_parser.positionalArguments().contains(QString()))
         return fail(diagnostics, QStringLiteral("the name of an input is empty"));
@@ -306,18 +334,18 @@ bool KelRenderOptionsReader::readOutput(KelRenderOptions &options, KelDiagnostic
         const auto format = KelPictureFormat::fromName(suffix);
         if (!format) {
             const QString what = suffix.isEmpty() ? QStringLiteral("the name has no suffix")
-                                                  : QStringLiteral("a .%1 file cannot be written").arg(suffix);
-            diagnostics.error(KelExitCode::UnsupportedFormat,
-                              QStringLiteral("%1: %2; end the name with one of %3, or use --format")
-                                  .arg(options.outputFile, what, KelPictureFormat::allNames()));
+                                                  : QStringLiteral("a .%1 file cannot be written").arg(shown(suffix));
+            diagnostics.error(
+                KelExitCode::UnsupportedFormat, options.outputFile,
+                QStringLiteral("%1; end the name with one of %2, or use --format").arg(what, KelPictureFormat::allNames()));
             return false;
         }
         options.format = *format;
     }
     if (!options.exportFile.isEmpty() && QFileInfo(options.exportFile).suffix().toLower() != QLatin1String("gpx")) {
         diagnostics.error(
-            KelExitCode::UnsupportedFormat,
-            QStringLiteral("%1: only GPX can be exported; end the name with .gpx").arg(options.exportFile));
+            KelExitCode::UnsupportedFormat, options.exportFile,
+            QStringLiteral("only GPX can be exported; end the name with .gpx"));
         return false;
     }
     return true;
@@ -338,14 +366,14 @@ bool KelRenderOptionsReader::readNumbers(KelRenderOptions &options, KelDiagnosti
             || size->height() > most)
             return fail(diagnostics,
                         QStringLiteral("--size %1: each side must have %2 to %3 pixels")
-                            .arg(text)
+                            .arg(shown(text))
                             .arg(SMALLEST_SIDE)
                             .arg(most));
         if (static_cast<qint64>(size->width()) * size->height() > MOST_PIXELS)
             return fail(diagnostics,
                         QStringLiteral(
                             "--size %1: at most %2 million pixels; use pdf or svg with a smaller size for large prints")
-                            .arg(text)
+                            .arg(shown(text))
                             .arg(MOST_PIXELS / 1'000'000));
         options.size = size;
     }

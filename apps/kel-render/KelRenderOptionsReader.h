@@ -20,7 +20,8 @@ public:
         Failed ///< told to the diagnostics
     };
 
-    KelRenderOptionsReader();
+    /// Undecodable are those of the arguments that are not what was typed: that was no UTF-8.
+    explicit KelRenderOptionsReader(const QStringList &undecodable = {});
 
     [[nodiscard]] Outcome read(const QStringList &arguments, KelRenderOptions &options, KelDiagnostics &diagnostics);
 
@@ -36,7 +37,10 @@ private:
     bool readStyle(KelStyleOptions &style, KelDiagnostics &diagnostics) const;
     bool checkWhole(const KelRenderOptions &options, KelDiagnostics &diagnostics) const;
 
+    [[nodiscard]] bool isUndecodable(const QString &name) const;
+
     QCommandLineParser m_parser;
+    QStringList m_undecodable;
 };
 
 #endif

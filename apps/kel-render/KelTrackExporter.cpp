@@ -5,6 +5,7 @@
 
 #include "KelDiagnostics.h"
 #include "KelOutputFile.h"
+#include "KelPlainText.h"
 
 #include <KelGPXConfiguredTrack.h>
 #include <KelGPXTrack.h>
@@ -75,6 +76,6 @@ bool KelTrackExporter::writeTrack(const KelGPXTrack &track, const QString &path)
     if (!target.write(bytes))
         return fail(target.error());
     m_files.append(path);
-    m_diagnostics.note(path, QStringLiteral("exported \"%1\"").arg(track.name()));
+    m_diagnostics.note(path, QStringLiteral("exported \"%1\"").arg(KelPlainText::shortened(track.name())));
     return true;
 }

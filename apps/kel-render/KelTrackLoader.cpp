@@ -18,6 +18,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <unistd.h>
@@ -50,6 +52,20 @@ bool isDamagedArchive(const QFileInfo &file)
     const auto kml = std::find_if(names.cbegin(), names.cend(),
                                   [](const QString &name) { return name.endsWith(QLatin1String(".kml")); });
     return !zip.isOpen() || (kml != names.cend() && zip.fileContent(*kml).isEmpty());
+}
+
+/// Names that are no UTF-8, which Qt leaves out: as they can be told.
+QStringList undecodableNames(const QString &folder)
+{
+    QStringList names;
+    std::error_code trouble;
+    for (std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), trouble), end; !trouble && entry != end;
+         entry.increment(trouble)) {
+        const QByteArray name = QByteArray::fromStdString(entry->path().filename().string());
+        if (QFile::encodeName(QFile::decodeName(name)) != name)
+            names.append(QFile::decodeName(name));
+    }
+    return names;
 }
 
 } // namespace
@@ -94,8 +110,12 @@ QStringList KelTrackLoader::filesOf(const QString &path)
         return {path};
     const QStringList patterns = KelTrackSelectionFactory::instance().supportedFileFormats();
     QStringList files;
-    const QStringList names = QDir(path).entryList(patterns, QDir::Files, QDir::Name);
-    for (const QString &name : names)
+    QStringList names = QDir(path).entryList(patterns, QDir::Files, QDir::Name);
+    for (const QString &name : undecodableNames(path)) {
+        if (QDir::match(patterns, name))
+            names.append(name);
+    }
+    for (const QString &name : std::as_const(names))
         files.append(path.endsWith(QLatin1Char('/')) ? path + name : path + QLatin1Char('/') + name);
     return files;
 }
@@ -160,6 +180,8 @@ bool KelTrackLoader::isReadable(const QFileInfo &file)
     // A folder that may not be entered hides what is in it; there is more to check than the name.
     if (!file.exists() && ::access(QFile::encodeName(file.filePath()).constData(), F_OK) != 0 && errno == EACCES)
         return fail(QStringLiteral("cannot be read: its folder may not be entered; check the permissions"));
+    if (!file.exists() && file.filePath().contains(QChar::ReplacementCharacter))
+        return fail(QStringLiteral("cannot be read: its name is no UTF-8; give the file another one"));
     if (!file.exists())
         return fail(QStringLiteral("no such file or folder; check the name"));
     // Opening a pipe would wait for somebody to write, and it cannot be read twice.

@@ -5,6 +5,7 @@
 
 #include "KelMapArea.h"
 #include "KelMapBounds.h"
+#include "KelPlainText.h"
 
 #include <KelGPXConfiguredTrack.h>
 #include <KelGPXTrack.h>
@@ -28,11 +29,6 @@ constexpr int KEY_WIDTH = 10;
 QString line(const char *key, const QString &value)
 {
     return QString::fromLatin1(key).leftJustified(KEY_WIDTH) + value + QLatin1Char('\n');
-}
-
-QString oneLine(QString text)
-{
-    return text.simplified();
 }
 
 /// Stored tracks come back with their milliseconds taken for seconds. Later than the year 9999 is where that puts all
@@ -118,7 +114,7 @@ QString KelTrackReport::describe(const KelGPXTrackSelection &selection)
 QString KelTrackReport::describe(const KelGPXConfiguredTrack &track)
 {
     const KelGeoPositionRect box = KelMapArea::boundingBox(track);
-    QString text = line("name:", oneLine(track.name())) + line("shape:", track.effectiveShape().encode())
+    QString text = line("name:", KelPlainText::oneLine(track.name().simplified())) + line("shape:", track.effectiveShape().encode())
         + line("segments:", QString::number(track.track().segments().size()))
         + line("points:", QString::number(track.track().countPoints()))
         + line("length:", QString::number(lengthKm(track.track()), 'f', 2) + QStringLiteral(" km"))

@@ -58,8 +58,12 @@ int main(int argc, char *argv[])
     qInstallMessageHandler(showFatalMessagesOnly);
 
     QStringList arguments;
-    for (int i = 0; i < argc; ++i)
+    QStringList undecodable;
+    for (int i = 0; i < argc; ++i) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
+        if (arguments.last().toLocal8Bit() != argv[i])
+            undecodable.append(arguments.last());
+    }
     // Qt would take options such as -platform for itself, whatever they mean here.
     int qtArguments = 1;
     QGuiApplication application(qtArguments, argv);
@@ -68,7 +72,7 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(KEL_RENDER_VERSION));
 
     try {
-        return static_cast<int>(KelRenderApplication().run(arguments));
+        return static_cast<int>(KelRenderApplication().run(arguments, undecodable));
     } catch (const std::bad_alloc &) {
         KelDiagnostics().error(KelExitCode::InternalError,
                                QStringLiteral("there is too little memory; use a smaller --size or fewer tracks"));

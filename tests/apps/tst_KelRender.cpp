@@ -10,6 +10,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
@@ -73,6 +76,10 @@ private Q_SLOTS:
     void quietSaysNothing();
     void noProgressInAPipe();
     void lineBreaksInFileNamesStayInOneLine();
+    void namesAreNotObeyedByTerminals();
+    void namesThatAreNoText_data();
+    void namesThatAreNoText();
+    void replacementCharactersAreText();
 
     void landAndSea();
     void darkMap();
@@ -426,6 +433,15 @@ void tst_KelRender::wrongUse_data()
     row("beeline between no places", "-o|out.png|--beeline|Sydney|Atlantis", "\"Atlantis\" is no place");
     row("beeline off the globe", "-o|out.png|--beeline|Sydney|N91 E0", "\"N91 E0\" is no place");
     row("beeline as one word", "-o|out.png|--beeline=Sydney|LA", "--beeline needs two places");
+    row("attribution with a control character", QStringLiteral("track.gpx|-o|out.svg|--attribution|a\x01"), "control character");
+    row("attribution with half a character", "track.gpx|-o|out.svg|--attribution|a" + QString(QChar(0xfffe)), "control character");
+    const QString endless(100'000, QLatin1Char('9'));
+    row("endless size", "track.gpx|-o|out.png|--size|" + endless, "--size 999");
+    row("endless sides", "track.gpx|-o|out.png|--size|" + QString(100'000, '0') + "1x1", "--size 000");
+    row("endless colour", "track.gpx|-o|out.png|--line-color|" + endless, "is not a colour");
+    row("endless marker", "track.gpx|-o|out.png|--marker|disk" + QString(",disk").repeated(20'000) + ",heart", "--marker disk,");
+    row("endless option", "track.gpx|-o|out.png|--" + endless, "--help");
+    row("endless place", "-o|out.png|--beeline|Sydney|" + endless, "is no place");
     row("name before any beeline", "-o|out.png|--name|x|--beeline|LA|Sydney", "put the --beeline first");
 }
 
@@ -440,6 +456,7 @@ void tst_KelRender::wrongUse()
     QCOMPARE(result.lines().size(), 1);
     QVERIFY2(result.err.startsWith(QLatin1String("kel-render: ")), qPrintable(result.err));
     QVERIFY2(result.err.contains(message), qPrintable(result.err));
+    QVERIFY2(result.err.size() < 500, qPrintable(result.err.left(500)));
     QVERIFY(result.out.isEmpty());
     QVERIFY(!QFileInfo::exists(path("out.png")));
 }
@@ -1023,6 +1040,74 @@ void tst_KelRender::lineBreaksInFileNamesStayInOneLine()
     QCOMPARE(result.code, 3);
     QCOMPARE(result.lines().size(), 1);
     QVERIFY(result.err.contains(QLatin1String("a?b?[2J.gpx")));
+}
+
+void tst_KelRender::namesAreNotObeyedByTerminals()
+{
+    // A command of a terminal, a mark that turns the direction around, and a line break that only some know.
+    const QString evil = QStringLiteral("A\u009b31mB\u202eC\u2028D\u007fE");
+    const QByteArray track = "<gpx><trk><name>" + evil.toUtf8()
+        + "</name><trkseg><trkpt lat='0' lon='1'/><trkpt lat='0' lon='2'/></trkseg></trk></gpx>";
+    write("named.gpx", track);
+    const Result info = run({"named.gpx", "--info"});
+    QVERIFY2(info.out.startsWith("name:     A?31mB?C D?E\n"), info.out.constData());
+    const Result exported = run({"named.gpx", "--export", "out.gpx"});
+    QVERIFY2(exported.err.contains(QLatin1String("exported \"A?31mB?C?D?E\"")), qPrintable(exported.err));
+
+    const Result report = run({"named.gpx", "--report", "json"});
+    QVERIFY2(report.out.contains("\"A\\u009b31mB\\u202eC\\u2028D\\u007fE\""), report.out.constData());
+    QCOMPARE(QJsonDocument::fromJson(report.out).object().value("tracks").toArray().at(0).toObject().value("name").toString(), evil);
+
+    // The name of the file, where the track has none; and that of a beeline.
+    const QString fileName = QStringLiteral("n\x1b[31m\x07\u202e.gpx");
+    writeTrack(fileName, EQUATOR, "");
+    const Result file = run({fileName, "--info"});
+    QVERIFY2(file.out.startsWith("name:     n?[31m?? 1\n"), file.out.constData());
+    QVERIFY2(file.err.contains(QLatin1String("n?[31m??.gpx: 1 track")), qPrintable(file.err));
+    const Result beeline = run({"--beeline", "Sydney", "LA", "--name", QStringLiteral("a\x1b[31m\u2066"), "--info"});
+    QVERIFY2(beeline.out.startsWith("name:     a?[31m?\n"), beeline.out.constData());
+}
+
+void tst_KelRender::namesThatAreNoText_data()
+{
+    QTest::addColumn<QString>("command"); // $0 is the program
+    QTest::addColumn<int>("code");
+
+    QTest::newRow("picture") << "\"$0\" track.gpx -q -o $'o\\xff.png'" << 2;
+    QTest::newRow("picture, joined") << "\"$0\" track.gpx -q -o$'o\\xff.png'" << 2;
+    QTest::newRow("export") << "\"$0\" track.gpx -q --export=$'o\\xff.gpx'" << 2;
+    QTest::newRow("selection to be saved") << "\"$0\" track.gpx -q --save-selection $'o\\xff.xml'" << 2;
+    QTest::newRow("selection") << "\"$0\" --selection $'o\\xff.xml' -q --info" << 3;
+    QTest::newRow("map") << "\"$0\" track.gpx -q --map $'o\\xff.png' --map-bounds -5,-40,5,0 -o new.png" << 3;
+    QTest::newRow("track") << "cp track.gpx $'o\\xff.gpx'; \"$0\" $'o\\xff.gpx' -q --info" << 3;
+    QTest::newRow("track of a folder")
+        << "mkdir folder; cp track.gpx $'folder/o\\xff.gpx'; \"$0\" folder -q --info" << 3;
+}
+
+void tst_KelRender::namesThatAreNoText()
+{
+    QFETCH(QString, command);
+    QFETCH(int, code);
+    if (!QFile::exists("/bin/bash"))
+        QSKIP("there is no bash");
+    writeTrack("track.gpx", EQUATOR);
+    // Qt does not see these files, and so does not remove them.
+    const auto cleanUp = qScopeGuard([this] { static_cast<void>(runProgram("/bin/bash", {"-c", "rm -rf ./*"})); });
+    const Result result = runProgram("/bin/bash", {"-c", command, QStringLiteral(KEL_RENDER_PROGRAM)});
+    QCOMPARE(result.code, code);
+    QCOMPARE(result.lines().size(), 1);
+    QVERIFY2(result.err.contains(QLatin1String("UTF-8")), qPrintable(result.err));
+    const QStringList names = QString::fromUtf8(runProgram("/bin/ls", {"-A"}).out).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QVERIFY2(names.filter(".xml").isEmpty() && names.filter(".png").isEmpty(), qPrintable(names.join(' ')));
+    QCOMPARE(names.filter(".gpx").size(), command.startsWith(QLatin1String("cp")) ? 2 : 1);
+}
+
+/// It may well be that somebody has such a name; it is text.
+void tst_KelRender::replacementCharactersAreText()
+{
+    const QString name = QStringLiteral("o\ufffd.png");
+    QCOMPARE(run({writeTrack(QStringLiteral("o\ufffd.gpx"), EQUATOR), "-q", "-o", name}).code, 0);
+    QVERIFY(!QImage(path(name)).isNull());
 }
 
 // -------------------------------------------------------------------------------------------- map, tracks and area
