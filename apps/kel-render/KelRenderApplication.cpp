@@ -23,6 +23,7 @@
 #include <KelErrorHistory.h>
 #include <KelGPXConfiguredTrackList.h>
 #include <KelGPXTrackConfiguration.h>
+#include <KelSettings.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -69,6 +70,9 @@ void KelRenderApplication::drawWithinMemory()
     m_diagnostics.setQuiet(m_options.quiet);
     if (m_options.verbose)
         qInstallMessageHandler(KelDiagnostics::showLogLine);
+    const QString noSettings = KelSettings::unusableStore();
+    if (!noSettings.isEmpty())
+        m_diagnostics.warning(noSettings, QStringLiteral("the settings are not read: this is no file"));
     try {
         if (!readInputs())
             return;
@@ -180,13 +184,13 @@ void KelRenderApplication::loadSelection()
 {
     KelErrorHistory errors;
     const auto result = KelSelectionFile(m_options.selectionFile).load(m_selection, errors);
-    const KelExitCode code = result == KelSelectionFile::Result::Malformed ? KelExitCode::InputMalformed
-                                                                           : KelExitCode::InputUnreadable;
     m_selectionIsWhole = result == KelSelectionFile::Result::Done;
     for (KelErrorHistory::Entry entry : errors.entries()) {
         while (entry.message.endsWith(QLatin1Char('.')))
             entry.message.chop(1);
-        m_diagnostics.error(code, entry);
+        // The name of a track's file stands for what is malformed in it.
+        const bool isMalformed = result == KelSelectionFile::Result::Malformed || entry.fileName != m_options.selectionFile;
+        m_diagnostics.error(isMalformed ? KelExitCode::InputMalformed : KelExitCode::InputUnreadable, entry);
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include <KelErrorHistory.h>
 #include <KelSelectionFile.h>
+#include <KelSettings.h>
 
 #include <QDir>
 #include <QFile>
@@ -14,6 +15,7 @@
 #include <QMainWindow>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QVariant>
 
 namespace
 {
@@ -24,6 +26,12 @@ const QString KEY_FILE = QStringLiteral("session/file");
 const QString KEY_MODIFIED = QStringLiteral("session/modified");
 const QString KEY_GEOMETRY = QStringLiteral("window/geometry");
 const QString KEY_STATE = QStringLiteral("window/state");
+
+/// Invalid where the settings cannot be used.
+QVariant stored(const QString &key)
+{
+    return KelSettings::unusableStore().isEmpty() ? QSettings().value(key) : QVariant();
+}
 
 } // namespace
 
@@ -53,6 +61,8 @@ QString KelSession::fileName()
 
 void KelSession::restoreArrangement()
 {
+    if (!KelSettings::unusableStore().isEmpty())
+        return;
     const QSettings settings;
     m_window->restoreGeometry(settings.value(KEY_GEOMETRY).toByteArray());
     m_window->restoreState(settings.value(KEY_STATE).toByteArray());
@@ -60,8 +70,7 @@ void KelSession::restoreArrangement()
 
 bool KelSession::restore()
 {
-    const QSettings settings;
-    const QString documentName = settings.value(KEY_FILE).toString();
+    const QString documentName = stored(KEY_FILE).toString();
     const bool hasSession = QFile::exists(fileName());
     const QString read = hasSession ? fileName() : documentName;
     if (read.isEmpty() || !QFile::exists(read))
@@ -75,7 +84,7 @@ bool KelSession::restore()
         Q_EMIT failed(tr("Die letzte Sitzung ist nicht lesbar: %1").arg(errors.last().toString()));
         return false;
     }
-    m_document->restore(selection, documentName, hasSession && settings.value(KEY_MODIFIED).toBool());
+    m_document->restore(selection, documentName, hasSession && stored(KEY_MODIFIED).toBool());
     m_timer.stop();
     m_changed = false;
     return selection.isValid();
@@ -113,7 +122,8 @@ void KelSession::forgetChanges()
     m_changed = false;
     m_pool.waitForDone();
     saveArrangement();
-    QSettings().setValue(KEY_MODIFIED, false);
+    if (KelSettings::unusableStore().isEmpty())
+        QSettings().setValue(KEY_MODIFIED, false);
     QFile::remove(fileName());
     KelSelectionFile(fileName()).store().removeRecursively();
 }
@@ -125,6 +135,8 @@ void KelSession::finishWriting()
 
 void KelSession::saveArrangement() const
 {
+    if (!KelSettings::unusableStore().isEmpty())
+        return;
     QSettings settings;
     settings.setValue(KEY_GEOMETRY, m_window->saveGeometry());
     settings.setValue(KEY_STATE, m_window->saveState());

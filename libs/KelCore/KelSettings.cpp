@@ -6,6 +6,7 @@
 #include <KelLogger.h>
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryFile>
@@ -47,6 +48,11 @@ bool writeValue(QSettings &store, const KelConfigItem<T> &item)
 template<class T>
 bool saveValue(const KelConfigItem<T> &item)
 {
+    const QString unusable = KelSettings::unusableStore();
+    if (!unusable.isEmpty()) {
+        KelLogger::logSettings(QStringLiteral("cannot save \"%1\" in %2").arg(item.key(), unusable));
+        return false;
+    }
     QSettings store;
     const bool saved = writeValue(store, item);
     if (!saved)
@@ -57,7 +63,11 @@ bool saveValue(const KelConfigItem<T> &item)
 template<class T>
 QVariant storedValue(const KelConfigItem<T> &item)
 {
-    return QSettings().value(item.key(), item.defaultValue());
+    const QString unusable = KelSettings::unusableStore();
+    if (unusable.isEmpty())
+        return QSettings().value(item.key(), item.defaultValue());
+    KelLogger::logSettings(QStringLiteral("cannot load \"%1\" from %2").arg(item.key(), unusable));
+    return QVariant(item.defaultValue());
 }
 
 } // namespace
@@ -68,6 +78,26 @@ KelSettings::KelSettings(QObject *parent)
 }
 
 KelSettings::~KelSettings() = default;
+
+QString KelSettings::unusableStore()
+{
+    // Qt tells the place of a store that it has looked into only: this one nobody has, and it is not made.
+    const QString unused = QStringLiteral("Kel.no-store");
+    const QString probe = QSettings(QSettings::defaultFormat(), QSettings::UserScope, unused, unused).fileName();
+    const qsizetype end = probe.lastIndexOf(unused);
+    const qsizetype begin = probe.left(end).lastIndexOf(unused);
+    if (begin < 0)
+        return {}; // a store that is no file
+    const QString suffix = probe.mid(end + unused.size());
+    const QString organization = probe.left(begin) + QCoreApplication::organizationName();
+    const QString application = QCoreApplication::applicationName();
+    for (const QString &name : {organization + suffix, organization + QLatin1Char('/') + application + suffix}) {
+        const QFileInfo file(name);
+        if (file.exists() && !file.isFile())
+            return name;
+    }
+    return {};
+}
 
 void KelSettings::load(KelConfigItem<bool> &item) const
 {

@@ -15,6 +15,8 @@
 /// The store is that of a default-constructed QSettings, so the host sets the names of organisation and application
 /// (QCoreApplication) before the first item is loaded. Keys may hold "/" for groups. Each call opens the store anew:
 /// what another process has saved is seen, what is saved is on disk when the call returns.
+///
+/// A store that is a pipe, a device or a folder is never opened: see unusableStore().
 class KELCORE_EXPORT KelSettings : public QObject
 {
     Q_OBJECT
@@ -24,8 +26,13 @@ public:
     explicit KelSettings(QObject *parent = nullptr);
     ~KelSettings() override;
 
+    /// The file that keeps the user's store from being used because it is no regular file: its absolute path, empty if all
+    /// is well. Qt would open it, and wait for ever if it is a pipe. While there is one, items get their defaults and nothing
+    /// is saved. A host that uses QSettings itself asks before. Not looked at are stores for all users.
+    [[nodiscard]] static QString unusableStore();
+
     /// Fills the item with what the store holds under its key. Without the key the item gets its default, likewise with
-    /// a stored text that is no integer.
+    /// a stored text that is no integer, or a store that cannot be used, which is logged.
     void load(KelConfigItem<bool> &item) const;
     /// As above, for an integer.
     void load(KelConfigItem<int> &item) const;

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void filesCutOffAnywhere_data();
     void filesCutOffAnywhere();
     void pipesAreNoInputs();
+    void pipesAreNoStores();
     void foldersThatMayNotBeEntered();
     void filesWithoutTracksAreExplained_data();
     void filesWithoutTracksAreExplained();
@@ -134,6 +135,10 @@ private Q_SLOTS:
     void selectionRoundTrip();
     void selectionInTheWorkingDirectory();
     void selectionWithMissingTrack();
+    void selectionWithDamagedTrack_data();
+    void selectionWithDamagedTrack();
+    void selectionWithManyMissingTracks_data();
+    void selectionWithManyMissingTracks();
     void restOfASelection();
     void selectionThatIsNone_data();
     void selectionThatIsNone();
@@ -572,6 +577,26 @@ void tst_KelRender::pipesAreNoInputs()
         QCOMPARE(result.lines().size(), 1);
         QVERIFY2(result.err.contains(QLatin1String("pipe.gpx: ")), qPrintable(result.err));
     }
+}
+
+void tst_KelRender::pipesAreNoStores()
+{
+    writeTrack("track.gpx", EQUATOR);
+    QCOMPARE(::mkfifo(QFile::encodeName(path("pipe.xml")).constData(), 0600), 0);
+    const Result selection = run({"track.gpx", "-q", "--save-selection=pipe.xml"});
+    QCOMPARE(selection.code, 7);
+    QCOMPARE(selection.lines().size(), 1);
+    QVERIFY2(selection.err.contains(QLatin1String("pipe.xml: the selection was not saved: this is a pipe")),
+             qPrintable(selection.err));
+    QVERIFY(!QFileInfo::exists(path("pipe.tracks")));
+
+    QVERIFY(QDir(m_dir->path()).mkpath("config/Kel"));
+    const QString settings = path("config/Kel/KelGeoLocation.conf");
+    QCOMPARE(::mkfifo(QFile::encodeName(settings).constData(), 0600), 0);
+    const Result picture = run({"track.gpx", "-q", "-o", "out.png"});
+    QCOMPARE(picture.code, 0);
+    QCOMPARE(picture.lines(), QStringList("kel-render: warning: " + settings + ": the settings are not read: this is no file"));
+    QVERIFY(!QImage(path("out.png")).isNull());
 }
 
 void tst_KelRender::foldersThatMayNotBeEntered()
@@ -1923,6 +1948,62 @@ void tst_KelRender::selectionWithMissingTrack()
     QCOMPARE(result.code, 3);
     QCOMPARE(result.lines().size(), 1);
     QVERIFY2(result.err.contains(QLatin1String("trip.xml: its track file ")), qPrintable(result.err));
+}
+
+void tst_KelRender::selectionWithDamagedTrack_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("message"); // behind the name of the file
+
+    const QByteArray head = "<kelTracks>\n";
+    QTest::newRow("cut off") << head + "<trk" << ":2:4: ";
+    QTest::newRow("too deep") << head + QByteArray("<a>").repeated(300) + QByteArray("</a>").repeated(300) + "</kelTracks>"
+                              << ":2:";
+    QTest::newRow("too deep and cut off") << head + QByteArray("<a>").repeated(300) << ":2:";
+    QTest::newRow("empty") << QByteArray("") << ":1:1: ";
+    QTest::newRow("another document") << QByteArray("<html/>") << ": there is no track in the file";
+}
+
+void tst_KelRender::selectionWithDamagedTrack()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, message);
+    writeTrack("one.gpx", "50,8 51,9", "One");
+    writeTrack("two.gpx", "50,9 51,10", "Two");
+    QCOMPARE(run({"one.gpx", "two.gpx", "--save-selection=trip.xml"}).code, 0);
+    write("trip.tracks/track.gps", content);
+    const Result result = run({"--selection=trip.xml", "-k", "--info"});
+    QCOMPARE(result.code, 4);
+    QCOMPARE(result.lines().size(), 1);
+    QVERIFY2(result.err.contains("trip.tracks/track.gps" + message), qPrintable(result.err));
+    QVERIFY(result.out.startsWith("name:     Two\n"));
+    QCOMPARE(result.out.count("name:"), 1);
+}
+
+void tst_KelRender::selectionWithManyMissingTracks_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("lines");
+    QTest::addColumn<QString>("last");
+
+    QTest::newRow("all are told") << 20 << 20 << "is missing; keep the folder trip.tracks beside it\n";
+    QTest::newRow("one more") << 21 << 21 << "trip.xml: 1 more of its track files are missing or malformed\n";
+    QTest::newRow("thousands") << 8000 << 21 << "trip.xml: 7980 more of its track files are missing or malformed\n";
+}
+
+void tst_KelRender::selectionWithManyMissingTracks()
+{
+    QFETCH(int, count);
+    QFETCH(int, lines);
+    QFETCH(QString, last);
+    QByteArray document = "<kelTracks><gpxtrack>";
+    for (int i = 0; i < count; ++i)
+        document += "<configuredTrack><trk><include>t" + QByteArray::number(i) + ".gps</include></trk></configuredTrack>";
+    write("trip.xml", document + "</gpxtrack></kelTracks>");
+    const Result result = run({"--selection=trip.xml", "--info"});
+    QCOMPARE(result.code, 3);
+    QCOMPARE(result.lines().size(), lines);
+    QVERIFY2(result.err.endsWith(last), qPrintable(result.lines().last()));
 }
 
 void tst_KelRender::restOfASelection()

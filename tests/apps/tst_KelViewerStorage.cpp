@@ -13,11 +13,14 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTemporaryDir>
+#include <QUndoStack>
 
 #include <csignal>
 #include <cstdio>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 using namespace KelViewerTestSupport;
 
@@ -100,6 +103,23 @@ private Q_SLOTS:
         m_settings.clear();
         m_data = std::make_unique<QTemporaryDir>();
         qputenv("XDG_DATA_HOME", m_data->path().toUtf8());
+    }
+
+    /// Whoever opened it would wait for ever.
+    void settingsThatAreAPipe()
+    {
+        const QString name = m_settings.filePath();
+        QFile::remove(name);
+        QDir().mkpath(QFileInfo(name).path());
+        QCOMPARE(::mkfifo(QFile::encodeName(name).constData(), 0600), 0);
+        const auto cleanUp = qScopeGuard([&name] { QFile::remove(name); });
+        KelViewerWindow window;
+        window.restoreSession();
+        QVERIFY(show(window));
+        fill(window, QStringLiteral("AB"));
+        QCOMPARE(window.document()->selection().count(), 2);
+        window.document()->undoStack()->setClean();
+        window.close();
     }
 
     void savesAndLoads()

@@ -13,6 +13,8 @@
 #include <QSettings>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 namespace
 {
 
@@ -55,6 +57,8 @@ private Q_SLOTS:
     void fullDiskIsToldAndLosesNothing();
     void fullDiskBeforeTheFirstSaveIsTold();
     void storeThatCannotBeReadIsSavedAnew();
+    void storeThatIsNoFile_data();
+    void storeThatIsNoFile();
 
 private:
     KelTemporarySettings m_store;
@@ -198,6 +202,54 @@ void tst_KelSettings::successIsSilent()
     qInstallMessageHandler(before);
     QVERIFY(isSaved);
     QCOMPARE(logged, QStringList());
+}
+
+void tst_KelSettings::storeThatIsNoFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isPipe"); // or else a folder
+    QTest::addColumn<bool>("isNative"); // or else of the other format
+
+    QTest::newRow("pipe") << "libKelGeoLocation/tests.conf" << true << true;
+    QTest::newRow("pipe of the organisation") << "libKelGeoLocation.conf" << true << true;
+    QTest::newRow("folder") << "libKelGeoLocation/tests.conf" << false << true;
+    QTest::newRow("pipe in another format") << "libKelGeoLocation/tests.ini" << true << false;
+}
+
+/// Whoever opened the pipe would wait for ever.
+void tst_KelSettings::storeThatIsNoFile()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isPipe);
+    QFETCH(bool, isNative);
+    const QString folder = QFileInfo(m_store.filePath()).dir().filePath(QStringLiteral(".."));
+    const QString path = QDir::cleanPath(folder + '/' + name);
+    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+    QSettings::setDefaultFormat(isNative ? QSettings::NativeFormat : QSettings::IniFormat);
+    const QString before = KelSettings::unusableStore();
+    QFile::remove(path);
+    const bool isThere = isPipe ? ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0 : QDir().mkdir(path);
+
+    logged.clear();
+    const QtMessageHandler handler = qInstallMessageHandler(record);
+    const QString unusable = KelSettings::unusableStore();
+    KelConfigItem<int> item(QStringLiteral("number"), 42);
+    item.setValue(7);
+    KelSettings().load(item);
+    const bool isSaved = KelSettings().save(item);
+    qInstallMessageHandler(handler);
+    const bool isGone = isPipe ? QFile::remove(path) : QDir().rmdir(path);
+    QSettings::setDefaultFormat(QSettings::NativeFormat);
+
+    QVERIFY(isThere && isGone);
+    QCOMPARE(before, QString());
+    QCOMPARE(QDir::cleanPath(unusable), path);
+    QCOMPARE(item.value(), 42);
+    QVERIFY(!isSaved);
+    QCOMPARE(logged.size(), 2);
+    QVERIFY2(logged.at(0).startsWith(QLatin1String("cannot load \"number\" from ")), qPrintable(logged.at(0)));
+    QVERIFY2(logged.at(1).startsWith(QLatin1String("cannot save \"number\" in ")), qPrintable(logged.at(1)));
+    QCOMPARE(KelSettings::unusableStore(), QString());
 }
 
 void tst_KelSettings::unwritableStoreIsTold()

@@ -3,7 +3,8 @@
 
 #include "KelSelectionFile.h"
 
-#include <KelErrorHistory.h>
+#include "KelPlainText.h"
+
 #include <KelGPXConfiguredTrackList.h>
 #include <KelGPXTrackFileRegistry.h>
 #include <KelXMLBuilder.h>
@@ -38,6 +39,7 @@ constexpr int ATTEMPTS = 100;
 // Of a selection's track files, with repetitions.
 constexpr qint64 MOST_TIMES = 10;
 constexpr qint64 BYTES_AT_LEAST = 10'000'000;
+constexpr qsizetype MOST_REASONS = 20; // of a folder that is gone nobody reads the name of every file
 
 const QString ROOT = QStringLiteral("kelTracks");
 const QString SELECTION = QStringLiteral("gpxtrack");
@@ -295,12 +297,13 @@ KelSelectionFile::Result KelSelectionFile::load(KelGPXTrackSelection &selection,
     const QStringList names = trackFiles(root);
     for (const QString &name : names)
         KnownFiles::remember(m_store.filePath(name));
-    const QStringList missing = unreadable(names);
-    for (const QString &name : missing) {
-        fail(Result::Unreadable,
-             QStringLiteral("its track file %1 is missing, damaged or a link; keep the folder %2 beside it")
-                 .arg(m_store.filePath(name), m_store.dirName()),
-             errors);
+    const QMap<QString, KelErrorHistory::Entry> flawed = flaws(names);
+    const QStringList missing = flawed.keys();
+    for (qsizetype i = 0; i < std::min(missing.size(), MOST_REASONS); ++i)
+        errors.add(flawed.value(missing.at(i)));
+    if (missing.size() > MOST_REASONS) {
+        fail(Result::Incomplete,
+             QStringLiteral("%1 more of its track files are missing or malformed").arg(missing.size() - MOST_REASONS), errors);
     }
     const ElsewhereThan guard(m_store);
     KelGPXTrackSelection stored = read(root, QSet<QString>(missing.cbegin(), missing.cend()));
@@ -320,6 +323,9 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
     const QFileInfo file(QFileInfo(m_path).absoluteFilePath());
     if (file.isDir())
         return notSaved(QStringLiteral("this is a folder; name a file in it"));
+    // What was saved there before is read, and the tracks lie beside it.
+    if (file.exists() && !file.isFile())
+        return notSaved(QStringLiteral("this is a pipe or device; name a file"));
     std::optional<StoreLock> lock;
     // Another process that gives up removes the folder that it has made, if there is nothing in it yet.
     for (int i = 0; i < ATTEMPTS && (!lock || lock->isNobodys()); ++i) {
@@ -352,7 +358,7 @@ KelSelectionFile::Result KelSelectionFile::save(const KelGPXTrackSelection &sele
             m_store.rmdir(m_store.path()); // only succeeds if nothing else is in it
         return notSaved(reason);
     };
-    if (!unreadable(added).isEmpty()) {
+    if (!flaws(added).isEmpty()) {
         return giveUp(
             QStringLiteral("its tracks could not be written to %1; is the disk full or the folder read-only?")
                 .arg(m_store.path()));
@@ -377,7 +383,8 @@ void KelSelectionFile::removeUnusedTracks() const
 {
     // What another process is about to save may not be mentioned yet.
     const StoreLock lock(m_store, StoreLock::Change, m_patience);
-    const QDomElement root = KelXMLLoader::loadDocumentElement(QFileInfo(m_path));
+    const QFileInfo file(m_path);
+    const QDomElement root = file.isFile() ? KelXMLLoader::loadDocumentElement(file) : QDomElement();
     if (root.isNull() || lock.isOthers())
         return;
     const QStringList names = trackFiles(root);
@@ -402,7 +409,7 @@ QString KelSelectionFile::objectionTo(const QDomElement &root) const
     const QString foreign = foreignName(root);
     if (!foreign.isNull()) {
         return QStringLiteral("it names a file that is none of its own: \"%1\"; its tracks have to lie in the folder %2")
-            .arg(foreign, m_store.dirName());
+            .arg(KelPlainText::shortened(foreign), m_store.dirName());
     }
     if (hasMoreThanNames(root))
         return QStringLiteral("a track of it holds more than the name of its file");
@@ -458,17 +465,41 @@ bool KelSelectionFile::areNamedTooOften(const QStringList &names) const
     return altogether > MOST_TIMES * onceEach + BYTES_AT_LEAST;
 }
 
-QStringList KelSelectionFile::unreadable(const QStringList &names) const
+KelErrorHistory::Entry KelSelectionFile::flawOf(const QString &name) const
 {
-    QStringList result;
+    const QFileInfo file(m_store, name);
+    QFile opened(file.filePath());
+    const auto missing = [&](const QString &reason) {
+        const QString text = QStringLiteral("its track file %1 %2; keep the folder %3 beside it");
+        return KelErrorHistory::Entry{m_path, -1, -1, text.arg(file.filePath(), reason, m_store.dirName())};
+    };
+    // A pipe in the store would keep the program waiting for its writer; a link may lead out of the store.
+    if (file.isSymLink())
+        return missing(QStringLiteral("is a link"));
+    if (!file.isFile())
+        return missing(file.exists() ? QStringLiteral("is no file") : QStringLiteral("is missing"));
+    if (!opened.open(QIODevice::ReadOnly))
+        return missing(QStringLiteral("cannot be read: ") + opened.errorString());
+
+    KelErrorHistory reasons;
+    if (!KelXMLLoader::loadDocumentElement(file, &reasons).firstChildElement(TRACK).isNull())
+        return {};
+    KelErrorHistory::Entry reason = reasons.last();
+    reason.fileName = file.filePath();
+    if (reason.message.isEmpty())
+        reason.message = QStringLiteral("there is no track in the file");
+    return reason;
+}
+
+QMap<QString, KelErrorHistory::Entry> KelSelectionFile::flaws(const QStringList &names) const
+{
+    QMap<QString, KelErrorHistory::Entry> result;
     const QSet<QString> once(names.cbegin(), names.cend());
     for (const QString &name : once) {
-        const QFileInfo file(m_store, name);
-        // A pipe in the store would keep the program waiting for its writer; a link may lead out of the store.
-        if (file.isSymLink() || !file.isFile() || KelXMLLoader::loadDocumentElement(file).firstChildElement(TRACK).isNull())
-            result.append(name);
+        const KelErrorHistory::Entry flaw = flawOf(name);
+        if (!flaw.message.isEmpty())
+            result.insert(name, flaw);
     }
-    result.sort();
     return result;
 }
 

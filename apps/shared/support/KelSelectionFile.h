@@ -4,16 +4,17 @@
 #ifndef KELSELECTIONFILE_H
 #define KELSELECTIONFILE_H
 
+#include <KelErrorHistory.h>
 #include <KelGPXTrackSelection.h>
 
 #include <QDir>
+#include <QMap>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
 #include <chrono>
 
-class KelErrorHistory;
 class KelGPXTrack;
 class QDomElement;
 
@@ -30,7 +31,7 @@ public:
     enum class Result {
         Done,
         Unreadable, ///< the document is missing or may not be read
-        Incomplete, ///< so is one of its tracks; the others were read
+        Incomplete, ///< one of its tracks is missing or malformed; the others were read
         Malformed,  ///< the document is no stored selection
         NotWritten  ///< a document that was there before is unchanged
     };
@@ -41,7 +42,9 @@ public:
     /// no longer than a few seconds, then it reads what is there.
     void setPatience(std::chrono::milliseconds patience) { m_patience = patience; }
 
-    /// On failure the selection is left alone; if only tracks are missing, it holds the others.
+    /// On failure the selection is left alone; if only tracks are missing or malformed, it holds the others. What is malformed is
+    /// told with the place: of a track with the name of its file. Everything else is told with the name of the document. The
+    /// reasons of many tracks end with how many more there are.
     Result load(KelGPXTrackSelection &selection, KelErrorHistory &errors) const;
     Result save(const KelGPXTrackSelection &selection, KelErrorHistory &errors) const;
 
@@ -59,8 +62,10 @@ private:
     [[nodiscard]] QString objectionTo(const QDomElement &root) const;
     [[nodiscard]] KelGPXTrackSelection read(const QDomElement &root, const QSet<QString> &unwanted) const;
     [[nodiscard]] bool areNamedTooOften(const QStringList &names) const;
-    /// Names of files that hold no track, of those mentioned; each once.
-    [[nodiscard]] QStringList unreadable(const QStringList &names) const;
+    /// Why a file gives no track; without words if it does.
+    [[nodiscard]] KelErrorHistory::Entry flawOf(const QString &name) const;
+    /// The files that give no track, of those mentioned; each once, by name.
+    [[nodiscard]] QMap<QString, KelErrorHistory::Entry> flaws(const QStringList &names) const;
     /// Whether the file holds that track, as the library writes it.
     [[nodiscard]] bool holds(const QString &name, const KelGPXTrack &track) const;
     void correctTracks(const KelGPXTrackSelection &selection, const QDomElement &root,
