@@ -488,6 +488,9 @@ KelErrorHistory::Entry KelSelectionFile::flawOf(const QString &name) const
     reason.fileName = file.filePath();
     if (reason.message.isEmpty())
         reason.message = QStringLiteral("there is no track in the file");
+    while (reason.message.endsWith(QLatin1Char('.')))
+        reason.message.chop(1);
+    reason.message += QStringLiteral("; it belongs to the selection %1").arg(QFileInfo(m_path).fileName());
     return reason;
 }
 
