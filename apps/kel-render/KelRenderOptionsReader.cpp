@@ -160,7 +160,6 @@ bool allKeysKnown(const QString &list)
     return true;
 }
 
-
 /// Another file would be read or written than the one that was named.
 bool failUndecodable(QLatin1String option, const QString &name, KelDiagnostics &diagnostics)
 {

@@ -1956,7 +1956,8 @@ void tst_KelRender::selectionWithDamagedTrack_data()
     QTest::addColumn<QString>("message"); // behind the name of the file
 
     const QByteArray head = "<kelTracks>\n";
-    QTest::newRow("cut off") << head + "<trk" << ":2:4: ";
+    QTest::newRow("cut off") << head + "<trk"
+                             << ":2:4: ";
     QTest::newRow("too deep") << head + QByteArray("<a>").repeated(300) + QByteArray("</a>").repeated(300) + "</kelTracks>"
                               << ":2:";
     QTest::newRow("too deep and cut off") << head + QByteArray("<a>").repeated(300) << ":2:";

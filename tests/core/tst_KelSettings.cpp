@@ -207,7 +207,7 @@ void tst_KelSettings::successIsSilent()
 void tst_KelSettings::storeThatIsNoFile_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("isPipe"); // or else a folder
+    QTest::addColumn<bool>("isPipe");   // or else a folder
     QTest::addColumn<bool>("isNative"); // or else of the other format
 
     QTest::newRow("pipe") << "libKelGeoLocation/tests.conf" << true << true;
