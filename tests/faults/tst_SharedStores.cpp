@@ -45,7 +45,6 @@ private Q_SLOTS:
     void aLinkThatLeadsNowhereIsNotFollowed();
     void aLinkOutOfTheStoreIsNoTrack();
     void aStoreInUseIsNotSaved();
-    void readersLetASaveGoFirstThatWaits();
     void foldersThatNeverLookLikeThemselves();
     void rowsThatHoldMoreThanAName_data();
     void rowsThatHoldMoreThanAName();
@@ -104,14 +103,6 @@ QByteArray documentOf(const QByteArray &rows)
 QByteArray rowOf(const QByteArray &track, const QByteArray &kind = "configuredTrack")
 {
     return '<' + kind + "><trk>" + track + "</trk></" + kind + '>';
-}
-
-/// Whether somebody has left the sign that he wants to change the folder.
-bool isLockAskedFor(int folder)
-{
-    struct flock sign = {};
-    sign.l_type = F_WRLCK;
-    return ::fcntl(folder, F_OFD_GETLK, &sign) == 0 && sign.l_type != F_UNLCK;
 }
 
 QString lettersOf(int process, int round)
@@ -465,29 +456,6 @@ void tst_SharedStores::aStoreInUseIsNotSaved()
     QVERIFY(read == selection("A"));
     ::close(reader);
     QCOMPARE(file.save(selection("B"), errors), KelSelectionFile::Result::Done);
-}
-
-// Otherwise readers that follow each other closely would keep it waiting for ever.
-void tst_SharedStores::readersLetASaveGoFirstThatWaits()
-{
-    const QString name = path("trip.xml");
-    QVERIFY(isSaved(selection("A"), name));
-    const QByteArray store = QFile::encodeName(path("trip.tracks"));
-    const int earlierReader = ::open(store.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    QVERIFY(earlierReader >= 0);
-    QCOMPARE(::flock(earlierReader, LOCK_SH), 0);
-    const auto saver = start([&] { return isSaved(selection("B"), name) ? 0 : 1; });
-    QTRY_VERIFY(isLockAskedFor(earlierReader));
-    // The lock that both readers share would let it in at once, and it would read A.
-    const auto laterReader = start([&] {
-        auto result = KelSelectionFile::Result::Malformed;
-        return load(name, &result) == selection("B") ? 0 : 1;
-    });
-    QTest::qWait(300);
-    QCOMPARE(::flock(earlierReader, LOCK_UN), 0); // the processes have it, too
-    ::close(earlierReader);
-    QCOMPARE(waitFor(saver).code, 0);
-    QCOMPARE(waitFor(laterReader).code, 0);
 }
 
 void tst_SharedStores::foldersThatNeverLookLikeThemselves()

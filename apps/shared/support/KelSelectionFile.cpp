@@ -132,9 +132,8 @@ QSet<QString> linksAmong(QStringList names, const QDir &dir)
 /// the disk and no right to write, leaves nothing behind, and ends with the process. Where folders cannot be locked, as
 /// on some network drives, everybody goes ahead.
 ///
-/// Who waits asks again and again. Readers that follow each other closely would keep one who wants to change the store
-/// waiting for ever: so he leaves a sign, a lock of the other kind, which nobody waits for, and readers that come later let
-/// him go first.
+/// Who waits asks again and again: readers that follow each other closely may keep one who wants to change the store waiting
+/// until he gives up, and so does a reader that was stopped.
 class StoreLock
 {
 public:
@@ -151,8 +150,6 @@ public:
         for (int i = 0; i < ATTEMPTS; ++i) {
             close();
             m_folder = ::open(QFile::encodeName(store.path()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-            if (kind == Change)
-                leaveSign();
             lock(kind, deadline);
             if (m_folder < 0 || m_isOthers || isStillAt(store))
                 return;
@@ -169,30 +166,14 @@ public:
 private:
     void lock(Kind kind, const QDeadlineTimer &deadline)
     {
-        while (m_folder >= 0 && !tryToLock(kind)) {
+        while (m_folder >= 0 && ::flock(m_folder, kind | LOCK_NB) != 0) {
+            if (errno != EWOULDBLOCK)
+                break;
             m_isOthers = deadline.hasExpired();
             if (m_isOthers)
                 break;
             QThread::msleep(RETRY_MS);
         }
-    }
-    [[nodiscard]] bool tryToLock(Kind kind) const
-    {
-        if (kind == Read && isSignLeft())
-            return false;
-        return ::flock(m_folder, kind | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-    }
-    void leaveSign() const
-    {
-        struct flock sign = {};
-        sign.l_type = F_RDLCK; // folders cannot have the other one, and several may wait
-        ::fcntl(m_folder, F_OFD_SETLK, &sign);
-    }
-    [[nodiscard]] bool isSignLeft() const
-    {
-        struct flock sign = {};
-        sign.l_type = F_WRLCK;
-        return ::fcntl(m_folder, F_OFD_GETLK, &sign) == 0 && sign.l_type != F_UNLCK;
     }
     [[nodiscard]] bool isStillAt(const QDir &store) const
     {
