@@ -35,6 +35,7 @@ private Q_SLOTS:
     void processesSaveOneDocument();
     void processesAreKilledWhileOthersSave();
     void aNameThatAnotherTrackHasTaken();
+    void aTrackReplacedWithinATickOfTheClock();
     void aFailedSaveLeavesTheTracksOfOthers();
     void documentsThatNameFilesOfOthersAreRefused_data();
     void documentsThatNameFilesOfOthersAreRefused();
@@ -235,6 +236,29 @@ void tst_SharedStores::aNameThatAnotherTrackHasTaken()
     auto result = KelSelectionFile::Result::Malformed;
     QVERIFY(load(name, &result) == selection("A"));
     QCOMPARE(includedTrack(QDir(path("trip.tracks")), "track.gps").name(), "B");
+}
+
+// A file system's clock ticks every few milliseconds, and the place of a removed file is soon used again.
+void tst_SharedStores::aTrackReplacedWithinATickOfTheClock()
+{
+    const QString name = path("trip.xml");
+    const QString track = path("trip.tracks/track.gps");
+    QVERIFY(isSaved(selection("B"), path("other.xml")));
+    QVERIFY(isSaved(selection("A"), name));
+    struct stat before = {};
+    QCOMPARE(::stat(QFile::encodeName(track).constData(), &before), 0);
+    QFile file(track);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(contentOf(path("other.tracks/track.gps")));
+    QVERIFY(file.flush());
+    const timespec times[] = {before.st_atim, before.st_mtim};
+    QCOMPARE(::futimens(file.handle(), times), 0);
+    file.close();
+    QCOMPARE(QFileInfo(track).size(), qint64(before.st_size));
+    QVERIFY(isSaved(selection("A"), name));
+    auto result = KelSelectionFile::Result::Malformed;
+    QVERIFY(load(name, &result) == selection("A"));
+    QCOMPARE(result, KelSelectionFile::Result::Done);
 }
 
 void tst_SharedStores::aFailedSaveLeavesTheTracksOfOthers()

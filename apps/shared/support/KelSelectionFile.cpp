@@ -35,6 +35,7 @@ namespace
 
 constexpr std::chrono::milliseconds READERS_PATIENCE(5000); // then better to read what is there than nothing
 constexpr int RETRY_MS = 10;
+constexpr std::chrono::milliseconds TICK(100); // more than that of usual file systems
 constexpr int ATTEMPTS = 100;
 // Of a selection's track files, with repetitions.
 constexpr qint64 MOST_TIMES = 10;
@@ -195,13 +196,20 @@ private:
 
 /// Which track files this process has read or written, and what they looked like then: a file that looks the same still
 /// holds the same track. Another process may have removed one and used its name for a track of its own.
+///
+/// Clocks of file systems tick slowly: a file that was young when it was looked at may have been replaced within the same
+/// tick, even in the same place on the disk. Only looks at older ones count.
 class KnownFiles
 {
 public:
     static void remember(const QString &path)
     {
         const QMutexLocker locker(&mutex());
-        table().insert(path, Look(path));
+        const Look look(path);
+        if (look.isOld())
+            table().insert(path, look);
+        else
+            table().remove(path);
     }
     static bool isUnchanged(const QString &path)
     {
@@ -224,6 +232,11 @@ private:
             nanoseconds = status.st_mtim.tv_nsec;
         }
         bool operator==(const Look &other) const = default;
+        [[nodiscard]] bool isOld() const
+        {
+            const std::chrono::nanoseconds changed = std::chrono::seconds(seconds) + std::chrono::nanoseconds(nanoseconds);
+            return std::chrono::system_clock::now().time_since_epoch() - changed > TICK;
+        }
 
         ino_t file = 0;
         off_t size = -1;
@@ -496,7 +509,10 @@ bool KelSelectionFile::holds(const QString &name, const KelGPXTrack &track) cons
     QDomDocument document;
     QDomElement root = KelXMLBuilder::buildRootElement(document, ROOT);
     track.toXml(root, QDir(QString()));
-    return !stored.isNull() && KelXMLBuilder::toText(stored, 0) == KelXMLBuilder::toText(root.firstChildElement(), 0);
+    const bool same = !stored.isNull() && KelXMLBuilder::toText(stored, 0) == KelXMLBuilder::toText(root.firstChildElement(), 0);
+    if (same)
+        KnownFiles::remember(path); // old enough by now, perhaps
+    return same;
 }
 
 /// The library remembers where it has stored a track and does not look again: a file that was deleted since then,
