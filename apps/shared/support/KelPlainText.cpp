@@ -38,7 +38,8 @@ QList<char32_t> codesOf(const QString &text)
 QString escaped(char32_t code)
 {
     QString text;
-    for (const QChar unit : QStringView(QChar::fromUcs4(code)))
+    const auto units = QChar::fromUcs4(code);
+    for (const QChar unit : QStringView(units))
         text += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
     return text;
 }
