@@ -233,6 +233,8 @@ void tst_KelRender::init()
     for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
         m_environment.remove(QString::fromLatin1(name));
     m_environment.insert("XDG_CONFIG_HOME", m_dir->filePath("config"));
+    // The search for leaks itself crashes in programs that have written a JPEG picture and no text.
+    m_environment.insert("ASAN_OPTIONS", "detect_leaks=0");
 }
 
 tst_KelRender::Result tst_KelRender::run(const QStringList &arguments, const QString &redirectOutput) const
