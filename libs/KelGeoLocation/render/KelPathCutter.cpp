@@ -22,7 +22,7 @@ namespace
 
 using Points = std::vector<QPointF>;
 
-QRectF grown(const QRectF &rect, double margin)
+QRectF enlarged(const QRectF &rect, double margin)
 {
     return rect.adjusted(-margin, -margin, margin, margin);
 }
@@ -292,7 +292,7 @@ KelPathCutter::KelPathCutter(const QPainter *painter, double reach, double farth
     const double ratio = device->devicePixelRatioF();
     const QRectF picture(0, 0, device->width() * ratio, device->height() * ratio);
     const QRectF bearable(-farthest, -farthest, 2 * farthest, 2 * farthest);
-    const QRectF kept = grown(fromDevice.mapRect(grown(picture, KEPT)), reach);
+    const QRectF kept = enlarged(fromDevice.mapRect(enlarged(picture, KEPT)), reach);
     // Nothing would be gained from pens that are so wide.
     if (!bearable.contains(toDevice.mapRect(kept)))
         return;
